@@ -1,0 +1,27 @@
+# What every target of this project is compiled with.
+add_library(at_options INTERFACE)
+target_include_directories(at_options INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_options(at_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual)
+if(AT_WARNINGS_AS_ERRORS)
+  target_compile_options(at_options INTERFACE -Werror)
+endif()
+if(AT_SANITIZE)
+  target_compile_options(at_options INTERFACE "-fsanitize=${AT_SANITIZE}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(at_options INTERFACE "-fsanitize=${AT_SANITIZE}")
+endif()
+if(AT_DIAGNOSTIC_LOG)
+  target_compile_definitions(at_options INTERFACE AT_DIAGNOSTIC_LOG)
+endif()
+
+add_library(at_static_runtime INTERFACE)
+if(AT_STATIC_RUNTIME AND NOT APPLE AND NOT AT_SANITIZE)
+  target_link_options(at_static_runtime INTERFACE -static-libstdc++ -static-libgcc)
+endif()
+
+# A layer: a static library of all sources of its folder, allowed to use only what it links.
+function(at_add_layer name)
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  add_library(${name} STATIC ${sources})
+  target_link_libraries(${name} PUBLIC at_options ${ARGN})
+endfunction()

@@ -1,0 +1,17 @@
+# What the tool and the stored device-model library need, from the system's packages.
+find_package(PkgConfig REQUIRED)
+find_package(Cups REQUIRED)
+find_package(fmt REQUIRED)
+find_package(nlohmann_json REQUIRED)
+pkg_check_modules(URIPARSER REQUIRED IMPORTED_TARGET liburiparser)
+
+# utf8proc has a static library too, which costs no time at start-up.
+pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
+add_library(utf8proc INTERFACE)
+find_library(UTF8PROC_STATIC NAMES libutf8proc.a)
+if(AT_STATIC_RUNTIME AND UTF8PROC_STATIC)
+  target_compile_definitions(utf8proc INTERFACE UTF8PROC_STATIC)
+  target_link_libraries(utf8proc INTERFACE "${UTF8PROC_STATIC}")
+else()
+  target_link_libraries(utf8proc INTERFACE PkgConfig::UTF8PROC)
+endif()

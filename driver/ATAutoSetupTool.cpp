@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "driver/ATAutoSetupTool.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/Text.h"
+#include "driver/ATLog.h"
+#include "ppd/ATPPDParser.h"
+#include "readers/ATDeviceDataReader.h"
+#include "readers/ATPPDDataReader.h"
+#include "updaters/ATPPDUpdatersFactory.h"
+
+namespace {
+constexpr const char* kRunSignature = "-[ATAutoSetupTool run]";
+}
+
+std::unique_ptr<ATAutoSetupTool> ATAutoSetupTool::initWithArgc(int argc, const char* const* argv) {
+  static constexpr const char* kSignature = "-[ATAutoSetupTool initWithArgc:argv:]";
+  if (argc < 3 || argc >= 5) {
+    ATLog(kSignature, "AutoSetupTool was launched with incorrect arguments");
+    return nullptr;
+  }
+  auto printerURI = Text::fromUTF8(argv[1]);
+  auto PPDPath = Text::fromUTF8(argv[2]);
+  ATLog(kSignature, "Launched Autosetup Tool ({}) for device: {}", argv[0], printerURI);
+  ATLog(kSignature, "Processed PPD: {}", PPDPath);
+  std::optional<std::string> printerID;
+  if (argc == 4) {
+    printerID = Text::fromUTF8(argv[3]);
+    ATLog(kSignature, "Printer ID: {}", printerID);
+  }
+  if (!PPDPath || (!printerURI && !printerID)) {
+    ATLog(kSignature, "Invalid args (PPDPath: {}, printerURI: {}, printerID: {})", PPDPath, printerURI, printerID);
+    return nullptr;
+  }
+  return std::unique_ptr<ATAutoSetupTool>(
+      new ATAutoSetupTool(std::move(printerURI), std::move(*PPDPath), std::move(printerID)));
+}
+
+ATAutoSetupTool::ATAutoSetupTool(std::optional<std::string> printerURI, std::string PPDPath,
+                                 std::optional<std::string> printerID)
+    : printerURI_(std::move(printerURI)), PPDPath_(std::move(PPDPath)), printerID_(std::move(printerID)) {}
+
+bool ATAutoSetupTool::run(ATOutput& output) {
+  return parse() && update() && write(output);
+}
+
+bool ATAutoSetupTool::parse() {
+  ATPPDParser parser;
+  parser.setDelegate(this);
+  if (parser.parsePPDFileAtPath(PPDPath_)) return true;
+  ATLog(kRunSignature, "Failed to parse PPD file: {}", parseError_ ? parseError_->description() : "(null)");
+  return false;
+}
+
+bool ATAutoSetupTool::update() {
+  const auto updaters = ATPPDUpdatersFactory::defaultFactory().updatersForPPD(PPD_);
+  if (updaters.empty()) return true;
+  const auto reader = dataReader();
+  const bool updated = std::all_of(updaters.begin(), updaters.end(),
+                                   [&](const auto& updater) { return updater->updatePPD(&PPD_, reader.get()); });
+  if (!updated) ATLog(kRunSignature, "ERROR: Updater(s) cannot update PPD file.");
+  return updated;
+}
+
+std::unique_ptr<IATDataReader> ATAutoSetupTool::dataReader() const {
+  if (printerID_) return ATPPDDataReader::initWithPrinterID(printerID_);
+  const auto modelName = PPD_.attributeForName("ModelName");
+  return ATDeviceDataReader::initWithDeviceURI(printerURI_, modelName ? modelName->value() : std::nullopt);
+}
+
+bool ATAutoSetupTool::write(ATOutput& output) const {
+  for (const StatementString& string : PPD_.strings()) {
+    if (output.write(string) == string.size()) continue;
+    ATLog(kRunSignature, "Stdout writing error.");
+    return false;
+  }
+  return true;
+}
+
+void ATAutoSetupTool::didRecognizeString(ATPPDParser& /*parser*/, StatementString string, PPDLineType type) {
+  PPD_.addString(std::move(string), type);
+}
+
+void ATAutoSetupTool::didFailWithError(ATPPDParser& /*parser*/, const PPDParserError& error) {
+  parseError_ = error;
+}

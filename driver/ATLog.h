@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <fmt/format.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Whether this is the diagnostic build (CMake option `AT_DIAGNOSTIC_LOG`).
+#ifdef AT_DIAGNOSTIC_LOG
+inline constexpr bool ATDiagnosticLog = true;
+#else
+inline constexpr bool ATDiagnosticLog = false;
+#endif
+
+/// The file that the diagnostic build writes to. It must exist and be writable, so that a support engineer
+/// switches the log on by creating it.
+inline constexpr const char* ATLogFilePath = "/Library/Caches/VorantisAutosetupTool.log";
+
+/// Opens `path` with mode "w" when no log file is open yet and the path is writable (so it must exist already);
+/// otherwise does nothing. Reports no failure. The handle is process-wide and stays open.
+void ATOpenLogFile(const char* path = ATLogFilePath);
+
+/// Writes one line "SIGNATURE: MESSAGE" to the open log file and flushes it; does nothing while none is open.
+void ATLogMessage(std::string_view signature, std::string_view message);
+
+/// The diagnostic log call: the signature of the calling operation, a {fmt} format string and its arguments.
+/// Outside the diagnostic build nothing is evaluated, not even the arguments.
+#define ATLog(signature, ...)                                                         \
+  do {                                                                                \
+    if constexpr (ATDiagnosticLog) ATLogMessage(signature, fmt::format(__VA_ARGS__)); \
+  } while (false)
+
+/// An absent text prints as "(null)".
+template <>
+struct fmt::formatter<std::optional<std::string>> : fmt::formatter<std::string_view> {
+  template <class Context>
+  auto format(const std::optional<std::string>& text, Context& context) const {
+    return fmt::formatter<std::string_view>::format(text ? std::string_view(*text) : std::string_view("(null)"),
+                                                    context);
+  }
+};

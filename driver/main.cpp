@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+//
+// VorantisAutosetupTool DEVICE-URI PPD-PATH [PRINTER-ID]: writes the PPD, set up for the device, to standard output.
+// Exit status 0, or 1 when the printing system is to keep its own PPD.
+
+#include <cstdio>
+#include <exception>
+
+#include "base/ATException.h"
+#include "driver/ATAutoSetupTool.h"
+#include "driver/ATLog.h"
+#include "readers/ATDeviceDataReader.h"
+
+namespace {
+
+void logException([[maybe_unused]] const ATException& exception) {
+  ATLog("int main(int, const char **)", "Exception caught in autosetup, name: {}, reason: {}, info: {}",
+        exception.name(), exception.reason(), exception.userInfo());
+}
+
+bool runTool(int argc, const char** argv) {
+  try {
+    ATStreamOutput output(stdout);
+    const auto tool = ATAutoSetupTool::initWithArgc(argc, argv);
+    return tool != nullptr && tool->run(output);
+  } catch (const ATException& exception) {
+    logException(exception);
+  } catch (const std::exception& exception) {
+    logException(ATException("std::exception", exception.what()));
+  } catch (...) {
+    logException(ATException("unknown", "an exception of an unknown type"));
+  }
+  return false;
+}
+
+}  // namespace
+
+int main(int argc, const char** argv) {
+  if constexpr (ATDiagnosticLog) ATOpenLogFile();
+  registerReaderImplementations();
+  const bool succeeded = runTool(argc, argv);
+  // The last flush is the moment at which a full disk or a closed pipe shows.
+  const bool flushed = std::fclose(stdout) == 0;
+  return succeeded && flushed ? 0 : 1;
+}

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "ppd/IATPPDObject.h"
+#include "ppd/ObjectList.h"
+
+/// An object of the tree that is made of other objects, which it owns.
+class ATPPDCompoundObject : public IATPPDObject {
+ public:
+  using PPDObjectList = ObjectList<IATPPDObject>;
+
+  ATPPDCompoundObject() = default;
+
+  /// Abstract: throws ATException unless a subclass overrides it.
+  void addString(StatementString string, PPDLineType type) override;
+  /// The lines of every child, in child order.
+  void appendStringsTo(StatementStrings& list) const override;
+
+  /// The children in order.
+  virtual const PPDObjectList& PPDObjects() const { return PPDObjects_; }
+  virtual void setPPDObjects(PPDObjectList objects);
+
+  void appendObjectToPPDObjects(std::shared_ptr<IATPPDObject> object);
+  /// Inserts before the child with this index, counted from 0; the number of children appends. Throws ATException
+  /// for a greater index.
+  void insertObjectToPPDObjects(std::shared_ptr<IATPPDObject> object, std::size_t atIndex);
+  /// Removes one occurrence of this very object; does nothing for null or for what is not a child.
+  void removeObjectFromPPDObjects(const IATPPDObject* object);
+
+ protected:
+  /// The children, for the class's own edits. What a subclass builds on demand is built by `PPDObjects` first.
+  PPDObjectList& editablePPDObjects();
+
+ private:
+  PPDObjectList PPDObjects_;
+};

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#include "ppd/ATPPDObject.h"
+
+#include <utility>
+
+std::shared_ptr<ATPPDObject> ATPPDObject::objectWithString(StatementString string, PPDLineType type) {
+  auto object = std::make_shared<ATPPDObject>();
+  object->addString(std::move(string), type);
+  return object;
+}
+
+void ATPPDObject::addString(StatementString string, PPDLineType /*type*/) {
+  container_.push_back(std::move(string));
+}
+
+void ATPPDObject::appendStringsTo(StatementStrings& list) const {
+  list.insert(list.end(), container_.begin(), container_.end());
+}

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "ppd/StatementString.h"
+
+#include <cstring>
+#include <limits>
+#include <new>
+#include <stdexcept>
+
+namespace {
+constexpr std::size_t kStorageBlockSize = 64 * 1024;
+}
+
+StatementString::Block* StatementString::Block::make(std::size_t size) {
+  return ::new (::operator new(sizeof(Block) + size)) Block{0};
+}
+
+void StatementString::free(Block* block) {
+  ::operator delete(block);
+}
+
+StatementString::StatementString(std::string_view text) : block_(nullptr), offset_(0), size_(0) {
+  if (text.size() > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("statement string");
+  block_ = Block::make(text.size());
+  block_->users = 1;
+  size_ = static_cast<std::uint32_t>(text.size());
+  std::memcpy(block_->bytes(), text.data(), text.size());
+}
+
+char* StatementString::Storage::room(std::size_t size) {
+  if (block_ == nullptr || used_ + size > kStorageBlockSize) {
+    Block* fresh = Block::make(kStorageBlockSize);
+    fresh->users = 1;
+    release(block_);
+    block_ = fresh;
+    used_ = 0;
+  }
+  return block_->bytes() + used_;
+}
+
+StatementString StatementString::Storage::take(std::size_t size) {
+  StatementString string(block_, static_cast<std::uint32_t>(used_), static_cast<std::uint32_t>(size));
+  used_ += size;
+  return string;
+}

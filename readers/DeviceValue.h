@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+class DeviceMap;
+
+/// A value that the device-model library gave: a string, an integer, a real number, a boolean, a list, a map, or
+/// absent. Lists and maps are shared by the values that are copied from one another, so a change that is made in one
+/// place is seen in the other; strings and numbers are not.
+class DeviceValue {
+ public:
+  using List = std::vector<DeviceValue>;
+  using ListPtr = std::shared_ptr<List>;
+  using MapPtr = std::shared_ptr<DeviceMap>;
+
+  DeviceValue() = default;                                      ///< absent
+  DeviceValue(std::string text) : value_(std::move(text)) {}    // NOLINT(google-explicit-constructor)
+  DeviceValue(const char* text) : value_(std::string(text)) {}  // NOLINT(google-explicit-constructor)
+  DeviceValue(std::int64_t number) : value_(number) {}          // NOLINT(google-explicit-constructor)
+  DeviceValue(std::uint64_t number) : value_(number) {}         // NOLINT(google-explicit-constructor)
+  DeviceValue(double number) : value_(number) {}                // NOLINT(google-explicit-constructor)
+  DeviceValue(bool flag) : value_(flag) {}                      // NOLINT(google-explicit-constructor)
+  DeviceValue(ListPtr list) : value_(std::move(list)) {}        // NOLINT(google-explicit-constructor)
+  DeviceValue(MapPtr map) : value_(std::move(map)) {}           // NOLINT(google-explicit-constructor)
+  DeviceValue(std::optional<std::string> text);                 // NOLINT(google-explicit-constructor)
+
+  bool isAbsent() const { return std::holds_alternative<std::monostate>(value_); }
+  /// The string, list or map, or null when the value is none.
+  const std::string* text() const { return std::get_if<std::string>(&value_); }
+  ListPtr list() const;
+  MapPtr map() const;
+
+  /// Whether this is a string with these bytes. A value of another type equals no string.
+  bool equals(std::string_view string) const { return text() != nullptr && *text() == string; }
+
+  /// The string, for a use that needs text; absent stays absent. Throws ATException for a value of another type;
+  /// `use` says in its reason what the text was for.
+  std::optional<std::string> textFor(const char* use) const;
+
+  /// The value of the key, or absent; an absent value has no keys. Throws ATException for what is not a map.
+  DeviceValue valueForKey(std::string_view key) const;
+
+  /// The value as it is formatted into statements and messages: strings as they stand, integers in decimal, booleans
+  /// as 1 and 0, "(null)" when absent, lists as "(a, b)" and maps as "{key = value; }".
+  std::string description() const;
+
+ private:
+  std::variant<std::monostate, std::string, std::int64_t, std::uint64_t, double, bool, ListPtr, MapPtr> value_;
+};
+
+/// An ordered map from key to value. Keys are unique; the order is the order of insertion.
+class DeviceMap {
+ public:
+  using Entry = std::pair<std::string, DeviceValue>;
+
+  /// Sets the key's value, in place when the key is there already. An absent value takes the key out.
+  void set(std::string_view key, DeviceValue value);
+  /// Adds a key that is known not to be there yet, in constant time.
+  void add(std::string key, DeviceValue value) { entries_.emplace_back(std::move(key), std::move(value)); }
+  DeviceValue get(std::string_view key) const;
+
+  const std::vector<Entry>& entries() const { return entries_; }
+  std::size_t size() const { return entries_.size(); }
+
+ private:
+  std::vector<Entry> entries_;
+};

@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: MIT
+#include "readers/SharedObjectDeviceModelLibrary.h"
+
+#include <dlfcn.h>
+
+#include <utility>
+
+#include "base/ATException.h"
+#include "base/Text.h"
+#include "library/QZVorantisModel.h"
+
+namespace {
+
+constexpr int kDeepestNesting = 64;
+
+ATException libraryError(std::string reason) {
+  return {"ATDeviceModelLibraryException", std::move(reason)};
+}
+
+// An object of the library, given back to it by the release function of its type.
+template <class Base, class Handle>
+class Owned : public Base {
+ public:
+  using Release = void (*)(Handle*);
+  Owned(Handle* handle, Release release) : handle_(handle), release_(release) {}
+  Owned(const Owned&) = delete;
+  Owned& operator=(const Owned&) = delete;
+  ~Owned() override { release_(handle_); }
+
+  static const Handle* handle(const Base* object) { return static_cast<const Owned*>(object)->handle_; }
+
+ private:
+  Handle* handle_;
+  Release release_;
+};
+
+using OwnedServiceInfo = Owned<DeviceModelLibrary::ServiceInfo, QZVMServiceInfo>;
+using OwnedStore = Owned<DeviceModelLibrary::Store, QZVMStore>;
+using OwnedItem = Owned<DeviceModelLibrary::Item, QZVMItem>;
+
+QZVMText textOf(std::string_view text) {
+  return {text.data(), text.size()};
+}
+
+std::string stringOf(QZVMText text) {
+  auto string = Text::fromUTF8({text.bytes, text.size});
+  if (!string) throw libraryError("the device-model library gave a text that is not UTF-8");
+  return std::move(*string);
+}
+
+bool isComplete(const QZVMInterface& table) {
+  return table.offersServiceInfoWithSpec && table.serviceInfoWithSpec && table.serviceInfoWithURI &&
+         table.releaseServiceInfo && table.registeredStoreForServiceInfo && table.releaseStore && table.itemForKey &&
+         table.releaseItem && table.representedObject && table.deviceFamilyName && table.releaseValue && table.kind &&
+         table.stringValue && table.integerValue && table.unsignedValue && table.realValue && table.booleanValue &&
+         table.count && table.elementAt && table.keyAt && table.valueAt && table.lastError;
+}
+
+const QZVMInterface* loadInterface(const char* fileName) {
+  void* object = dlopen(fileName, RTLD_NOW | RTLD_LOCAL);
+  if (object == nullptr) return nullptr;
+  const auto entry = reinterpret_cast<decltype(&QZVorantisModelInterface)>(dlsym(object, "QZVorantisModelInterface"));
+  const QZVMInterface* table = entry == nullptr ? nullptr : entry();
+  const bool usable = table != nullptr && table->interfaceVersion == QZVM_INTERFACE_VERSION && isComplete(*table);
+  return usable ? table : nullptr;
+}
+
+// Makes values of the tool's own from the library's.
+class Reader {
+ public:
+  explicit Reader(const QZVMInterface& library) : library_(library) {}
+
+  DeviceValue read(const QZVMValue* value, int nesting = 0) const {
+    if (value == nullptr) throw libraryError("the device-model library gave a null value");
+    if (nesting > kDeepestNesting) throw libraryError("the device-model library's value is nested too deeply");
+    switch (library_.kind(value)) {
+      case QZVM_STRING:
+        return stringOf(library_.stringValue(value));
+      case QZVM_INTEGER:
+        return library_.integerValue(value);
+      case QZVM_UNSIGNED:
+        return library_.unsignedValue(value);
+      case QZVM_REAL:
+        return library_.realValue(value);
+      case QZVM_BOOLEAN:
+        return library_.booleanValue(value) != 0;
+      case QZVM_LIST:
+        return readList(value, nesting);
+      case QZVM_MAP:
+        return readMap(value, nesting);
+    }
+    throw libraryError("the device-model library gave a value of an unknown kind");
+  }
+
+ private:
+  DeviceValue readList(const QZVMValue* value, int nesting) const {
+    auto list = std::make_shared<DeviceValue::List>();
+    const std::size_t count = library_.count(value);
+    for (std::size_t index = 0; index < count; ++index) {
+      list->push_back(read(library_.elementAt(value, index), nesting + 1));
+    }
+    return list;
+  }
+
+  DeviceValue readMap(const QZVMValue* value, int nesting) const {
+    auto map = std::make_shared<DeviceMap>();
+    const std::size_t count = library_.count(value);
+    for (std::size_t index = 0; index < count; ++index) {
+      map->add(stringOf(library_.keyAt(value, index)), read(library_.valueAt(value, index), nesting + 1));
+    }
+    return map;
+  }
+
+  const QZVMInterface& library_;
+};
+
+}  // namespace
+
+const QZVMInterface* SharedObjectDeviceModelLibrary::interface() {
+  if (!std::exchange(opened_, true)) interface_ = loadInterface(fileName_);
+  return interface_;
+}
+
+// Whether the operation gave something; throws when it failed.
+bool SharedObjectDeviceModelLibrary::succeeded(int result) {
+  if (result == QZVM_OK) return true;
+  if (result == QZVM_ABSENT) return false;
+  const QZVMText error = interface_->lastError();
+  throw libraryError(Text::fromUTF8({error.bytes, error.size}).value_or("the device-model library failed"));
+}
+
+bool SharedObjectDeviceModelLibrary::offersServiceInfoWithSpec() {
+  return isAvailable() && succeeded(interface_->offersServiceInfoWithSpec());
+}
+
+std::unique_ptr<DeviceModelLibrary::ServiceInfo> SharedObjectDeviceModelLibrary::serviceInfoWithSpec(
+    const ServiceInfoSpec& spec) {
+  if (!isAvailable()) return nullptr;
+  const QZVMText uri = textOf(spec.uri ? std::string_view(*spec.uri) : std::string_view());
+  const QZVMText modelName = textOf(spec.modelName ? std::string_view(*spec.modelName) : std::string_view());
+  const unsigned char skipReachabilityCheck = spec.skipReachabilityCheck ? 1 : 0;
+  const QZVMServiceInfoSpec given{spec.uri ? &uri : nullptr, spec.modelName ? &modelName : nullptr,
+                                  &skipReachabilityCheck};
+  QZVMServiceInfo* info = nullptr;
+  if (!succeeded(interface_->serviceInfoWithSpec(&given, &info))) return nullptr;
+  return std::make_unique<OwnedServiceInfo>(info, interface_->releaseServiceInfo);
+}
+
+std::unique_ptr<DeviceModelLibrary::ServiceInfo> SharedObjectDeviceModelLibrary::serviceInfoWithURI(
+    const std::string& uri) {
+  QZVMServiceInfo* info = nullptr;
+  if (!isAvailable() || !succeeded(interface_->serviceInfoWithURI(textOf(uri), &info))) return nullptr;
+  return std::make_unique<OwnedServiceInfo>(info, interface_->releaseServiceInfo);
+}
+
+std::unique_ptr<DeviceModelLibrary::Store> SharedObjectDeviceModelLibrary::registeredStoreForServiceInfo(
+    const ServiceInfo* info) {
+  QZVMStore* store = nullptr;
+  if (info == nullptr) return nullptr;
+  if (!succeeded(interface_->registeredStoreForServiceInfo(OwnedServiceInfo::handle(info), &store))) return nullptr;
+  return std::make_unique<OwnedStore>(store, interface_->releaseStore);
+}
+
+std::unique_ptr<DeviceModelLibrary::Item> SharedObjectDeviceModelLibrary::itemForKey(const Store* store,
+                                                                                     std::string_view key) {
+  QZVMItem* item = nullptr;
+  if (store == nullptr || !succeeded(interface_->itemForKey(OwnedStore::handle(store), textOf(key), &item))) {
+    return nullptr;
+  }
+  return std::make_unique<OwnedItem>(item, interface_->releaseItem);
+}
+
+DeviceValue SharedObjectDeviceModelLibrary::representedObject(const Item* item) {
+  QZVMValue* value = nullptr;
+  if (item == nullptr || !succeeded(interface_->representedObject(OwnedItem::handle(item), &value))) return {};
+  return takeValue(value);
+}
+
+DeviceValue SharedObjectDeviceModelLibrary::deviceFamilyName(const ServiceInfo* info) {
+  QZVMValue* value = nullptr;
+  if (info == nullptr || !succeeded(interface_->deviceFamilyName(OwnedServiceInfo::handle(info), &value))) return {};
+  return takeValue(value);
+}
+
+DeviceValue SharedObjectDeviceModelLibrary::takeValue(QZVMValue* value) {
+  const std::unique_ptr<QZVMValue, void (*)(QZVMValue*)> owner(value, interface_->releaseValue);
+  return Reader(*interface_).read(value);
+}
+
+namespace {
+DeviceModelLibrary* replacement = nullptr;
+}
+
+DeviceModelLibrary& DeviceModelLibrary::defaultLibrary() {
+  static SharedObjectDeviceModelLibrary library;
+  return replacement != nullptr ? *replacement : library;
+}
+
+void DeviceModelLibrary::setDefaultLibrary(DeviceModelLibrary* library) {
+  replacement = library;
+}

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+#include "updaters/ATPDLCommandTypePPDUpdater.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <memory>
+#include <vector>
+
+#include "base/Text.h"
+#include "driver/ATLog.h"
+#include "readers/DeviceModelLibrary.h"
+
+namespace {
+
+struct CommandList {
+  const char* key;
+  std::vector<const char*> commands;
+};
+
+struct CommandSet {
+  const char* family;
+  std::vector<CommandList> lists;
+};
+
+// The names are those that the printing components know, "pcl-cutter", "pcl-inkedarea" and misspellings included.
+const CommandSet& firstCommandSet() {
+  static const CommandSet set = {
+      "VR-K-410",
+      {
+          {"initial-reset", {"pdl-flush-raster", "pdl-reset", "pdl-end-job-pjl"}},
+          {"pjl-job-header",
+           {"pdl-string-code-set", "pdl-job-name", "pdl-job-attr6-app-name", "pdl-job-attr11-system-version",
+            "pdl-job-attr14-driver-version", "pdl-pjl-born-on-date"}},
+          {"pcl-job-header",
+           {"pdl-language-version", "pdl-pcl-media-source", "pdl-media-type", "velmor-pdl-media-type",
+            "pdl-print-quality", "pdl-page-count", "pdl-color-mode", "pdl-pcl-color-space-mode", "pcl-cutter",
+            "pcl-inkedarea", "pdl-media-size", "pdl-resolution", "velmor-pdl-paper-width-height"}},
+          {"begin-page", {"pdl-max-raster-width", "pdl-raster-data-format-vorantis-rgb", "pdl-raster-cmd-start"}},
+          {"end-page", {"pdl-raster-end", "pdl-form-feed"}},
+          {"job-aborting", {"pdl-flush-raster", "pdl-cancel"}},
+          {"job-final-reset", {"pdl-reset", "pdl-end-job", "pdl-pjl-end-job"}},
+      },
+  };
+  return set;
+}
+
+const CommandSet& secondCommandSet() {
+  static const CommandSet set = {
+      "VR-K-Q",
+      {
+          {"initial-reset", {"pdl-flush-raster", "pdl-form-feed", "pdl-reset", "pdl-end-job-pjl", "pdl-job"}},
+          {"pjl-job-header",
+           {"pdl-string-code-set",
+            "pdl-set-jobname",
+            "pdl-pjl-born-on-date",
+            "pdl-job-attr1-user-name",
+            "pdl-job-attr2-client-name",
+            "pdl-job-attr3-domain-name",
+            "pdl-job-attr4-timestamp",
+            "pdl-job-attr5-uuid",
+            "pdl-job-attr6-app-name",
+            "pdl-job-attr8-account-id",
+            "pdl-job-attr11-system-version",
+            "pdl-job-attr14-driver-version",
+            "pdl-driver-usage-metrics",
+            "pdl-media-source",
+            "pdl-paper-width-height",
+            "pdl-set-printarea",
+            "pdl-margin-layout",
+            "pdl-set-margins-size",
+            "pdl-set-margins",
+            "pdl-set-borderless-method",
+            "pdl-set-cutter",
+            "pdl-set-y-cutter",
+            "pdl-set-mediaid",
+            "pdl-max-detail",
+            "pdl-set-gloss-enahncer",
+            "pdl-extrapasses",
+            "pdl-render-mode",
+            "pdl-color-space-mode",
+            "pdl-rendering-intent",
+            "pdl-lightness-adjustment",
+            "pdl-red-adjustment",
+            "pdl-green-adjustment",
+            "pdl-blue-adjustment",
+            "pdl-cropmarks"}},
+          {"pcl-job-header", {"pdl-language-version", "pdl-print-quality", "pdl-resolution"}},
+          {"begin-page", {"pdl-max-raster-width", "pdl-raster-data-format-tavik-rgb", "pdl-raster-cmd-start"}},
+          {"end-page", {"pdl-raster-end", "pdl-form-feed"}},
+          {"job-aborting", {"pdl-flush-raster", "pdl-cancel"}},
+          {"job-final-reset", {"pdl-reset", "pdl-end-job", "pdl-pjl-end-job"}},
+      },
+  };
+  return set;
+}
+
+void addAttribute(const std::string& name, const std::string& value, ATPPD& ppd) {
+  ppd.addPPDAttribute(ATPPDAttribute::initWithName(name, std::nullopt, std::nullopt, value));
+}
+
+void addCommandSet(const CommandSet& set, ATPPD& ppd) {
+  addAttribute("QZVorantisFamily", fmt::format("\"{}\"", set.family), ppd);
+  for (const CommandList& list : set.lists) {
+    addAttribute(fmt::format("QZPDLCommand {}", list.key),
+                 fmt::format("\"{}\"\n*End", fmt::join(list.commands, ";;\n")), ppd);
+  }
+}
+
+std::string identificationString(DeviceModelLibrary& library, const std::string& printerURI) {
+  std::unique_ptr<DeviceModelLibrary::ServiceInfo> info;
+  if (library.offersServiceInfoWithSpec()) {
+    DeviceModelLibrary::ServiceInfoSpec spec;
+    if (!printerURI.empty()) spec.uri = printerURI;
+    info = library.serviceInfoWithSpec(spec);
+  } else {
+    info = library.serviceInfoWithURI(printerURI);
+  }
+  return library.deviceFamilyName(info.get()).textFor("device family name").value_or("");
+}
+
+std::string familyInIdentification(std::string_view identification) {
+  for (const std::string_view part : Text::split(identification, ";")) {
+    if (!Text::contains(part, "CID:")) continue;
+    const auto pieces = Text::split(part, ":");
+    if (pieces.size() == 2) return std::string(pieces[1]);
+  }
+  return {};
+}
+
+}  // namespace
+
+bool ATPDLCommandTypePPDUpdater::updatePPD(ATPPD* ppd, const IATDataReader* usingDataReader) const {
+  if (ppd == nullptr || usingDataReader == nullptr) return false;
+  const auto printerURI = usingDataReader->printerURI();
+  if (!printerURI || printerURI->empty()) return true;
+  const std::string family = getDeviceFamilyName(*printerURI);
+  if (family == "QZVR2PCLS" || family == "QZVRPCLS") {
+    addPDLCommandsForQZVR2PCLS(*ppd);
+  } else {
+    addPDLCommandsForQZVR2PCLAZ(*ppd);
+  }
+  return true;
+}
+
+std::string ATPDLCommandTypePPDUpdater::getDeviceFamilyName(const std::string& printerURI) const {
+  static constexpr const char* kSignature = "-[ATPDLCommandTypePPDUpdater getDeviceFamilyName:]";
+  DeviceModelLibrary& library = DeviceModelLibrary::defaultLibrary();
+  if (!library.isAvailable()) {
+    ATLog(kSignature, "QZVorantisModel framework is not loaded");
+    return {};
+  }
+  std::string family = familyInIdentification(identificationString(library, printerURI));
+  ATLog(kSignature, "pinwax ==> ATAutoSetupTool == getDeviceFamilyName == Family name extracted {}", family);
+  return family;
+}
+
+void ATPDLCommandTypePPDUpdater::addPDLCommandsForQZVR2PCLS(ATPPD& ppd) const {
+  addCommandSet(firstCommandSet(), ppd);
+}
+
+void ATPDLCommandTypePPDUpdater::addPDLCommandsForQZVR2PCLAZ(ATPPD& ppd) const {
+  addCommandSet(secondCommandSet(), ppd);
+}

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "ppd/ATPPD.h"
+#include "updaters/IATPPDUpdater.h"
+
+/// Makes the chain of updaters that a PPD names in `*QZPPDUpdaters`, a quoted list of class names between white space.
+class ATPPDUpdatersFactory {
+ public:
+  using Updaters = std::vector<std::unique_ptr<IATPPDUpdater>>;
+
+  /// The process's factory.
+  static const ATPPDUpdatersFactory& defaultFactory();
+
+  /// One new updater for each known name, in the order of the names; unknown names are skipped without a message. A
+  /// name that is listed twice gives two updaters.
+  Updaters updatersForPPD(const ATPPD& ppd) const;
+};
