@@ -23,12 +23,13 @@ std::size_t skipASCII(std::string_view text) {
     std::memcpy(&word, text.data() + position, sizeof word);
     if ((word & kHighBits) != 0) break;
   }
+  if (position + sizeof(std::uint64_t) > text.size() && text.size() >= sizeof(std::uint64_t)) {
+    std::uint64_t lastWord;
+    std::memcpy(&lastWord, text.data() + text.size() - sizeof lastWord, sizeof lastWord);
+    if ((lastWord & kHighBits) == 0) return text.size();
+  }
   while (position < text.size() && static_cast<unsigned char>(text[position]) < 0x80) ++position;
   return position;
-}
-
-char foldASCII(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
 }  // namespace
@@ -50,22 +51,11 @@ std::optional<std::string> fromUTF8(std::string_view bytes) {
   return std::string(bytes);
 }
 
-bool isWhiteSpace(char32_t character) {
-  if (character < 0x80) return character == ' ' || character == '\t';
+bool isSpaceSeparator(char32_t character) {
   return utf8proc_category(static_cast<utf8proc_int32_t>(character)) == UTF8PROC_CATEGORY_ZS;
 }
 
-bool isLineEnd(char32_t character) {
-  return (character >= 0x0A && character <= 0x0D) || character == 0x85 || character == 0x2028 || character == 0x2029;
-}
-
-bool isBlank(char32_t character) {
-  return isWhiteSpace(character) || isLineEnd(character);
-}
-
-Character characterAt(std::string_view text, std::size_t position) {
-  const auto first = static_cast<unsigned char>(text[position]);
-  if (first < 0x80) return {first, 1};
+Character longCharacterAt(std::string_view text, std::size_t position) {
   utf8proc_int32_t character;
   const auto rest = static_cast<utf8proc_ssize_t>(text.size() - position);
   const utf8proc_ssize_t size = utf8proc_iterate(unsignedBytes(text, position), rest, &character);
@@ -76,15 +66,6 @@ Character characterBefore(std::string_view text, std::size_t end) {
   std::size_t start = end - 1;
   while (start > 0 && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
   return characterAt(text, start);
-}
-
-std::size_t skip(std::string_view text, std::size_t position, CharacterClass characterClass) {
-  while (position < text.size()) {
-    const Character character = characterAt(text, position);
-    if (!characterClass(character.value)) break;
-    position += character.size;
-  }
-  return position;
 }
 
 std::string_view trim(std::string_view text, CharacterClass characterClass) {
@@ -125,11 +106,6 @@ std::vector<std::string_view> split(std::string_view text, std::string_view sepa
 
 bool contains(std::string_view text, std::string_view part) {
   return !part.empty() && text.find(part) != std::string_view::npos;
-}
-
-bool equalsIgnoringCase(std::string_view one, std::string_view other) {
-  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                    [](char a, char b) { return foldASCII(a) == foldASCII(b); });
 }
 
 std::string_view orNull(const std::optional<std::string>& text) {

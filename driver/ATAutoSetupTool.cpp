@@ -12,8 +12,40 @@
 #include "updaters/ATPPDUpdatersFactory.h"
 
 namespace {
+
 constexpr const char* kRunSignature = "-[ATAutoSetupTool run]";
-}
+
+// Writes line after line; after the first write that fails, nothing more is written. Lines that lie behind one another
+// in memory, as unchanged ones do, are written together.
+class OutputSink : public IStatementSink {
+ public:
+  explicit OutputSink(ATOutput& output) : output_(output) {}
+  void take(const StatementString& string) override {
+    const std::string_view text = string;
+    if (text.data() == waiting_.data() + waiting_.size()) {
+      waiting_ = {waiting_.data(), waiting_.size() + text.size()};
+    } else {
+      writeWaiting();
+      waiting_ = text;
+    }
+  }
+  /// Writes what is left; whether everything was written.
+  bool finish() {
+    writeWaiting();
+    return succeeded_;
+  }
+
+ private:
+  void writeWaiting() {
+    if (succeeded_) succeeded_ = output_.write(waiting_) == waiting_.size();
+  }
+
+  ATOutput& output_;
+  std::string_view waiting_;  // taken and not yet written
+  bool succeeded_ = true;
+};
+
+}  // namespace
 
 std::unique_ptr<ATAutoSetupTool> ATAutoSetupTool::initWithArgc(int argc, const char* const* argv) {
   static constexpr const char* kSignature = "-[ATAutoSetupTool initWithArgc:argv:]";
@@ -71,12 +103,11 @@ std::unique_ptr<IATDataReader> ATAutoSetupTool::dataReader() const {
 }
 
 bool ATAutoSetupTool::write(ATOutput& output) const {
-  for (const StatementString& string : PPD_.strings()) {
-    if (output.write(string) == string.size()) continue;
-    ATLog(kRunSignature, "Stdout writing error.");
-    return false;
-  }
-  return true;
+  OutputSink sink(output);
+  PPD_.giveStringsTo(sink);
+  const bool succeeded = sink.finish();
+  if (!succeeded) ATLog(kRunSignature, "Stdout writing error.");
+  return succeeded;
 }
 
 void ATAutoSetupTool::didRecognizeString(ATPPDParser& /*parser*/, StatementString string, PPDLineType type) {

@@ -21,7 +21,8 @@ void logException([[maybe_unused]] const ATException& exception) {
 bool runTool(int argc, const char** argv) {
   try {
     ATStreamOutput output(stdout);
-    const auto tool = ATAutoSetupTool::initWithArgc(argc, argv);
+    // The process ends right after the run: taking the document apart object by object would only cost time.
+    static ATAutoSetupTool* const tool = ATAutoSetupTool::initWithArgc(argc, argv).release();
     return tool != nullptr && tool->run(output);
   } catch (const ATException& exception) {
     logException(exception);

@@ -3,7 +3,7 @@
 
 #include <fmt/format.h>
 
-#include <set>
+#include <algorithm>
 #include <utility>
 
 #include "base/Text.h"
@@ -15,28 +15,39 @@ constexpr std::size_t kScansBeforeIndex = 4;
 }
 
 void ATPPD::addString(StatementString string, PPDLineType type) {
+  const auto owner = ownerOfLine(type);
+  if (!owner) {
+    ATLog("-[ATPPD addString:ofType:]", "ERROR: String {} of type {} is ignored!", string.view(),
+          static_cast<int>(type));
+    return;
+  }
+  if (type == PPDLineTypeOpenGroup) groupOpened_ = true;
+  if (type == PPDLineTypeCloseGroup) groupOpened_ = false;
+  if (*owner != Owner::lastObject) {
+    lastObjectsOwner_ = owner;
+  } else if (!lastObjectsOwner_) {
+    return;  // there is no object that could take the line
+  } else if (isRefusedByLastObject(type)) {
+    makeObjects();
+    makeObject({std::move(string), type, *owner});
+    return;
+  }
+  lines_.push_back({std::move(string), type, *owner});
+}
+
+// Absent for a type that no line of a file has.
+std::optional<ATPPD::Owner> ATPPD::ownerOfLine(PPDLineType type) const {
   switch (type) {
     case PPDLineTypeComment:
     case PPDLineTypeNewLine:
-      if (groupOpened_) {
-        handToLastObject(std::move(string), type);
-      } else {
-        appendObjectToPPDObjects(ATPPDObject::objectWithString(std::move(string), type));
-      }
-      break;
+      return groupOpened_ ? Owner::lastObject : Owner::newObject;
     case PPDLineTypeStatement:
-      groupOpened_ ? handToLastObject(std::move(string), type) : addAttribute(std::move(string));
-      break;
+      return groupOpened_ ? Owner::lastObject : Owner::newAttribute;
     case PPDLineTypeOpenUI:
-      groupOpened_ ? handToLastObject(std::move(string), type) : addOption(std::move(string));
-      break;
+      return groupOpened_ ? Owner::lastObject : Owner::newOption;
     case PPDLineTypeOpenGroup:
-      addGroup(std::move(string));
-      break;
+      return Owner::newGroup;
     case PPDLineTypeCloseGroup:
-      handToLastObject(std::move(string), type);
-      groupOpened_ = false;
-      break;
     case PPDLineTypeContinuation:
     case PPDLineTypeEnd:
     case PPDLineTypeCloseUI:
@@ -45,33 +56,70 @@ void ATPPD::addString(StatementString string, PPDLineType type) {
     case PPDLineTypeChoice:
     case PPDLineTypeChoiceContinuation:
     case PPDLineTypeChoiceEnd:
-      handToLastObject(std::move(string), type);
-      break;
+      return Owner::lastObject;
     default:
-      ATLog("-[ATPPD addString:ofType:]", "ERROR: String {} of type {} is ignored!", string.view(),
-            static_cast<int>(type));
+      return std::nullopt;
   }
 }
 
-void ATPPD::addAttribute(StatementString string) {
-  auto attribute = std::make_shared<ATPPDAttribute>();
-  attribute->addString(std::move(string), PPDLineTypeStatement);
-  listAttribute(attribute);
-  appendObjectToPPDObjects(std::move(attribute));
+// An option drops what has no place in a UI block; the other kinds of objects take every line.
+bool ATPPD::isRefusedByLastObject(PPDLineType type) const {
+  return lastObjectsOwner_ == Owner::newOption && !ATPPDOption::takesLineOfType(type);
 }
 
-void ATPPD::addGroup(StatementString string) {
-  groups_.push_back(ATPPDGroup::groupWithString(std::move(string)));
-  appendObjectToPPDObjects(groups_.back());
-  groupOpened_ = true;
+void ATPPD::giveStringsTo(IStatementSink& sink) const {
+  for (const auto& object : ATPPDCompoundObject::PPDObjects()) object->giveStringsTo(sink);
+  for (const Line& line : lines_) sink.take(line.string);
 }
 
-void ATPPD::addOption(StatementString string) {
-  appendObjectToPPDObjects(ATPPDOption::optionWithString(std::move(string)));
+const ATPPD::PPDObjectList& ATPPD::PPDObjects() const {
+  if (!lines_.empty()) const_cast<ATPPD*>(this)->makeObjects();
+  return ATPPDCompoundObject::PPDObjects();
 }
 
-void ATPPD::handToLastObject(StatementString string, PPDLineType type) {
-  if (!PPDObjects().empty()) PPDObjects().back()->addString(std::move(string), type);
+const ObjectList<ATPPDAttribute>& ATPPD::attributes() const {
+  PPDObjects();
+  return attributes_;
+}
+
+const std::vector<std::shared_ptr<ATPPDGroup>>& ATPPD::groups() const {
+  PPDObjects();
+  return groups_;
+}
+
+void ATPPD::makeObjects() {
+  for (Line& line : std::exchange(lines_, {})) makeObject(std::move(line));
+}
+
+void ATPPD::makeObject(Line line) {
+  PPDObjectList& objects = editablePPDObjects();
+  switch (line.owner) {
+    case Owner::newObject:
+      objects.append(ATPPDObject::objectWithString(std::move(line.string), line.type));
+      break;
+    case Owner::newAttribute: {
+      auto attribute = ATPPDAttribute::attributeWithString(std::move(line.string));
+      listAttribute(attribute);
+      objects.append(std::move(attribute));
+      break;
+    }
+    case Owner::newOption:
+      objects.append(ATPPDOption::optionWithString(std::move(line.string)));
+      break;
+    case Owner::newGroup:
+      groups_.push_back(ATPPDGroup::groupWithString(std::move(line.string)));
+      objects.append(groups_.back());
+      break;
+    case Owner::lastObject:
+      objects.back()->addString(std::move(line.string), line.type);
+  }
+}
+
+// Whether any line that is not yet part of an object begins an attribute of this name.
+bool ATPPD::hasLineOfAttribute(std::string_view name) const {
+  return std::any_of(lines_.begin(), lines_.end(), [name](const Line& line) {
+    return line.owner == Owner::newAttribute && ATPPDAttribute::isNamed(line.string, name);
+  });
 }
 
 void ATPPD::listAttribute(const AttributePtr& attribute) {
@@ -84,6 +132,8 @@ void ATPPD::listAttribute(const AttributePtr& attribute) {
 }
 
 ATPPD::AttributePtr ATPPD::attributeForName(std::string_view name, const Spec& spec) const {
+  if (attributes_.empty() && !hasLineOfAttribute(name)) return nullptr;
+  PPDObjects();
   if (!attributeIndex_ && scans_++ < kScansBeforeIndex) return scanForAttribute(name, spec);
   const NameIndex::Positions& positions = attributeIndex().find(name, spec);
   return positions.empty() ? nullptr : attributes_.at(*positions.begin());
@@ -97,6 +147,7 @@ ATPPD::AttributePtr ATPPD::scanForAttribute(std::string_view name, const Spec& s
 }
 
 const AttributeIndex& ATPPD::attributeIndex() const {
+  PPDObjects();
   if (attributeIndex_) return *attributeIndex_;
   attributeIndex_.emplace();
   for (auto attribute = attributes_.begin(); attribute != attributes_.end(); ++attribute) {
@@ -140,14 +191,14 @@ SpecIndex& ATPPD::specIndex(std::string_view name) const {
 }
 
 std::shared_ptr<ATPPDGroup> ATPPD::groupForName(std::string_view name) const {
-  for (const auto& group : groups_) {
+  for (const auto& group : groups()) {
     if (group->name() == name) return group;
   }
   return nullptr;
 }
 
 std::shared_ptr<ATPPDOption> ATPPD::optionForName(std::string_view name) const {
-  for (const auto& group : groups_) {
+  for (const auto& group : groups()) {
     if (auto option = group->optionForName(name)) return option;
   }
   return nullptr;
@@ -156,7 +207,7 @@ std::shared_ptr<ATPPDOption> ATPPD::optionForName(std::string_view name) const {
 void ATPPD::addPPDAttribute(const AttributePtr& attribute) {
   if (attribute == nullptr) return;
   ATLog("-[ATPPD addPPDAttribute:]", "Adding {} attribute with value {}", attribute->name(), attribute->value());
-  if (attributes_.empty()) {
+  if (attributes().empty()) {
     appendObjectToPPDObjects(attribute);
   } else if (const auto last = PPDObjects().positionOf(attributes_.back().get())) {
     editablePPDObjects().insertAfter(*last, attribute);
@@ -167,7 +218,7 @@ void ATPPD::addPPDAttribute(const AttributePtr& attribute) {
 void ATPPD::removePPDAttribute(const AttributePtr& attribute) {
   ATLog("-[ATPPD removePPDAttribute:]", "Removing attribute {}...", attribute ? attribute->name() : std::nullopt);
   if (attribute == nullptr) return;
-  if (const auto position = attributes_.positionOf(attribute.get())) {
+  if (const auto position = attributes().positionOf(attribute.get())) {
     if (attributeIndex_) attributeIndex_->remove(*attribute, *position);
     for (auto& [name, index] : specIndexes_) index.remove(*position);
     attributes_.removeAt(*position);

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -20,6 +22,9 @@
 /// it, and offers the look-ups and edits of the updaters. Written back, an unchanged document gives the bytes that
 /// were read.
 ///
+/// A document that names no updaters is read and written and never asked for more than one attribute. So it keeps its
+/// lines as they come, and makes its objects at the first question that needs them.
+///
 /// Names and specs are compared exactly, letter case included; the first match in list order wins. Look-ups see the
 /// attributes at document level only, never those inside groups or options.
 class ATPPD : public ATPPDCompoundObject {
@@ -33,6 +38,8 @@ class ATPPD : public ATPPDCompoundObject {
   /// Takes the next line of the file. A line of no known type is dropped and logged; a line for the last child is
   /// dropped when there is none.
   void addString(StatementString string, PPDLineType type) override;
+  void giveStringsTo(IStatementSink& sink) const override;
+  const PPDObjectList& PPDObjects() const override;
 
   /// The first attribute of this name (without the asterisk) and spec, or null. An absent spec matches any.
   AttributePtr attributeForName(std::string_view name, const Spec& spec = std::nullopt) const;
@@ -63,9 +70,9 @@ class ATPPD : public ATPPDCompoundObject {
   void removePPDAttributeWithLocalizations(const AttributePtr& attribute);
 
   /// The attributes at document level, in the order in which they were added.
-  const ObjectList<ATPPDAttribute>& attributes() const { return attributes_; }
+  const ObjectList<ATPPDAttribute>& attributes() const;
   /// The groups in file order.
-  const std::vector<std::shared_ptr<ATPPDGroup>>& groups() const { return groups_; }
+  const std::vector<std::shared_ptr<ATPPDGroup>>& groups() const;
 
   /// The language codes of `*cupsLanguages`, split at every single white-space character (empty ones and repeats are
   /// kept), or null without a quoted value. Kept once found, also when the attribute changes later.
@@ -76,15 +83,25 @@ class ATPPD : public ATPPDCompoundObject {
   void setGroupOpened(bool opened) { groupOpened_ = opened; }
 
  private:
-  void addAttribute(StatementString string);
-  void addGroup(StatementString string);
-  void addOption(StatementString string);
-  void handToLastObject(StatementString string, PPDLineType type);
+  // The object that a line belongs to: a new one of some kind, or the last one there is.
+  enum class Owner : std::uint8_t { newObject, newAttribute, newOption, newGroup, lastObject };
+  struct Line {
+    StatementString string;
+    PPDLineType type;
+    Owner owner;
+  };
+  std::optional<Owner> ownerOfLine(PPDLineType type) const;
+  bool isRefusedByLastObject(PPDLineType type) const;
+  void makeObjects();
+  void makeObject(Line line);
+  bool hasLineOfAttribute(std::string_view name) const;
   void listAttribute(const AttributePtr& attribute);
   AttributePtr scanForAttribute(std::string_view name, const Spec& spec) const;
   const AttributeIndex& attributeIndex() const;
   SpecIndex& specIndex(std::string_view name) const;
 
+  std::deque<Line> lines_;                 // read, and not yet made into objects
+  std::optional<Owner> lastObjectsOwner_;  // how the last object came about; absent while there is none
   ObjectList<ATPPDAttribute> attributes_;
   std::vector<std::shared_ptr<ATPPDGroup>> groups_;
   mutable std::optional<std::vector<std::string>> supportedLocalizations_;

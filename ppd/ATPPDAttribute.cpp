@@ -42,17 +42,17 @@ std::shared_ptr<ATPPDAttribute> ATPPDAttribute::initWithName(const Part& name, c
 
 bool ATPPDAttribute::initializeWithName(const Part& name, const Part& spec, const Part& text, const Part& value) {
   if (isEmpty(name)) return false;
-  parts() = {name, spec, text, isEmpty(value) ? PPDExtentions::emptyQuotedValue() : value};
+  parts() = {name, spec, text, isEmpty(value) ? PPDExtentions::emptyQuotedValue() : value, std::nullopt};
   updateAttributeString();
-  addString(*attributeString_, PPDLineTypeStatement);
+  addString(*parts().attributeString, PPDLineTypeStatement);
   return true;
 }
 
-void ATPPDAttribute::appendStringsTo(StatementStrings& list) const {
-  if (attributeString_) {
-    list.push_back(*attributeString_);
+void ATPPDAttribute::giveStringsTo(IStatementSink& sink) const {
+  if (parts_ != nullptr && parts_->attributeString) {
+    sink.take(*parts_->attributeString);
   } else {
-    ATPPDObject::appendStringsTo(list);
+    ATPPDObject::giveStringsTo(sink);
   }
 }
 
@@ -62,7 +62,7 @@ ATPPDAttribute::Parts& ATPPDAttribute::parts() const {
 }
 
 std::optional<std::string_view> ATPPDAttribute::firstLine() const {
-  if (attributeString_) return attributeString_->view();
+  if (parts_ != nullptr && parts_->attributeString) return parts_->attributeString->view();
   if (container().empty()) return std::nullopt;
   return container().front().view();
 }
@@ -88,7 +88,7 @@ const ATPPDAttribute::Part& ATPPDAttribute::text() const {
 const ATPPDAttribute::Part& ATPPDAttribute::value() const {
   Part& value = parts().value;
   if (value) return value;
-  const StatementStrings& lines = container();
+  const LineList& lines = container();
   value = lines.size() == 1 ? valueFromAttributeString(lines.front()) : valueFromAttributeStrings(lines);
   return value;
 }
@@ -96,7 +96,14 @@ const ATPPDAttribute::Part& ATPPDAttribute::value() const {
 bool ATPPDAttribute::isNamed(std::string_view name) const {
   if (parts_ != nullptr && parts_->name) return *parts_->name == name;
   const auto line = firstLine();
-  return line && scanName(*line) == name;
+  return line && isNamed(*line, name);
+}
+
+bool ATPPDAttribute::isNamed(std::string_view line, std::string_view name) {
+  // Nearly every line begins with "*" and a letter, and then has to go on with the name.
+  const bool beginsWithKeyword = line.size() > 1 && line[0] == '*' && line[1] > ' ' && line[1] <= '~';
+  if (beginsWithKeyword && !line.substr(1).starts_with(name)) return false;
+  return scanName(line) == name;
 }
 
 void ATPPDAttribute::setText(const Part& text) {
@@ -143,7 +150,7 @@ ATPPDAttribute::Part ATPPDAttribute::valueFromAttributeString(std::string_view l
   return std::string(Text::trim(scanner.rest(), Text::isBlank));
 }
 
-ATPPDAttribute::Part ATPPDAttribute::valueFromAttributeStrings(const StatementStrings& lines) {
+ATPPDAttribute::Part ATPPDAttribute::valueFromAttributeStrings(const LineList& lines) {
   if (lines.empty()) return std::nullopt;
   std::string value = fmt::format("{}\n", Text::orNull(valueFromAttributeString(lines.front())));
   for (std::size_t taken = 0;; value += lines[taken].view()) {
@@ -161,9 +168,13 @@ void ATPPDAttribute::updateAttributeString() {
     middle = fmt::format(" {}", *spec());
     if (!isEmpty(text())) middle += fmt::format("/{}", *text());
   }
-  attributeString_ = fmt::format("*{}{}: {}\n", Text::orNull(name()), middle, Text::orNull(value()));
+  parts().attributeString = fmt::format("*{}{}: {}\n", Text::orNull(name()), middle, Text::orNull(value()));
+}
+
+std::optional<StatementString> ATPPDAttribute::attributeString() const {
+  return parts_ == nullptr ? std::nullopt : parts_->attributeString;
 }
 
 void ATPPDAttribute::setAttributeString(std::optional<StatementString> string) {
-  attributeString_ = std::move(string);
+  parts().attributeString = std::move(string);
 }

@@ -28,7 +28,7 @@ class ATPPDAttribute : public ATPPDObject {
   static std::shared_ptr<ATPPDAttribute> initWithName(const Part& name, const Part& spec, const Part& text,
                                                       const Part& value);
 
-  void appendStringsTo(StatementStrings& list) const override;
+  void giveStringsTo(IStatementSink& sink) const override;
 
   /// The main keyword without the asterisk.
   const Part& name() const;
@@ -50,18 +50,20 @@ class ATPPDAttribute : public ATPPDObject {
   Part textFromAttributeString(std::string_view line) const;
   static Part valueFromAttributeString(std::string_view line);
   /// The value of a statement of several lines.
-  static Part valueFromAttributeStrings(const StatementStrings& lines);
+  static Part valueFromAttributeStrings(const LineList& lines);
 
   /// Composes the canonical line from the four parts. A text without a spec is left out; an absent name or value
   /// prints as "(null)".
   void updateAttributeString();
   /// The canonical line, present once the attribute was built from parts or changed.
-  const std::optional<StatementString>& attributeString() const { return attributeString_; }
+  std::optional<StatementString> attributeString() const;
   void setAttributeString(std::optional<StatementString> string);
 
   /// Whether `name()` equals the given name; answers without keeping anything, so that a search through a
   /// document leaves the attributes that it passes as small as they were.
   bool isNamed(std::string_view name) const;
+  /// The same for an attribute that would be made of the line.
+  static bool isNamed(std::string_view line, std::string_view name);
 
  protected:
   /// Makes this attribute from parts; false, and nothing done, when the name is absent or empty.
@@ -70,10 +72,10 @@ class ATPPDAttribute : public ATPPDObject {
  private:
   struct Parts {
     Part name, spec, text, value;
+    std::optional<StatementString> attributeString;
   };
   Parts& parts() const;
   std::optional<std::string_view> firstLine() const;
 
   mutable std::unique_ptr<Parts> parts_;  // made at the first request: most attributes are never asked
-  std::optional<StatementString> attributeString_;
 };

@@ -9,8 +9,8 @@ void ATPPDCompoundObject::addString(StatementString /*string*/, PPDLineType /*ty
   throw ATException::unsupportedOperation("-[ATPPDCompoundObject addString:ofType:]");
 }
 
-void ATPPDCompoundObject::appendStringsTo(StatementStrings& list) const {
-  for (const auto& object : PPDObjects()) object->appendStringsTo(list);
+void ATPPDCompoundObject::giveStringsTo(IStatementSink& sink) const {
+  for (const auto& object : PPDObjects()) object->giveStringsTo(sink);
 }
 
 ATPPDCompoundObject::PPDObjectList& ATPPDCompoundObject::editablePPDObjects() {

@@ -17,7 +17,7 @@ class ATPPDCompoundObject : public IATPPDObject {
   /// Abstract: throws ATException unless a subclass overrides it.
   void addString(StatementString string, PPDLineType type) override;
   /// The lines of every child, in child order.
-  void appendStringsTo(StatementStrings& list) const override;
+  void giveStringsTo(IStatementSink& sink) const override;
 
   /// The children in order.
   virtual const PPDObjectList& PPDObjects() const { return PPDObjects_; }

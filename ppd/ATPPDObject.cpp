@@ -13,6 +13,6 @@ void ATPPDObject::addString(StatementString string, PPDLineType /*type*/) {
   container_.push_back(std::move(string));
 }
 
-void ATPPDObject::appendStringsTo(StatementStrings& list) const {
-  list.insert(list.end(), container_.begin(), container_.end());
+void ATPPDObject::giveStringsTo(IStatementSink& sink) const {
+  for (std::size_t index = 0; index < container_.size(); ++index) sink.take(container_[index]);
 }

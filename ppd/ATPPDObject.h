@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "ppd/IATPPDObject.h"
+#include "ppd/LineList.h"
 
 /// An object of the tree that is made of whole lines.
 class ATPPDObject : public IATPPDObject {
@@ -15,11 +16,11 @@ class ATPPDObject : public IATPPDObject {
 
   /// Appends the line to `container`; the type is not looked at and not kept.
   void addString(StatementString string, PPDLineType type) override;
-  void appendStringsTo(StatementStrings& list) const override;
+  void giveStringsTo(IStatementSink& sink) const override;
 
   /// The lines as they were given, in order.
-  const StatementStrings& container() const { return container_; }
+  const LineList& container() const { return container_; }
 
  private:
-  StatementStrings container_;
+  LineList container_;
 };

@@ -18,7 +18,22 @@ constexpr std::size_t kScansBeforeIndex = 4;
 constexpr std::size_t kCodeScansCost = 1024 * 1024;
 constexpr std::size_t kCostOfAChoice = 16;
 
-bool isLineOfUIBlock(PPDLineType type) {
+std::string nameFromDefaultStatement(std::string_view statement) {
+  TokenScanner scanner(statement);
+  if (!scanner.scan("*Default")) return {};
+  const auto name = scanner.readUpTo(":");
+  return name ? std::string(Text::trim(*name, Text::isWhiteSpace)) : std::string();
+}
+
+}  // namespace
+
+std::shared_ptr<ATPPDOption> ATPPDOption::optionWithString(StatementString string) {
+  auto option = std::make_shared<ATPPDOption>();
+  option->addString(std::move(string), PPDLineTypeOpenUI);
+  return option;
+}
+
+bool ATPPDOption::takesLineOfType(PPDLineType type) {
   switch (type) {
     case PPDLineTypeComment:
     case PPDLineTypeOpenUI:
@@ -35,23 +50,8 @@ bool isLineOfUIBlock(PPDLineType type) {
   }
 }
 
-std::string nameFromDefaultStatement(std::string_view statement) {
-  TokenScanner scanner(statement);
-  if (!scanner.scan("*Default")) return {};
-  const auto name = scanner.readUpTo(":");
-  return name ? std::string(Text::trim(*name, Text::isWhiteSpace)) : std::string();
-}
-
-}  // namespace
-
-std::shared_ptr<ATPPDOption> ATPPDOption::optionWithString(StatementString string) {
-  auto option = std::make_shared<ATPPDOption>();
-  option->addString(std::move(string), PPDLineTypeOpenUI);
-  return option;
-}
-
 void ATPPDOption::addString(StatementString string, PPDLineType type) {
-  if (!isLineOfUIBlock(type)) {
+  if (!takesLineOfType(type)) {
     ATLog("-[ATPPDOption addString:ofType:]", "String {} of type {} is ignored!", string.view(),
           static_cast<int>(type));
     return;
@@ -60,9 +60,9 @@ void ATPPDOption::addString(StatementString string, PPDLineType type) {
   lines_.push_back({std::move(string), type});
 }
 
-void ATPPDOption::appendStringsTo(StatementStrings& list) const {
-  for (const auto& object : ATPPDCompoundObject::PPDObjects()) object->appendStringsTo(list);
-  for (const Line& line : lines_) list.push_back(line.string);
+void ATPPDOption::giveStringsTo(IStatementSink& sink) const {
+  for (const auto& object : ATPPDCompoundObject::PPDObjects()) object->giveStringsTo(sink);
+  for (const Line& line : lines_) sink.take(line.string);
 }
 
 const ATPPDOption::PPDObjectList& ATPPDOption::PPDObjects() const {

@@ -26,9 +26,11 @@ class ATPPDOption : public ATPPDCompoundObject {
   /// A new option whose first object holds the OpenUI statement.
   static std::shared_ptr<ATPPDOption> optionWithString(StatementString string);
 
+  /// Whether lines of this type have a place in a UI block.
+  static bool takesLineOfType(PPDLineType type);
   /// Takes one line of the block; a line of a type that has no place in one is dropped and logged.
   void addString(StatementString string, PPDLineType type) override;
-  void appendStringsTo(StatementStrings& list) const override;
+  void giveStringsTo(IStatementSink& sink) const override;
   const PPDObjectList& PPDObjects() const override;
 
   /// The choices in the order in which they were read or added. A choice that was added to a block without a CloseUI

@@ -22,6 +22,14 @@ bool existsFileAtPath(const std::string& path) {
   return stat(path.c_str(), &status) == 0;
 }
 
+// Whether the token behind the asterisk of the line can be OpenGroup, OpenUI or CloseGroup; its first letter settles
+// that for most of the statements of a large PPD.
+bool mayOpenOrClose(std::string_view string) {
+  if (string.size() < 2 || string[1] <= ' ' || string[1] > '~') return true;  // further blanks: the scan decides
+  const char letter = Text::foldASCII(string[1]);
+  return letter == 'o' || letter == 'c';
+}
+
 struct CloseFile {
   void operator()(cups_file_t* file) const { cupsFileClose(file); }
 };
@@ -125,9 +133,11 @@ PPDLineType ATPPDParser::typeInStatement(std::string_view string) {
     return lastStatementClosed_ ? PPDLineTypeEnd : malformed(PPDParserErrorUnexpectedEnd);
   }
   if (!hasAsteriskPrefix(string)) return PPDLineTypeContinuation;
-  if (isOpenGroupPPDStatement(string)) return PPDLineTypeOpenGroup;
-  if (isOpenUIPPDStatement(string)) return PPDLineTypeOpenUI;
-  if (isCloseGroupPPDStatement(string)) return PPDLineTypeCloseGroup;
+  if (mayOpenOrClose(string)) {
+    if (isOpenGroupPPDStatement(string)) return PPDLineTypeOpenGroup;
+    if (isOpenUIPPDStatement(string)) return PPDLineTypeOpenUI;
+    if (isCloseGroupPPDStatement(string)) return PPDLineTypeCloseGroup;
+  }
   // Inside a quoted value that is still open, a line with "*" belongs to the value.
   return lastStatementClosed_ ? PPDLineTypeStatement : PPDLineTypeContinuation;
 }

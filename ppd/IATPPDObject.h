@@ -4,6 +4,13 @@
 #include "ppd/PPDLineType.h"
 #include "ppd/StatementString.h"
 
+/// Takes the lines of objects one after another.
+class IStatementSink {
+ public:
+  virtual ~IStatementSink() = default;
+  virtual void take(const StatementString& string) = 0;
+};
+
 /// What every object of the PPD tree does: takes lines one by one, and gives them back.
 class IATPPDObject {
  public:
@@ -13,14 +20,10 @@ class IATPPDObject {
   virtual void addString(StatementString string, PPDLineType type) = 0;
 
   /// The object's lines in output order, as a new list.
-  StatementStrings strings() const {
-    StatementStrings all;
-    appendStringsTo(all);
-    return all;
-  }
+  StatementStrings strings() const;
 
-  /// Appends the object's lines, in output order, to `list`.
-  virtual void appendStringsTo(StatementStrings& list) const = 0;
+  /// Gives the object's lines, in output order, to the sink.
+  virtual void giveStringsTo(IStatementSink& sink) const = 0;
 
  protected:
   IATPPDObject() = default;

@@ -18,7 +18,8 @@ void StatementString::free(Block* block) {
   ::operator delete(block);
 }
 
-StatementString::StatementString(std::string_view text) : block_(nullptr), offset_(0), size_(0) {
+StatementString::StatementString(std::string_view text) {
+  if (text.empty()) return;
   if (text.size() > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("statement string");
   block_ = Block::make(text.size());
   block_->users = 1;

@@ -14,6 +14,8 @@
 /// keeps reading and writing one close to the cost of the reading alone (see bench/).
 class StatementString {
  public:
+  /// The empty string; takes no memory.
+  StatementString() = default;
   /// Holds a copy of `text`. Throws std::length_error above 4 GiB, std::bad_alloc without memory.
   StatementString(std::string_view text);  // NOLINT(google-explicit-constructor): a text is a statement string
   StatementString(const std::string& text)
@@ -22,7 +24,7 @@ class StatementString {
 
   StatementString(const StatementString& other) noexcept
       : block_(other.block_), offset_(other.offset_), size_(other.size_) {
-    ++block_->users;
+    if (block_ != nullptr) ++block_->users;
   }
   StatementString(StatementString&& other) noexcept
       : block_(std::exchange(other.block_, nullptr)), offset_(other.offset_), size_(std::exchange(other.size_, 0)) {}
@@ -62,9 +64,9 @@ class StatementString {
   }
   static void free(Block* block);
 
-  Block* block_;
-  std::uint32_t offset_;
-  std::uint32_t size_;
+  Block* block_ = nullptr;  // none for the empty string
+  std::uint32_t offset_ = 0;
+  std::uint32_t size_ = 0;
 };
 
 using StatementStrings = std::vector<StatementString>;

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 
-#include "base/Text.h"
-
 template <class IsStop>
 std::optional<std::string_view> TokenScanner::readUntil(IsStop isStop) {
   const std::size_t start = Text::skip(line_, position_, Text::isBlank);
@@ -17,13 +15,6 @@ std::optional<std::string_view> TokenScanner::readUntil(IsStop isStop) {
   if (start == end) return std::nullopt;
   position_ = end;
   return line_.substr(start, end - start);
-}
-
-bool TokenScanner::scan(std::string_view token) {
-  const std::size_t start = Text::skip(line_, position_, Text::isBlank);
-  if (!Text::equalsIgnoringCase(line_.substr(start, token.size()), token)) return false;
-  position_ = start + token.size();
-  return true;
 }
 
 std::optional<std::string_view> TokenScanner::readUpTo(std::string_view stops) {

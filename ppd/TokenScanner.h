@@ -5,6 +5,8 @@
 #include <optional>
 #include <string_view>
 
+#include "base/Text.h"
+
 /// Reads a line as a sequence of tokens: white space and line ends are skipped before each one, and a token that
 /// is given is compared without regard to letter case. The line must outlive the scanner and its results.
 class TokenScanner {
@@ -12,7 +14,12 @@ class TokenScanner {
   explicit TokenScanner(std::string_view line) : line_(line) {}
 
   /// Moves past `token` when it comes next; otherwise stays where it is and returns false.
-  bool scan(std::string_view token);
+  bool scan(std::string_view token) {
+    const std::size_t start = Text::skip(line_, position_, Text::isBlank);
+    if (!Text::startsWithIgnoringCase(line_.substr(start), token)) return false;
+    position_ = start + token.size();
+    return true;
+  }
 
   /// What stands before the first of the stop characters (ASCII), or before the end of the line: at least one
   /// character, or absent. Stops in front of the stop character.

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "driver/ATLog.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+
+#include "tests/driver/TemporaryFolder.h"
+#include "tests/driver/TestLog.h"
+
+namespace {
+
+/// The log file is opened once a process, so each of these tests runs in a process of its own, as a death test that
+/// starts the program anew.
+class ATOpenLogFileTest : public testing::Test {
+ protected:
+  ATOpenLogFileTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+  TemporaryFolder folder_;
+};
+
+// Ends the process: with status 0 when the file has these contents.
+[[noreturn]] void exitWithContents(const std::string& path, const std::string& expected) {
+  const std::string contents = contentsOfFile(path);
+  if (contents != expected) std::fprintf(stderr, "the file holds: %s\n", contents.c_str());
+  std::_Exit(contents == expected ? 0 : 1);
+}
+
+}  // namespace
+
+TEST_F(ATOpenLogFileTest, OpensAFileThatExistsAndEmptiesIt) {
+  EXPECT_EXIT(
+      {
+        const std::string path = folder_.file("log", "old messages\n");
+        ATOpenLogFile(path.c_str());
+        exitWithContents(path, "");
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ATOpenLogFileTest, MakesNoFile) {
+  EXPECT_EXIT(
+      {
+        const std::string path = folder_.path("log");
+        ATOpenLogFile(path.c_str());
+        ATLogMessage("signature", "message");
+        std::_Exit(std::filesystem::exists(path) ? 1 : 0);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ATOpenLogFileTest, ReportsNoFailureAndTriesTheNextPath) {
+  EXPECT_EXIT(
+      {
+        const std::string path = folder_.file("log", "");
+        ATOpenLogFile(folder_.path().c_str());  // a folder can be written to, and not opened
+        ATLogMessage("signature", "lost");
+        ATOpenLogFile(path.c_str());
+        ATLogMessage("signature", "message");
+        exitWithContents(path, "signature: message\n");
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ATOpenLogFileTest, KeepsTheFirstFile) {
+  EXPECT_EXIT(
+      {
+        const std::string first = folder_.file("first", "");
+        const std::string second = folder_.file("second", "untouched");
+        ATOpenLogFile(first.c_str());
+        ATLogMessage("signature", "one");
+        ATOpenLogFile(second.c_str());
+        ATOpenLogFile(first.c_str());
+        ATLogMessage("signature", "two");
+        if (contentsOfFile(second) != "untouched") std::_Exit(2);
+        exitWithContents(first, "signature: one\nsignature: two\n");
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ATOpenLogFileTest, WithoutAFileMessagesGoNowhere) {
+  EXPECT_EXIT(
+      {
+        ATLogMessage("signature", "message");
+        std::_Exit(0);
+      },
+      testing::ExitedWithCode(0), "^$");
+}
+
+TEST(ATLog, FileHasItsFixedPath) {
+  EXPECT_STREQ(ATLogFilePath, "/Library/Caches/VorantisAutosetupTool.log");
+}
+
+TEST(ATLog, MessageIsOneLineThatIsThereAtOnce) {
+  const TestLog log;
+  ATLogMessage("-[Class operation:]", "message");
+  EXPECT_EQ(log.text(), "-[Class operation:]: message\n");
+  ATLogMessage("s", "");
+  EXPECT_EQ(log.text(), "-[Class operation:]: message\ns: \n");
+}
+
+TEST(ATLog, LineEndsAndBracesInAMessageStayAsTheyAre) {
+  const TestLog log;
+  ATLogMessage("s", "a\nb\r\n{} %@\n");
+  EXPECT_EQ(log.text(), "s: a\nb\r\n{} %@\n\n");
+}
+
+TEST(ATLog, CallWritesInTheDiagnosticBuildOnly) {
+  const TestLog log;
+  ATLog("s", "{} and {}", 1, "two");
+  log.expectLines({"s: 1 and two"});
+}
+
+TEST(ATLog, ArgumentsAreEvaluatedInTheDiagnosticBuildOnly) {
+  int evaluated = 0;
+  const TestLog log;
+  ATLog("s", "{}", ++evaluated);
+  EXPECT_EQ(evaluated, ATDiagnosticLog ? 1 : 0);
+}
+
+TEST(ATLog, AbsentTextPrintsAsNull) {
+  EXPECT_EQ(fmt::format("{}", std::optional<std::string>()), "(null)");
+  EXPECT_EQ(fmt::format("{}", std::optional<std::string>("a")), "a");
+  EXPECT_EQ(fmt::format("{}", std::optional<std::string>("")), "");
+}

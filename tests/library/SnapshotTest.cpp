@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: MIT
+#include "library/Snapshot.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/driver/TemporaryFolder.h"
+
+using snapshot::Device;
+using snapshot::Error;
+using snapshot::Snapshot;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace {
+
+constexpr std::size_t kLargestFile = 64 * 1024 * 1024;
+
+std::string withMembers(const std::string& members) {
+  return R"({"format": "vorantis-device-snapshot", "formatVersion": 1)" + (members.empty() ? "" : ", " + members) + "}";
+}
+
+Snapshot withDevices(const std::string& devices) {
+  return Snapshot::fromJSON(withMembers("\"devices\": [" + devices + "]"));
+}
+
+std::string errorOf(const std::string& text) {
+  try {
+    Snapshot::fromJSON(text);
+  } catch (const Error& error) {
+    return error.what();
+  }
+  ADD_FAILURE() << text << " was accepted";
+  return {};
+}
+
+std::string errorOfFile(const std::string& path) {
+  try {
+    Snapshot::fromFile(path);
+  } catch (const Error& error) {
+    return error.what();
+  }
+  ADD_FAILURE() << path << " was accepted";
+  return {};
+}
+
+// The family name of the device that is found, or "none".
+std::string found(const Snapshot& snapshot, std::string_view uri, std::string_view modelName) {
+  const Device* device = snapshot.deviceFor(uri, modelName);
+  if (device == nullptr) return "none";
+  return device->familyName ? *device->familyName->string() : "unnamed";
+}
+
+}  // namespace
+
+TEST(Snapshot, WithoutDevicesHasNone) {
+  const Snapshot snapshot = withDevices("");
+  EXPECT_THAT(snapshot.devices, IsEmpty());
+  EXPECT_EQ(snapshot.deviceFor("", ""), nullptr);
+}
+
+TEST(Snapshot, OffersServiceInfoWithSpecUnlessItSaysNot) {
+  EXPECT_TRUE(withDevices("").offersServiceInfoWithSpec);
+  EXPECT_TRUE(
+      Snapshot::fromJSON(withMembers(R"("devices": [], "offersServiceInfoWithSpec": true)")).offersServiceInfoWithSpec);
+  EXPECT_FALSE(Snapshot::fromJSON(withMembers(R"("devices": [], "offersServiceInfoWithSpec": false)"))
+                   .offersServiceInfoWithSpec);
+  EXPECT_TRUE(
+      Snapshot::fromJSON(withMembers(R"("devices": [], "offersServiceInfoWithSpec": null)")).offersServiceInfoWithSpec);
+}
+
+TEST(Snapshot, MembersMayComeInAnyOrder) {
+  EXPECT_NO_THROW(Snapshot::fromJSON(R"({"devices": [], "formatVersion": 1, "format": "vorantis-device-snapshot"})"));
+}
+
+TEST(Snapshot, UnknownMembersAreIgnored) {
+  EXPECT_THAT(Snapshot::fromJSON(withMembers(R"("comment": 5, "devices": [{"serial": [1], "uri": "a"}])")).devices,
+              SizeIs(1));
+}
+
+TEST(Snapshot, EmptyDeviceMatchesEverythingAndHasNothing) {
+  const Snapshot snapshot = withDevices("{}");
+  const Device* device = snapshot.deviceFor("socket://a", "Z9");
+  ASSERT_NE(device, nullptr);
+  EXPECT_EQ(device, snapshot.deviceFor("", ""));
+  EXPECT_FALSE(device->familyName.has_value());
+  EXPECT_FALSE(device->dataStore.has_value());
+}
+
+TEST(Snapshot, NullMembersAreAbsent) {
+  const Snapshot snapshot =
+      withDevices(R"({"uri": null, "modelName": null, "deviceFamilyName": null, "dataStore": null})");
+  const Device* device = snapshot.deviceFor("socket://a", "Z9");
+  ASSERT_NE(device, nullptr);
+  EXPECT_FALSE(device->familyName.has_value());
+  EXPECT_FALSE(device->dataStore.has_value());
+}
+
+TEST(Snapshot, EmptyDataStoreIsAStore) {
+  const Snapshot snapshot = withDevices(R"({"dataStore": {}})");
+  ASSERT_TRUE(snapshot.devices.front().dataStore.has_value());
+  EXPECT_THAT(*snapshot.devices.front().dataStore, IsEmpty());
+}
+
+TEST(Snapshot, NothingInsideTheDataStoreIsChecked) {
+  const Snapshot snapshot =
+      withDevices(R"({"dataStore": {"VMCustomMediaStorage": {"MediaInfo": 5}, "x": "y", "n": null}})");
+  EXPECT_THAT(*snapshot.devices.front().dataStore, SizeIs(2));
+}
+
+TEST(Snapshot, DeviceMatchesByURI) {
+  const Snapshot snapshot = withDevices(R"({"uri": "socket://a", "deviceFamilyName": "A"},
+                                           {"uri": "socket://b", "deviceFamilyName": "B"})");
+  EXPECT_EQ(found(snapshot, "socket://b", ""), "B");
+  EXPECT_EQ(found(snapshot, "socket://b", "any"), "B");
+  EXPECT_EQ(found(snapshot, "socket://B", ""), "none");
+  EXPECT_EQ(found(snapshot, "socket://", ""), "none");
+  EXPECT_EQ(found(snapshot, "", ""), "none");
+}
+
+TEST(Snapshot, DeviceMatchesByModelName) {
+  const Snapshot snapshot = withDevices(R"({"modelName": "\"Z9\"", "deviceFamilyName": "A"})");
+  EXPECT_EQ(found(snapshot, "socket://a", "\"Z9\""), "A");
+  EXPECT_EQ(found(snapshot, "", "\"Z9\""), "A");
+  EXPECT_EQ(found(snapshot, "socket://a", "Z9"), "none");
+  EXPECT_EQ(found(snapshot, "socket://a", ""), "none");
+}
+
+TEST(Snapshot, BothMustMatchWhenBothAreNamed) {
+  const Snapshot snapshot = withDevices(R"({"uri": "socket://a", "modelName": "Z9", "deviceFamilyName": "A"})");
+  EXPECT_EQ(found(snapshot, "socket://a", "Z9"), "A");
+  EXPECT_EQ(found(snapshot, "socket://a", "Z8"), "none");
+  EXPECT_EQ(found(snapshot, "socket://b", "Z9"), "none");
+}
+
+TEST(Snapshot, EmptyNamesMatchEmptyNamesOnly) {
+  const Snapshot snapshot = withDevices(R"({"uri": "", "modelName": "", "deviceFamilyName": "A"})");
+  EXPECT_EQ(found(snapshot, "", ""), "A");
+  EXPECT_EQ(found(snapshot, "socket://a", ""), "none");
+  EXPECT_EQ(found(snapshot, "", "Z9"), "none");
+}
+
+TEST(Snapshot, FirstDeviceThatMatchesIsTaken) {
+  const Snapshot snapshot = withDevices(R"({"uri": "socket://a", "modelName": "Z9", "deviceFamilyName": "both"},
+                                           {"uri": "socket://a", "deviceFamilyName": "uri"},
+                                           {"deviceFamilyName": "any"},
+                                           {"uri": "socket://b", "deviceFamilyName": "late"})");
+  EXPECT_EQ(found(snapshot, "socket://a", "Z9"), "both");
+  EXPECT_EQ(found(snapshot, "socket://a", ""), "uri");
+  EXPECT_EQ(found(snapshot, "socket://b", ""), "any");
+}
+
+// A snapshot of the wrong form, and the member that the error names.
+struct BadForm {
+  std::string text;
+  std::string member;
+};
+
+class SnapshotOfTheWrongForm : public testing::TestWithParam<BadForm> {};
+
+TEST_P(SnapshotOfTheWrongForm, IsAnErrorThatNamesTheMember) {
+  EXPECT_THAT(errorOf(GetParam().text), HasSubstr("\"" + GetParam().member + "\""));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Format, SnapshotOfTheWrongForm,
+    testing::Values(BadForm{"{}", "format"}, BadForm{R"({"formatVersion": 1, "devices": []})", "format"},
+                    BadForm{R"({"format": "other", "formatVersion": 1, "devices": []})", "format"},
+                    BadForm{R"({"format": "Vorantis-Device-Snapshot", "formatVersion": 1, "devices": []})", "format"},
+                    BadForm{R"({"format": 5, "formatVersion": 1, "devices": []})", "format"},
+                    BadForm{R"({"format": null, "formatVersion": 1, "devices": []})", "format"}));
+INSTANTIATE_TEST_SUITE_P(
+    FormatVersion, SnapshotOfTheWrongForm,
+    testing::Values(
+        BadForm{R"({"format": "vorantis-device-snapshot", "devices": []})", "formatVersion"},
+        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": 2, "devices": []})", "formatVersion"},
+        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": 0, "devices": []})", "formatVersion"},
+        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": "1", "devices": []})", "formatVersion"},
+        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": 1.0, "devices": []})", "formatVersion"},
+        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": true, "devices": []})", "formatVersion"},
+        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": null, "devices": []})", "formatVersion"}));
+INSTANTIATE_TEST_SUITE_P(
+    Members, SnapshotOfTheWrongForm,
+    testing::Values(
+        BadForm{withMembers(""), "devices"}, BadForm{withMembers(R"("devices": null)"), "devices"},
+        BadForm{withMembers(R"("devices": {})"), "devices"}, BadForm{withMembers(R"("devices": "a")"), "devices"},
+        BadForm{withMembers(R"("devices": ["a"])"), "devices"},
+        BadForm{withMembers(R"("devices": [{}, [{}]])"), "devices"},
+        BadForm{withMembers(R"("devices": [], "offersServiceInfoWithSpec": 1)"), "offersServiceInfoWithSpec"},
+        BadForm{withMembers(R"("devices": [], "offersServiceInfoWithSpec": "no")"), "offersServiceInfoWithSpec"},
+        BadForm{withMembers(R"("devices": [{"uri": 5}])"), "uri"},
+        BadForm{withMembers(R"("devices": [{}, {"uri": []}])"), "uri"},
+        BadForm{withMembers(R"("devices": [{"modelName": false}])"), "modelName"},
+        BadForm{withMembers(R"("devices": [{"deviceFamilyName": {}}])"), "deviceFamilyName"},
+        BadForm{withMembers(R"("devices": [{"dataStore": []}])"), "dataStore"},
+        BadForm{withMembers(R"("devices": [{"dataStore": "a"}])"), "dataStore"}));
+
+TEST(Snapshot, WhatIsNoObjectIsAnError) {
+  for (const char* text : {"[]", "\"a\"", "1", "true"}) EXPECT_THAT(errorOf(text), HasSubstr("object")) << text;
+}
+
+TEST(Snapshot, WhatIsNoJSONIsAnErrorWithTheLine) {
+  EXPECT_THAT(errorOf("{\n\"format\": oops\n}"), HasSubstr("line 2"));
+}
+
+TEST(SnapshotFile, IsRead) {
+  const TemporaryFolder folder;
+  const std::string path = folder.file("a.json", withMembers(R"("devices": [{}])"));
+  EXPECT_THAT(Snapshot::fromFile(path).devices, SizeIs(1));
+}
+
+TEST(SnapshotFile, MissingFileIsAnError) {
+  const TemporaryFolder folder;
+  EXPECT_THAT(errorOfFile(folder.path("missing.json")), HasSubstr("cannot be opened"));
+}
+
+TEST(SnapshotFile, FolderIsAnError) {
+  const TemporaryFolder folder;
+  EXPECT_THAT(errorOfFile(folder.path()), HasSubstr("cannot be read"));
+}
+
+TEST(SnapshotFile, EmptyFileIsAnError) {
+  const TemporaryFolder folder;
+  EXPECT_THAT(errorOfFile(folder.file("empty.json", "")), HasSubstr("line 1"));
+}
+
+TEST(SnapshotFile, OfSixtyFourMebibytesIsRead) {
+  const TemporaryFolder folder;
+  std::string text = withMembers(R"("devices": [{}])");
+  text.resize(kLargestFile, ' ');
+  EXPECT_THAT(Snapshot::fromFile(folder.file("large.json", text)).devices, SizeIs(1));
+}
+
+TEST(SnapshotFile, OfOneByteMoreIsAnError) {
+  const TemporaryFolder folder;
+  std::string text = withMembers(R"("devices": [{}])");
+  text.resize(kLargestFile + 1, ' ');
+  EXPECT_THAT(errorOfFile(folder.file("large.json", text)), HasSubstr("64 MiB"));
+}

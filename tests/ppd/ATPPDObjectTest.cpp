@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "ppd/ATPPDObject.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <typeinfo>
+
+#include "ppd/ATPPDAttribute.h"
+#include "ppd/ATPPDChoice.h"
+#include "tests/ppd/TestSupport.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using TestSupport::textsOf;
+
+TEST(ATPPDObject, HasNoLinesAtFirst) {
+  const ATPPDObject object;
+  EXPECT_THAT(textsOf(object), IsEmpty());
+  EXPECT_TRUE(object.container().empty());
+}
+
+TEST(ATPPDObject, KeepsLinesOfEveryTypeInOrder) {
+  ATPPDObject object;
+  TestSupport::Texts expected;
+  for (int type = -1; type <= 16; ++type) {
+    expected.push_back("line of type " + std::to_string(type) + "\r\n");
+    object.addString(expected.back(), static_cast<PPDLineType>(type));
+  }
+  EXPECT_EQ(textsOf(object), expected);
+  EXPECT_EQ(textsOf(object.container()), expected);
+}
+
+TEST(ATPPDObject, ObjectWithStringHoldsTheLine) {
+  EXPECT_THAT(textsOf(*ATPPDObject::objectWithString("*% x\n", PPDLineTypeComment)), ElementsAre("*% x\n"));
+}
+
+TEST(ATPPDObject, ObjectWithStringIsPlainAlsoFromASubclass) {
+  const auto fromAttribute = ATPPDAttribute::objectWithString("*Foo: x\n", PPDLineTypeStatement);
+  const auto fromChoice = ATPPDChoice::objectWithString("*Foo x: \"\"\n", PPDLineTypeChoice);
+  const ATPPDObject& one = *fromAttribute;
+  const ATPPDObject& other = *fromChoice;
+  EXPECT_EQ(typeid(one), typeid(ATPPDObject));
+  EXPECT_EQ(typeid(other), typeid(ATPPDObject));
+}
+
+TEST(ATPPDObject, StringsAreANewList) {
+  ATPPDObject object;
+  object.addString("one\n", PPDLineTypeStatement);
+  auto strings = object.strings();
+  strings.clear();
+  EXPECT_THAT(textsOf(object), ElementsAre("one\n"));
+}

@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: MIT
+#include "ppd/ObjectList.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <random>
+#include <vector>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+using List = ObjectList<int>;
+using Pointer = std::shared_ptr<int>;
+
+Pointer object(int value) {
+  return std::make_shared<int>(value);
+}
+
+std::vector<int> valuesOf(const List& list) {
+  std::vector<int> values;
+  for (const Pointer& each : list) values.push_back(*each);
+  return values;
+}
+
+std::vector<Pointer> objectsOf(const List& list) {
+  return {list.begin(), list.end()};
+}
+
+}  // namespace
+
+TEST(ObjectList, IsEmptyAtFirst) {
+  const List list;
+  EXPECT_TRUE(list.empty());
+  EXPECT_EQ(list.size(), 0U);
+  EXPECT_THAT(valuesOf(list), IsEmpty());
+  EXPECT_EQ(list.positionOf(object(1).get()), std::nullopt);
+}
+
+TEST(ObjectList, AppendedObjectsStandInOrder) {
+  List list;
+  for (int value = 1; value <= 3; ++value) list.append(object(value));
+  EXPECT_THAT(valuesOf(list), ElementsAre(1, 2, 3));
+  EXPECT_EQ(list.size(), 3U);
+  EXPECT_EQ(*list.front(), 1);
+  EXPECT_EQ(*list.back(), 3);
+  EXPECT_EQ(*list.at(list.lastPosition()), 3);
+}
+
+TEST(ObjectList, PositionsOfAppendedObjectsAreInListOrder) {
+  List list;
+  const auto first = list.append(object(1));
+  const auto second = list.append(object(2));
+  EXPECT_LT(first, second);
+  EXPECT_EQ(list.begin().position(), first);
+}
+
+TEST(ObjectList, InsertsBeforeAndAfterAnObject) {
+  List list;
+  const auto middle = list.append(object(5));
+  list.insertBefore(middle, object(4));
+  list.insertAfter(middle, object(6));
+  list.insertBefore(middle, object(45));
+  list.insertAfter(list.lastPosition(), object(7));
+  EXPECT_THAT(valuesOf(list), ElementsAre(4, 45, 5, 6, 7));
+  EXPECT_EQ(*list.at(middle), 5);
+}
+
+TEST(ObjectList, FindsThePositionOfAnIndexFromBothEnds) {
+  List list;
+  for (int value = 0; value < 7; ++value) list.append(object(value));
+  for (std::size_t index = 0; index < 7; ++index) {
+    EXPECT_EQ(*list.at(list.positionOfIndex(index)), static_cast<int>(index));
+  }
+  list.insertBefore(list.positionOfIndex(7), object(7));
+  EXPECT_EQ(*list.back(), 7);
+}
+
+TEST(ObjectList, PositionOfIndexZeroInAnEmptyListIsItsEnd) {
+  List list;
+  list.insertBefore(list.positionOfIndex(0), object(1));
+  EXPECT_THAT(valuesOf(list), ElementsAre(1));
+}
+
+TEST(ObjectList, FindsObjectsByIdentity) {
+  List list;
+  const Pointer one = object(1);
+  const Pointer equal = object(1);
+  const auto position = list.append(one);
+  EXPECT_EQ(list.positionOf(one.get()), position);
+  EXPECT_EQ(list.positionOf(equal.get()), std::nullopt);
+  EXPECT_EQ(list.positionOf(nullptr), std::nullopt);
+}
+
+TEST(ObjectList, FindsObjectsThatCameAfterTheFirstQuestion) {
+  List list;
+  const Pointer one = object(1);
+  list.append(one);
+  ASSERT_TRUE(list.positionOf(one.get()));
+  const Pointer two = object(2);
+  const auto position = list.insertBefore(list.begin().position(), two);
+  EXPECT_EQ(list.positionOf(two.get()), position);
+}
+
+TEST(ObjectList, RemovesAtThePosition) {
+  List list;
+  const Pointer two = object(2);
+  list.append(object(1));
+  list.append(two);
+  list.append(object(3));
+  list.removeAt(*list.positionOf(two.get()));
+  EXPECT_THAT(valuesOf(list), ElementsAre(1, 3));
+  EXPECT_EQ(list.size(), 2U);
+  EXPECT_EQ(list.positionOf(two.get()), std::nullopt);
+  EXPECT_EQ(two.use_count(), 1);
+}
+
+TEST(ObjectList, AnObjectMayStandTwiceAndIsRemovedOnce) {
+  List list;
+  const Pointer one = object(1);
+  list.append(one);
+  list.append(object(2));
+  list.append(one);
+  EXPECT_EQ(list.positionOf(one.get()), list.begin().position());
+  list.removeAt(*list.positionOf(one.get()));
+  EXPECT_THAT(valuesOf(list), ElementsAre(2, 1));
+  list.removeAt(*list.positionOf(one.get()));
+  EXPECT_THAT(valuesOf(list), ElementsAre(2));
+  EXPECT_EQ(list.positionOf(one.get()), std::nullopt);
+}
+
+TEST(ObjectList, CanBeEmptiedAndFilledAgain) {
+  List list;
+  const Pointer one = object(1);
+  list.append(one);
+  list.removeAt(*list.positionOf(one.get()));
+  EXPECT_TRUE(list.empty());
+  EXPECT_EQ(list.begin(), list.end());
+  const Pointer two = object(2);
+  list.append(two);
+  list.append(one);
+  EXPECT_THAT(valuesOf(list), ElementsAre(2, 1));
+  EXPECT_TRUE(list.positionOf(one.get()));
+  EXPECT_TRUE(list.positionOf(two.get()));
+}
+
+TEST(ObjectList, ACopyIsEditedOnItsOwn) {
+  List list;
+  const Pointer one = object(1);
+  list.append(one);
+  ASSERT_TRUE(list.positionOf(one.get()));
+  List copy = list;
+  copy.append(object(2));
+  copy.removeAt(*copy.positionOf(one.get()));
+  EXPECT_THAT(valuesOf(copy), ElementsAre(2));
+  EXPECT_THAT(valuesOf(list), ElementsAre(1));
+  EXPECT_TRUE(list.positionOf(one.get()));
+}
+
+// Every edit is made on a plain vector too; both must stay equal.
+TEST(ObjectList, EqualsAPlainVectorUnderRandomEdits) {
+  for (unsigned seed = 1; seed <= 20; ++seed) {
+    std::mt19937 random(seed);
+    const auto below = [&random](std::size_t limit) { return std::size_t{random()} % limit; };
+    List list;
+    std::vector<Pointer> model;
+    for (int step = 0; step < 300; ++step) {
+      const std::size_t index = below(model.size() + 1);
+      const Pointer added = object(step);
+      const bool hasObject = index < model.size();
+      switch (below(6)) {
+        case 0:
+          list.append(added);
+          model.push_back(added);
+          break;
+        case 1:
+          list.insertBefore(list.positionOfIndex(index), added);
+          model.insert(model.begin() + static_cast<std::ptrdiff_t>(index), added);
+          break;
+        case 2:
+          if (!hasObject) break;
+          list.insertAfter(list.positionOfIndex(index), added);
+          model.insert(model.begin() + static_cast<std::ptrdiff_t>(index) + 1, added);
+          break;
+        case 3:
+          if (hasObject) {
+            EXPECT_EQ(list.positionOf(model[index].get()), list.positionOfIndex(index));
+          }
+          EXPECT_EQ(list.positionOf(added.get()), std::nullopt);
+          break;
+        default:
+          if (!hasObject) break;
+          list.removeAt(*list.positionOf(model[index].get()));
+          model.erase(model.begin() + static_cast<std::ptrdiff_t>(index));
+      }
+      ASSERT_EQ(objectsOf(list), model) << "seed " << seed << ", step " << step;
+      ASSERT_EQ(list.size(), model.size());
+    }
+  }
+}

@@ -1,0 +1,145 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Runs whole-tool cases: folders with an input, arguments and a device snapshot, and what must come out.
+
+A case folder is named after what it shows and holds
+    about            what the case shows, and why the result is so
+    input.ppd        the PPD (none when the case is about a file that is not there)
+    snapshot.json    the device snapshot (none: the stored library has no devices)
+    arguments        the arguments, one a line, "@PPD@" for the path of input.ppd and "@DIR@" for the case folder; none:
+                     the URI socket://192.0.2.10:9100 and the PPD; an empty file: no arguments at all
+    library          the word "absent" when no device-model library may be found
+    expected.ppd     the bytes on standard output (none when nothing may be written)
+    expected.status  the exit status
+    expected.log     the messages of the diagnostic build, "@TOOL@" for the tool and "@PPD@" for the PPD
+
+Standard error must be empty.
+"""
+import argparse
+import difflib
+import fcntl
+import os
+import pathlib
+import subprocess
+import sys
+
+DEFAULT_URI = b"socket://192.0.2.10:9100"
+LOG_FILE = pathlib.Path("/Library/Caches/VorantisAutosetupTool.log")
+
+
+def read(path):
+    return path.read_bytes() if path.exists() else None
+
+
+def arguments_of(case):
+    ppd = os.fsencode(case / "input.ppd")
+    given = read(case / "arguments")
+    if given is None:
+        return [DEFAULT_URI, ppd]
+    lines = given.removesuffix(b"\n").split(b"\n") if given else []
+    return [line.replace(b"@PPD@", ppd).replace(b"@DIR@", os.fsencode(case)) for line in lines]
+
+
+def environment_of(case, library_dir):
+    environment = {name: value for name, value in os.environ.items() if not name.startswith("QZVORANTISMODEL_")}
+    environment.pop("LD_LIBRARY_PATH", None)
+    if read(case / "library") is None:
+        environment["LD_LIBRARY_PATH"] = str(library_dir)
+    if (case / "snapshot.json").exists():
+        environment["QZVORANTISMODEL_SNAPSHOT"] = str(case / "snapshot.json")
+    return environment
+
+
+def difference(name, expected, actual):
+    def lines(data):
+        return [repr(line) for line in data.splitlines(keepends=True)]
+    return "\n".join(difflib.unified_diff(lines(expected), lines(actual), f"expected {name}", f"actual {name}", lineterm=""))
+
+
+def check(name, expected, actual):
+    return [] if expected == actual else [difference(name, expected, actual)]
+
+
+class Runner:
+    def __init__(self, options):
+        self.tool = options.tool
+        self.library_dir = options.library_dir
+        self.log = LOG_FILE if options.log else None
+
+    def call(self, case, arguments):
+        command = [*self.wrapper(), os.fsencode(self.tool), *arguments]
+        result = subprocess.run(command, env=environment_of(case, self.library_dir), stdin=subprocess.DEVNULL,
+                                capture_output=True, timeout=60, check=False)
+        return result.returncode, result.stdout, result.stderr
+
+    @staticmethod
+    def wrapper():
+        return os.fsencode(os.environ.get("AT_CASE_WRAPPER", "")).split()
+
+    def run(self, case):
+        """What is wrong with the case, as a list of texts."""
+        status, output, errors = self.call(case, arguments_of(case))
+        expected_output = read(case / "expected.ppd") or b""
+        problems = check("status", read(case / "expected.status"), b"%d\n" % status)
+        problems += check("output", expected_output, output)
+        problems += check("standard error", b"", errors)
+        if self.log:
+            problems += self.check_log(case)
+        return problems
+
+    def check_log(self, case):
+        expected = read(case / "expected.log")
+        if expected is None:
+            return []
+        expected = expected.replace(b"@TOOL@", os.fsencode(self.tool)).replace(b"@PPD@", os.fsencode(case / "input.ppd"))
+        return check("log", expected.replace(b"@DIR@", os.fsencode(case)), self.log.read_bytes())
+
+
+class DiagnosticLog:
+    """The log file of the diagnostic build, made for the time of the tests and locked against other test programs."""
+
+    def __enter__(self):
+        self.made = [path for path in (LOG_FILE, *LOG_FILE.parents) if not path.exists()]
+        LOG_FILE.parent.mkdir(parents=True, exist_ok=True)
+        self.lock = open(LOG_FILE, "ab")
+        fcntl.flock(self.lock, fcntl.LOCK_EX)
+
+    def __exit__(self, *_):
+        for path in self.made:
+            path.rmdir() if path.is_dir() else path.unlink()
+        self.lock.close()
+
+
+def run_all(options):
+    runner = Runner(options)
+    cases = sorted(case.parent for root in options.cases for case in root.rglob("expected.status"))
+    if not cases:
+        sys.exit("no cases found")
+    failed = 0
+    for case in cases:
+        problems = runner.run(case.resolve())
+        failed += bool(problems)
+        if problems or options.verbose:
+            print(f"{'FAILED' if problems else 'passed'} {case}")
+        for problem in problems:
+            print(problem)
+    print(f"{len(cases) - failed} passed, {failed} failed")
+    return 1 if failed else 0
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    parser.add_argument("--tool", type=pathlib.Path, required=True)
+    parser.add_argument("--library-dir", type=pathlib.Path, required=True, help="where libQZVorantisModel.so.1 is")
+    parser.add_argument("--log", action="store_true", help="the tool is a diagnostic build: check its messages too")
+    parser.add_argument("--verbose", action="store_true", help="name the cases that pass, too")
+    parser.add_argument("cases", type=pathlib.Path, nargs="+", help="case folders, or folders of them")
+    options = parser.parse_args()
+    if not options.log:
+        return run_all(options)
+    with DiagnosticLog():
+        return run_all(options)
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ppd/ATPPD.h"
+#include "ppd/ATPPDParser.h"
+
+/// Hands every line that a parser types to a document.
+class DocumentFiller : public IATPPDParserDelegate {
+ public:
+  explicit DocumentFiller(ATPPD& ppd) : ppd_(ppd) {}
+
+  void didRecognizeString(ATPPDParser& /*parser*/, StatementString string, PPDLineType type) override {
+    ppd_.addString(std::move(string), type);
+  }
+  void didFailWithError(ATPPDParser& /*parser*/, const PPDParserError& error) override {
+    ADD_FAILURE() << "malformed test document: " << error.description();
+  }
+
+ private:
+  ATPPD& ppd_;
+};
+
+/// The document that the lines of the text, which end with line feeds, make.
+inline std::unique_ptr<ATPPD> documentFromText(std::string_view text) {
+  auto ppd = std::make_unique<ATPPD>();
+  DocumentFiller filler(*ppd);
+  ATPPDParser parser;
+  parser.setDelegate(&filler);
+  parser.setLineNumber(1);
+  while (!text.empty()) {
+    const std::size_t size = std::min(text.find('\n'), text.size() - 1) + 1;
+    if (!parser.recognizeString(StatementString(text.substr(0, size)))) break;
+    text.remove_prefix(size);
+  }
+  return ppd;
+}
+
+/// What the object would be written as.
+inline std::string textOf(const IATPPDObject& object) {
+  std::string text;
+  for (const StatementString& string : object.strings()) text += string.view();
+  return text;
+}
+
+/// A group with one option: its default and the lines of its choices.
+inline std::string groupWithOption(const std::string& group, const std::string& option,
+                                   const std::string& defaultChoice, const std::string& choiceLines) {
+  return "*OpenGroup: " + group + "/" + group + "\n*OpenUI *" + option + "/" + option + ": PickOne\n*Default" + option +
+         ": " + defaultChoice + "\n" + choiceLines + "*CloseUI: *" + option + "\n*CloseGroup: " + group + "/" + group +
+         "\n";
+}
+
+/// The option of the media types, in its group.
+inline std::string mediaTypes(const std::string& choiceLines) {
+  return groupWithOption("QZImagingOptions", "MediaType", "Plain", choiceLines);
+}
+
+/// An option outside the imaging options whose choices have these names and empty codes.
+inline std::string optionWithChoices(const std::string& option, const std::string& defaultChoice,
+                                     const std::vector<std::string>& choiceNames) {
+  std::string lines;
+  for (const std::string& name : choiceNames) lines += "*" + option + " " + name + "/" + name + ": \"\"\n";
+  return groupWithOption(option + "Group", option, defaultChoice, lines);
+}
+
+inline std::string fullGlossOption(const std::string& defaultChoice) {
+  return optionWithChoices("QZGlossEnhancer", defaultChoice, {"off-ge", "whole-page-ge", "economode-ge"});
+}
+
+inline std::string simplifiedGlossOption(const std::string& defaultChoice) {
+  return optionWithChoices("QZGlossEnhancerSimplified", defaultChoice, {"False", "True"});
+}
+
+/// The values of an attribute's statements, those without one as "(null)".
+inline std::vector<std::string> valuesOf(const ATPPD& ppd, std::string_view attributeName) {
+  std::vector<std::string> values;
+  for (const auto& attribute : ppd.attributesForName(attributeName))
+    values.push_back(attribute->value().value_or("(null)"));
+  return values;
+}
+
+/// The specs of an attribute's statements, in list order.
+inline std::vector<std::string> specsOf(const ATPPD& ppd, std::string_view attributeName) {
+  std::vector<std::string> specs;
+  for (const auto& attribute : ppd.attributesForName(attributeName))
+    specs.push_back(attribute->spec().value_or("(null)"));
+  return specs;
+}
