@@ -12,6 +12,7 @@ class ATException : public std::exception {
   /// `name`: the kind of error; `reason`: what went wrong, for people; `userInfo`: more detail, or absent.
   ATException(std::string name, std::string reason, std::optional<std::string> userInfo = std::nullopt);
 
+  /// As given to the constructor; `what` is the reason.
   const std::string& name() const { return name_; }
   const std::string& reason() const { return reason_; }
   const std::optional<std::string>& userInfo() const { return userInfo_; }

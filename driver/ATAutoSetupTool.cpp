@@ -37,7 +37,7 @@ class OutputSink : public IStatementSink {
 
  private:
   void writeWaiting() {
-    if (succeeded_) succeeded_ = output_.write(waiting_) == waiting_.size();
+    if (succeeded_ && !waiting_.empty()) succeeded_ = output_.write(waiting_) == waiting_.size();
   }
 
   ATOutput& output_;
@@ -82,7 +82,8 @@ bool ATAutoSetupTool::parse() {
   ATPPDParser parser;
   parser.setDelegate(this);
   if (parser.parsePPDFileAtPath(PPDPath_)) return true;
-  ATLog(kRunSignature, "Failed to parse PPD file: {}", parseError_ ? parseError_->description() : "(null)");
+  ATLog(kRunSignature, "Failed to parse PPD file: {}",
+        parseError_ ? std::optional(parseError_->description()) : std::nullopt);
   return false;
 }
 

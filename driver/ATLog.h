@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <fmt/format.h>
-
-#include <optional>
-#include <string>
 #include <string_view>
+
+#include "base/Format.h"
 
 /// Whether this is the diagnostic build (CMake option `AT_DIAGNOSTIC_LOG`).
 #ifdef AT_DIAGNOSTIC_LOG
@@ -31,13 +29,3 @@ void ATLogMessage(std::string_view signature, std::string_view message);
   do {                                                                                \
     if constexpr (ATDiagnosticLog) ATLogMessage(signature, fmt::format(__VA_ARGS__)); \
   } while (false)
-
-/// An absent text prints as "(null)".
-template <>
-struct fmt::formatter<std::optional<std::string>> : fmt::formatter<std::string_view> {
-  template <class Context>
-  auto format(const std::optional<std::string>& text, Context& context) const {
-    return fmt::formatter<std::string_view>::format(text ? std::string_view(*text) : std::string_view("(null)"),
-                                                    context);
-  }
-};

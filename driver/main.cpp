@@ -3,6 +3,9 @@
 // VorantisAutosetupTool DEVICE-URI PPD-PATH [PRINTER-ID]: writes the PPD, set up for the device, to standard output.
 // Exit status 0, or 1 when the printing system is to keep its own PPD.
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <exception>
 
@@ -20,6 +23,8 @@ void logException([[maybe_unused]] const ATException& exception) {
 
 bool runTool(int argc, const char** argv) {
   try {
+    if constexpr (ATDiagnosticLog) ATOpenLogFile();
+    registerReaderImplementations();
     ATStreamOutput output(stdout);
     // The process ends right after the run: taking the document apart object by object would only cost time.
     static ATAutoSetupTool* const tool = ATAutoSetupTool::initWithArgc(argc, argv).release();
@@ -37,8 +42,8 @@ bool runTool(int argc, const char** argv) {
 }  // namespace
 
 int main(int argc, const char** argv) {
-  if constexpr (ATDiagnosticLog) ATOpenLogFile();
-  registerReaderImplementations();
+  // Without a standard output, its number would go to the next file that anyone opens, and the PPD into that file.
+  if (fcntl(STDOUT_FILENO, F_GETFD) == -1) return 1;
   const bool succeeded = runTool(argc, argv);
   // The last flush is the moment at which a full disk or a closed pipe shows.
   const bool flushed = std::fclose(stdout) == 0;

@@ -14,7 +14,12 @@
  * gives through an `out` parameter belongs to the caller, who gives it back with the release function of its type.
  * Texts and values that are reached from a value belong to that value and live as long as it does.
  *
- * No exception may leave a function. The caller uses one thread.
+ * Texts and specs that are given to a function live for the length of the call. A store may be used as long as its
+ * service information, an item as long as its store; a value lives until it is released. Release functions are never
+ * given null. All texts must be UTF-8, and values nested at most 64 levels deep, or the caller's run fails.
+ *
+ * No exception may leave a function, and no function may end the process or write to standard output, which is the
+ * finished PPD, or to standard error. The caller uses one thread.
  */
 
 #include <stddef.h>
@@ -26,7 +31,8 @@ extern "C" {
 
 #define QZVM_INTERFACE_VERSION 1u
 
-/* What an operation answers. QZVM_ABSENT: there is no such thing, and `out` is not touched. */
+/* What an operation answers. QZVM_ABSENT: there is no such thing. `out` is set, and never to null, with QZVM_OK only.
+ */
 typedef enum QZVMResult { QZVM_OK = 0, QZVM_ABSENT = 1, QZVM_FAILED = 2 } QZVMResult;
 
 typedef struct QZVMText {
@@ -59,7 +65,8 @@ typedef struct QZVMServiceInfoSpec {
 typedef struct QZVMInterface {
   uint32_t interfaceVersion; /* QZVM_INTERFACE_VERSION */
 
-  /* Whether serviceInfoWithSpec is offered: QZVM_OK or QZVM_ABSENT. An older library has only serviceInfoWithURI. */
+  /* Whether serviceInfoWithSpec is offered: QZVM_OK, QZVM_ABSENT, or QZVM_FAILED. An older library has only
+   * serviceInfoWithURI. */
   QZVMResult (*offersServiceInfoWithSpec)(void);
   QZVMResult (*serviceInfoWithSpec)(const QZVMServiceInfoSpec* spec, QZVMServiceInfo** out);
   QZVMResult (*serviceInfoWithURI)(QZVMText uri, QZVMServiceInfo** out);
@@ -76,7 +83,8 @@ typedef struct QZVMInterface {
   QZVMResult (*deviceFamilyName)(const QZVMServiceInfo* info, QZVMValue** out);
 
   /* Values. A function for one kind is called on values of that kind only; list elements and map entries are counted
-     from 0. Keys are unique in a map. */
+     from 0 and never null: what is absent is left out. Keys are unique in a map. A value of a kind that is not listed
+     above fails the caller's run. */
   void (*releaseValue)(QZVMValue* value);
   QZVMKind (*kind)(const QZVMValue* value);
   QZVMText (*stringValue)(const QZVMValue* value);

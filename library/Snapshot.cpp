@@ -21,15 +21,15 @@ std::optional<std::string> optionalString(const Value& object, const char* name)
   return *value->string();
 }
 
-Device deviceFrom(const Value& value) {
+Device deviceFrom(Value& value) {
   if (value.object() == nullptr) fail("devices", "every device must be an object");
   Device device;
   device.uri = optionalString(value, "uri");
   device.modelName = optionalString(value, "modelName");
   if (auto name = optionalString(value, "deviceFamilyName")) device.familyName = Value{std::move(*name)};
-  if (const Value* store = value.member("dataStore")) {
+  if (Value* store = value.member("dataStore")) {
     if (store->object() == nullptr) fail("dataStore", "an object is expected");
-    device.dataStore = *store->object();
+    device.dataStore = std::move(*std::get_if<Value::Object>(&store->value));
   }
   return device;
 }
@@ -63,8 +63,13 @@ std::string contentsOf(const std::string& path) {
 }  // namespace
 
 const Value* Value::member(std::string_view name) const {
-  if (object() == nullptr) return nullptr;
-  for (const auto& [key, memberValue] : *object()) {
+  return const_cast<Value*>(this)->member(name);
+}
+
+Value* Value::member(std::string_view name) {
+  auto* members = std::get_if<Object>(&value);
+  if (members == nullptr) return nullptr;
+  for (auto& [key, memberValue] : *members) {
     if (key == name) return &memberValue;
   }
   return nullptr;
@@ -80,7 +85,7 @@ const Device* Snapshot::deviceFor(std::string_view uri, std::string_view modelNa
 }
 
 Snapshot Snapshot::fromJSON(std::string_view text) {
-  const Value root = parseJSON(text);
+  Value root = parseJSON(text);
   checkFormat(root);
   Snapshot snapshot;
   if (const Value* offers = root.member("offersServiceInfoWithSpec")) {
@@ -88,9 +93,9 @@ Snapshot Snapshot::fromJSON(std::string_view text) {
     if (flag == nullptr) fail("offersServiceInfoWithSpec", "true or false is expected");
     snapshot.offersServiceInfoWithSpec = *flag;
   }
-  const Value* devices = root.member("devices");
+  Value* devices = root.member("devices");
   if (devices == nullptr || devices->array() == nullptr) fail("devices", "a list is expected");
-  for (const Value& device : *devices->array()) snapshot.devices.push_back(deviceFrom(device));
+  for (Value& device : *std::get_if<Value::Array>(&devices->value)) snapshot.devices.push_back(deviceFrom(device));
   return snapshot;
 }
 

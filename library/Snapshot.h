@@ -8,7 +8,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
 
@@ -16,8 +15,9 @@ namespace snapshot {
 
 /// A JSON value. Members whose value is null are left out of objects, and null elements out of arrays.
 struct Value {
+  struct Member;
   using Array = std::vector<Value>;
-  using Object = std::vector<std::pair<std::string, Value>>;
+  using Object = std::vector<Member>;
 
   std::variant<std::string, std::int64_t, std::uint64_t, double, bool, Array, Object> value;
 
@@ -26,6 +26,12 @@ struct Value {
   const Object* object() const { return std::get_if<Object>(&value); }
   /// The member of an object, or null.
   const Value* member(std::string_view name) const;
+  Value* member(std::string_view name);
+};
+
+struct Value::Member {
+  std::string key;
+  Value value;
 };
 
 /// Why a snapshot cannot be used, with the member or the line.

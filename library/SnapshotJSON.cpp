@@ -10,6 +10,12 @@ namespace {
 
 constexpr std::size_t kDeepestNesting = 64;
 
+[[noreturn]] void fail(std::string_view text, std::size_t position, const std::string& reason) {
+  const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(position, text.size()));
+  const auto line = std::count(text.begin(), end, '\n') + 1;
+  throw Error("line " + std::to_string(line) + ": " + reason);
+}
+
 // Builds the values while nlohmann's parser reads the text. Its own tree would search an object's keys one by one for
 // each new key, which takes forever on a store with thousands of media.
 class Builder : public nlohmann::json_sax<nlohmann::json> {
@@ -41,11 +47,10 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
     return false;
   }
 
-  Value take(std::string_view text) {
+  /// The value that was read. Throws Error when there is none.
+  Value result(std::string_view text) {
     if (error_.empty() && root_) return std::move(*root_);
-    const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(errorPosition_, text.size()));
-    const auto line = std::count(text.begin(), end, '\n') + 1;
-    throw Error("line " + std::to_string(line) + ": " + (error_.empty() ? "a value is expected" : error_));
+    fail(text, errorPosition_ == 0 ? 0 : errorPosition_ - 1, error_.empty() ? "a value is expected" : error_);
   }
 
  private:
@@ -60,10 +65,6 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
   };
 
   bool open(Value value) {
-    if (open_.size() == kDeepestNesting) {
-      error_ = "nested deeper than 64 levels";
-      return false;
-    }
     open_.push_back({std::move(value), {}, {}, {}, {}});
     return true;
   }
@@ -75,7 +76,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
       if (!closed.elements[place]) continue;
       Value& element = *closed.elements[place];
       if (auto* object = std::get_if<Value::Object>(&closed.value.value)) {
-        object->emplace_back(std::move(closed.keys[place]), std::move(element));
+        object->push_back({std::move(closed.keys[place]), std::move(element)});
       } else {
         std::get_if<Value::Array>(&closed.value.value)->push_back(std::move(element));
       }
@@ -106,15 +107,32 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
   std::vector<Open> open_;
   std::optional<Value> root_;
   std::string error_;
-  std::size_t errorPosition_ = 0;
+  std::size_t errorPosition_ = 0;  // counted from 1
 };
+
+// What the parser would take for something else: a zero byte for the end of the text, and nesting for no problem.
+void checkBytesAndNesting(std::string_view text) {
+  std::size_t nesting = 0;
+  bool inString = false;
+  for (std::size_t position = 0; position < text.size(); ++position) {
+    const char byte = text[position];
+    if (byte == '\0') fail(text, position, "a zero byte");
+    if (byte == '"') inString = !inString;
+    if (inString && byte == '\\') ++position;
+    if (inString) continue;
+    if (byte == '[' || byte == '{') ++nesting;
+    if ((byte == ']' || byte == '}') && nesting > 0) --nesting;
+    if (nesting > kDeepestNesting) fail(text, position, "nested deeper than 64 levels");
+  }
+}
 
 }  // namespace
 
 Value parseJSON(std::string_view text) {
+  checkBytesAndNesting(text);
   Builder builder;
   nlohmann::json::sax_parse(text.begin(), text.end(), &builder);
-  return builder.take(text);
+  return builder.result(text);
 }
 
 }  // namespace snapshot

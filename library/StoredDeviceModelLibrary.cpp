@@ -51,11 +51,28 @@ Snapshot loadSnapshot() {
   }
 }
 
-// The snapshot, read at the first call. A snapshot that cannot be used fails every call.
+// The snapshot, read at the first call. A snapshot that cannot be used fails every call, and is not read again.
 const Snapshot& theSnapshot() {
   static std::optional<Snapshot> snapshot;
-  if (!snapshot) snapshot = loadSnapshot();
+  static std::optional<snapshot::Error> error;
+  if (error) throw snapshot::Error(*error);
+  if (snapshot) return *snapshot;
+  try {
+    snapshot = loadSnapshot();
+  } catch (const snapshot::Error& failure) {
+    error = failure;
+    writeDiagnostics(failure.what());
+    throw;
+  }
   return *snapshot;
+}
+
+void keepError(const char* text) noexcept {
+  try {
+    lastErrorText = text;
+  } catch (...) {
+    lastErrorText.clear();
+  }
 }
 
 // Runs one operation so that no exception leaves the library.
@@ -64,14 +81,11 @@ QZVMResult guarded(Operation operation) noexcept {
   try {
     return operation();
   } catch (const std::exception& error) {
-    try {
-      lastErrorText = error.what();
-      writeDiagnostics(lastErrorText);
-    } catch (...) {
-      lastErrorText.clear();
-    }
-    return QZVM_FAILED;
+    keepError(error.what());
+  } catch (...) {
+    keepError("an error of an unknown kind");
   }
+  return QZVM_FAILED;
 }
 
 std::string stringOf(QZVMText text) {
@@ -190,8 +204,8 @@ constexpr QZVMInterface kInterface = {
     [](const QZVMValue* value) { return contentOf<bool>(value) ? 1 : 0; },
     countOf,
     [](const QZVMValue* list, std::size_t index) { return handleOf(contentOf<Value::Array>(list)[index]); },
-    [](const QZVMValue* map, std::size_t index) { return textOf(contentOf<Value::Object>(map)[index].first); },
-    [](const QZVMValue* map, std::size_t index) { return handleOf(contentOf<Value::Object>(map)[index].second); },
+    [](const QZVMValue* map, std::size_t index) { return textOf(contentOf<Value::Object>(map)[index].key); },
+    [](const QZVMValue* map, std::size_t index) { return handleOf(contentOf<Value::Object>(map)[index].value); },
     [] { return textOf(lastErrorText); },
 };
 

@@ -10,10 +10,6 @@
 #include "driver/ATLog.h"
 #include "ppd/PPDExtentions.h"
 
-namespace {
-constexpr std::size_t kScansBeforeIndex = 4;
-}
-
 void ATPPD::addString(StatementString string, PPDLineType type) {
   const auto owner = ownerOfLine(type);
   if (!owner) {
@@ -23,16 +19,13 @@ void ATPPD::addString(StatementString string, PPDLineType type) {
   }
   if (type == PPDLineTypeOpenGroup) groupOpened_ = true;
   if (type == PPDLineTypeCloseGroup) groupOpened_ = false;
-  if (*owner != Owner::lastObject) {
-    lastObjectsOwner_ = owner;
-  } else if (!lastObjectsOwner_) {
-    return;  // there is no object that could take the line
-  } else if (isRefusedByLastObject(type)) {
-    makeObjects();
+  if (!objectsMade_ && isRefusedByLastObject(*owner, type)) makeObjects();
+  if (objectsMade_) {
     makeObject({std::move(string), type, *owner});
     return;
   }
-  lines_.push_back({std::move(string), type, *owner});
+  if (*owner != Owner::lastObject) lastObjectsOwner_ = owner;
+  if (lastObjectsOwner_) lines_.push_back({std::move(string), type, *owner});
 }
 
 // Absent for a type that no line of a file has.
@@ -63,8 +56,8 @@ std::optional<ATPPD::Owner> ATPPD::ownerOfLine(PPDLineType type) const {
 }
 
 // An option drops what has no place in a UI block; the other kinds of objects take every line.
-bool ATPPD::isRefusedByLastObject(PPDLineType type) const {
-  return lastObjectsOwner_ == Owner::newOption && !ATPPDOption::takesLineOfType(type);
+bool ATPPD::isRefusedByLastObject(Owner owner, PPDLineType type) const {
+  return owner == Owner::lastObject && lastObjectsOwner_ == Owner::newOption && !ATPPDOption::takesLineOfType(type);
 }
 
 void ATPPD::giveStringsTo(IStatementSink& sink) const {
@@ -73,7 +66,7 @@ void ATPPD::giveStringsTo(IStatementSink& sink) const {
 }
 
 const ATPPD::PPDObjectList& ATPPD::PPDObjects() const {
-  if (!lines_.empty()) const_cast<ATPPD*>(this)->makeObjects();
+  if (!objectsMade_) const_cast<ATPPD*>(this)->makeObjects();
   return ATPPDCompoundObject::PPDObjects();
 }
 
@@ -88,6 +81,7 @@ const std::vector<std::shared_ptr<ATPPDGroup>>& ATPPD::groups() const {
 }
 
 void ATPPD::makeObjects() {
+  objectsMade_ = true;
   for (Line& line : std::exchange(lines_, {})) makeObject(std::move(line));
 }
 
@@ -107,12 +101,19 @@ void ATPPD::makeObject(Line line) {
       objects.append(ATPPDOption::optionWithString(std::move(line.string)));
       break;
     case Owner::newGroup:
+      groupsByName_.forget();
       groups_.push_back(ATPPDGroup::groupWithString(std::move(line.string)));
       objects.append(groups_.back());
       break;
     case Owner::lastObject:
-      objects.back()->addString(std::move(line.string), line.type);
+      forgetOptions();  // the line may open an option in a group
+      if (!objects.empty()) objects.back()->addString(std::move(line.string), line.type);
   }
+}
+
+void ATPPD::forgetOptions() {
+  optionsInGroups_.clear();
+  optionsByName_.forget();
 }
 
 // Whether any line that is not yet part of an object begins an attribute of this name.
@@ -123,23 +124,32 @@ bool ATPPD::hasLineOfAttribute(std::string_view name) const {
 }
 
 void ATPPD::listAttribute(const AttributePtr& attribute) {
-  const auto position = attributes_.append(attribute);
-  if (attributeIndex_) attributeIndex_->add(*attribute, position);
-  if (specIndexes_.empty() || !attribute->name()) return;
-  if (const auto index = specIndexes_.find(*attribute->name()); index != specIndexes_.end()) {
-    index->second.add(*attribute, position);
+  indexAttribute(*attribute, attributes_.append(attribute));
+}
+
+void ATPPD::indexAttribute(const ATPPDAttribute& attribute, ObjectList<ATPPDAttribute>::Position position) {
+  if (attributeIndex_) attributeIndex_->add(attribute, position);
+  for (auto& [name, index] : localizationIndexes_) index.add(attribute, position);
+  for (auto& [name, index] : specIndexes_) {
+    if (attribute.isNamed(name)) index.add(attribute, position);
   }
 }
 
+void ATPPD::unindexAttribute(const ATPPDAttribute& attribute, ObjectList<ATPPDAttribute>::Position position) {
+  if (attributeIndex_) attributeIndex_->remove(attribute, position);
+  for (auto& [name, index] : localizationIndexes_) index.remove(attribute, position);
+  for (auto& [name, index] : specIndexes_) index.remove(attribute, position);
+}
+
 ATPPD::AttributePtr ATPPD::attributeForName(std::string_view name, const Spec& spec) const {
-  if (attributes_.empty() && !hasLineOfAttribute(name)) return nullptr;
+  if (!objectsMade_ && !hasLineOfAttribute(name)) return nullptr;
   PPDObjects();
-  if (!attributeIndex_ && scans_++ < kScansBeforeIndex) return scanForAttribute(name, spec);
+  if (!attributeIndex_ && walks_++ < kWalksBeforeIndex) return walkToAttribute(name, spec);
   const NameIndex::Positions& positions = attributeIndex().find(name, spec);
   return positions.empty() ? nullptr : attributes_.at(*positions.begin());
 }
 
-ATPPD::AttributePtr ATPPD::scanForAttribute(std::string_view name, const Spec& spec) const {
+ATPPD::AttributePtr ATPPD::walkToAttribute(std::string_view name, const Spec& spec) const {
   for (const auto& attribute : attributes_) {
     if (attribute->isNamed(name) && (!spec || attribute->spec() == spec)) return attribute;
   }
@@ -157,27 +167,30 @@ const AttributeIndex& ATPPD::attributeIndex() const {
 }
 
 ATPPD::Attributes ATPPD::localizationForAttributeWithName(std::string_view name, const Spec& spec) const {
-  const auto* languages = supportedLocalizations();
-  if (languages == nullptr) return {};
-  NameIndex::Positions positions;
-  for (const std::string& language : *languages) {
-    positions.merge(NameIndex::Positions(attributeIndex().find(fmt::format("{}.{}", language, name), spec)));
+  if (supportedLocalizations() == nullptr) return {};
+  return attributesAt(localizationIndex(name).find(spec));
+}
+
+LocalizationIndex& ATPPD::localizationIndex(std::string_view name) const {
+  const auto found = localizationIndexes_.find(name);
+  if (found != localizationIndexes_.end()) return found->second;
+  LocalizationIndex index(name, *supportedLocalizations());
+  for (auto attribute = attributes().begin(); attribute != attributes().end(); ++attribute) {
+    index.add(**attribute, attribute.position());
   }
-  Attributes found;
-  for (const auto position : positions) found.push_back(attributes_.at(position));
-  return found;
+  return localizationIndexes_.emplace(name, std::move(index)).first->second;
 }
 
 ATPPD::Attributes ATPPD::attributesForName(std::string_view name) const {
-  Attributes found;
-  for (const auto position : attributeIndex().find(name, std::nullopt)) found.push_back(attributes_.at(position));
-  return found;
+  return attributesAt(attributeIndex().find(name, std::nullopt));
 }
 
 ATPPD::Attributes ATPPD::attributesForNameWithSpecContaining(std::string_view name, std::string_view part) const {
-  Attributes found;
-  for (const auto position : specIndex(name).find(part)) found.push_back(attributes_.at(position));
-  return found;
+  return attributesAt(specIndex(name).findContaining(part));
+}
+
+ATPPD::Attributes ATPPD::attributesForNameWithSpecMiddlePart(std::string_view name, std::string_view part) const {
+  return attributesAt(specIndex(name).findMiddlePart(part));
 }
 
 SpecIndex& ATPPD::specIndex(std::string_view name) const {
@@ -190,23 +203,31 @@ SpecIndex& ATPPD::specIndex(std::string_view name) const {
   return index->second;
 }
 
+ATPPD::Attributes ATPPD::attributesAt(const NameIndex::Positions& positions) const {
+  Attributes found;
+  found.reserve(positions.size());
+  for (const auto position : positions) found.push_back(attributes_.at(position));
+  return found;
+}
+
 std::shared_ptr<ATPPDGroup> ATPPD::groupForName(std::string_view name) const {
-  for (const auto& group : groups()) {
-    if (group->name() == name) return group;
-  }
-  return nullptr;
+  return groupsByName_.find(groups(), name);
 }
 
 std::shared_ptr<ATPPDOption> ATPPD::optionForName(std::string_view name) const {
-  for (const auto& group : groups()) {
-    if (auto option = group->optionForName(name)) return option;
+  if (optionsInGroups_.empty()) {
+    for (const auto& group : groups()) {
+      optionsInGroups_.insert(optionsInGroups_.end(), group->options().begin(), group->options().end());
+    }
   }
-  return nullptr;
+  return optionsByName_.find(optionsInGroups_, name);
 }
 
 void ATPPD::addPPDAttribute(const AttributePtr& attribute) {
   if (attribute == nullptr) return;
-  ATLog("-[ATPPD addPPDAttribute:]", "Adding {} attribute with value {}", attribute->name(), attribute->value());
+  [[maybe_unused]] const auto& name = attribute->name();
+  [[maybe_unused]] const auto& value = attribute->value();
+  ATLog("-[ATPPD addPPDAttribute:]", "Adding {} attribute with value {}", name, value);
   if (attributes().empty()) {
     appendObjectToPPDObjects(attribute);
   } else if (const auto last = PPDObjects().positionOf(attributes_.back().get())) {
@@ -219,8 +240,7 @@ void ATPPD::removePPDAttribute(const AttributePtr& attribute) {
   ATLog("-[ATPPD removePPDAttribute:]", "Removing attribute {}...", attribute ? attribute->name() : std::nullopt);
   if (attribute == nullptr) return;
   if (const auto position = attributes().positionOf(attribute.get())) {
-    if (attributeIndex_) attributeIndex_->remove(*attribute, *position);
-    for (auto& [name, index] : specIndexes_) index.remove(*position);
+    unindexAttribute(*attribute, *position);
     attributes_.removeAt(*position);
   }
   removeObjectFromPPDObjects(attribute.get());

@@ -16,6 +16,8 @@
 #include "ppd/ATPPDCompoundObject.h"
 #include "ppd/ATPPDGroup.h"
 #include "ppd/AttributeIndex.h"
+#include "ppd/FirstByName.h"
+#include "ppd/LocalizationIndex.h"
 #include "ppd/SpecIndex.h"
 
 /// The PPD document: the root of the tree. It takes every line of the file with its type, decides which object holds
@@ -54,12 +56,17 @@ class ATPPD : public ATPPDCompoundObject {
   /// not walk the list, so that cleaning up after thousands of media stays proportional to what is cleaned up.
   Attributes attributesForNameWithSpecContaining(std::string_view name, std::string_view part) const;
 
+  /// Those of them whose spec has exactly three parts between "." and this one in the middle, in list order.
+  Attributes attributesForNameWithSpecMiddlePart(std::string_view name, std::string_view part) const;
+
+  /// The first group of this name, or null.
   std::shared_ptr<ATPPDGroup> groupForName(std::string_view name) const;
 
   /// The first option of this name inside a group, or null. Options outside every group are not searched: that is
   /// meant.
   std::shared_ptr<ATPPDOption> optionForName(std::string_view name) const;
 
+  /// The name and the spec that the attribute has at this moment are those that look-ups find it by.
   /// Adds the attribute (null is ignored) behind the last one of `attributes`, among the children directly behind it
   /// too, ahead of whatever follows there.
   void addPPDAttribute(const AttributePtr& attribute);
@@ -91,24 +98,34 @@ class ATPPD : public ATPPDCompoundObject {
     Owner owner;
   };
   std::optional<Owner> ownerOfLine(PPDLineType type) const;
-  bool isRefusedByLastObject(PPDLineType type) const;
+  bool isRefusedByLastObject(Owner owner, PPDLineType type) const;
   void makeObjects();
   void makeObject(Line line);
+  void forgetOptions();
   bool hasLineOfAttribute(std::string_view name) const;
   void listAttribute(const AttributePtr& attribute);
-  AttributePtr scanForAttribute(std::string_view name, const Spec& spec) const;
+  AttributePtr walkToAttribute(std::string_view name, const Spec& spec) const;
   const AttributeIndex& attributeIndex() const;
   SpecIndex& specIndex(std::string_view name) const;
+  LocalizationIndex& localizationIndex(std::string_view name) const;
+  void indexAttribute(const ATPPDAttribute& attribute, ObjectList<ATPPDAttribute>::Position position);
+  void unindexAttribute(const ATPPDAttribute& attribute, ObjectList<ATPPDAttribute>::Position position);
+  Attributes attributesAt(const NameIndex::Positions& positions) const;
 
-  std::deque<Line> lines_;                 // read, and not yet made into objects
-  std::optional<Owner> lastObjectsOwner_;  // how the last object came about; absent while there is none
+  std::deque<Line> lines_;                 // read while nobody had asked for objects, and not yet made into any
+  bool objectsMade_ = false;               // from the first question on, lines go to their objects at once
+  std::optional<Owner> lastObjectsOwner_;  // until then: how the last object comes about; absent while there is none
   ObjectList<ATPPDAttribute> attributes_;
   std::vector<std::shared_ptr<ATPPDGroup>> groups_;
   mutable std::optional<std::vector<std::string>> supportedLocalizations_;
   bool groupOpened_ = false;
 
   // The first look-ups walk the list; most runs make no more than one. Then an index is built and kept up to date.
-  mutable std::size_t scans_ = 0;
+  mutable std::size_t walks_ = 0;
   mutable std::optional<AttributeIndex> attributeIndex_;
-  mutable std::map<std::string, SpecIndex, std::less<>> specIndexes_;  // by name, built on demand
+  mutable std::map<std::string, SpecIndex, std::less<>> specIndexes_;                  // by name, built on demand
+  mutable std::map<std::string, LocalizationIndex, std::less<>> localizationIndexes_;  // the same
+  FirstByName<ATPPDGroup> groupsByName_;
+  FirstByName<ATPPDOption> optionsByName_;
+  mutable std::vector<std::shared_ptr<ATPPDOption>> optionsInGroups_;  // collected on demand
 };

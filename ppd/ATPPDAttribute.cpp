@@ -42,15 +42,15 @@ std::shared_ptr<ATPPDAttribute> ATPPDAttribute::initWithName(const Part& name, c
 
 bool ATPPDAttribute::initializeWithName(const Part& name, const Part& spec, const Part& text, const Part& value) {
   if (isEmpty(name)) return false;
-  parts() = {name, spec, text, isEmpty(value) ? PPDExtentions::emptyQuotedValue() : value, std::nullopt};
+  parts() = {name, spec, text, isEmpty(value) ? PPDExtentions::emptyQuotedValue() : value, std::nullopt, false};
   updateAttributeString();
-  addString(*parts().attributeString, PPDLineTypeStatement);
+  addString(canonicalLine(), PPDLineTypeStatement);
   return true;
 }
 
 void ATPPDAttribute::giveStringsTo(IStatementSink& sink) const {
-  if (parts_ != nullptr && parts_->attributeString) {
-    sink.take(*parts_->attributeString);
+  if (isCanonical()) {
+    sink.take(canonicalLine());
   } else {
     ATPPDObject::giveStringsTo(sink);
   }
@@ -62,7 +62,7 @@ ATPPDAttribute::Parts& ATPPDAttribute::parts() const {
 }
 
 std::optional<std::string_view> ATPPDAttribute::firstLine() const {
-  if (parts_ != nullptr && parts_->attributeString) return parts_->attributeString->view();
+  if (isCanonical()) return canonicalLine().view();
   if (container().empty()) return std::nullopt;
   return container().front().view();
 }
@@ -162,19 +162,33 @@ ATPPDAttribute::Part ATPPDAttribute::valueFromAttributeStrings(const LineList& l
   return std::string(Text::trim(value, Text::isLineEnd));
 }
 
+// The parts are settled now; the line is composed when somebody wants it, so that a part may be set many times over.
 void ATPPDAttribute::updateAttributeString() {
+  name();
+  spec();
+  text();
+  value();
+  parts().isStale = true;
+}
+
+const StatementString& ATPPDAttribute::canonicalLine() const {
+  Parts& parts = *parts_;
+  if (!std::exchange(parts.isStale, false)) return *parts.attributeString;
   std::string middle;
-  if (!isEmpty(spec())) {
-    middle = fmt::format(" {}", *spec());
-    if (!isEmpty(text())) middle += fmt::format("/{}", *text());
+  if (!isEmpty(parts.spec)) {
+    middle = fmt::format(" {}", *parts.spec);
+    if (!isEmpty(parts.text)) middle += fmt::format("/{}", *parts.text);
   }
-  parts().attributeString = fmt::format("*{}{}: {}\n", Text::orNull(name()), middle, Text::orNull(value()));
+  parts.attributeString = fmt::format("*{}{}: {}\n", Text::orNull(parts.name), middle, Text::orNull(parts.value));
+  return *parts.attributeString;
 }
 
 std::optional<StatementString> ATPPDAttribute::attributeString() const {
-  return parts_ == nullptr ? std::nullopt : parts_->attributeString;
+  if (!isCanonical()) return std::nullopt;
+  return canonicalLine();
 }
 
 void ATPPDAttribute::setAttributeString(std::optional<StatementString> string) {
   parts().attributeString = std::move(string);
+  parts().isStale = false;
 }

@@ -8,7 +8,7 @@
 
 #include "ppd/ATPPDObject.h"
 
-/// One main-keyword statement, `*name spec/text: value` (PPD 4.3, section 2). It keeps its lines as they were read
+/// One main-keyword statement, `*name spec/text: value` (PPD 4.3). It keeps its lines as they were read
 /// and takes its four parts out of them only when asked; a change of a part composes one canonical line,
 /// "*name spec/text: value" and a line feed, which is then written in place of the lines.
 ///
@@ -73,8 +73,11 @@ class ATPPDAttribute : public ATPPDObject {
   struct Parts {
     Part name, spec, text, value;
     std::optional<StatementString> attributeString;
+    bool isStale = false;  // a part has changed since the canonical line was composed
   };
   Parts& parts() const;
+  bool isCanonical() const { return parts_ != nullptr && (parts_->attributeString || parts_->isStale); }
+  const StatementString& canonicalLine() const;
   std::optional<std::string_view> firstLine() const;
 
   mutable std::unique_ptr<Parts> parts_;  // made at the first request: most attributes are never asked

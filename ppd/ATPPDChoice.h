@@ -10,8 +10,7 @@
 
 #include "ppd/ATPPDObject.h"
 
-/// One choice of a UI option, `*option name/text: "code"`, with its further lines if it has any (PPD 4.3,
-/// section 5.4).
+/// One choice of a UI option, `*option name/text: "code"`, with its further lines if it has any (PPD 4.3).
 class ATPPDChoice : public ATPPDObject {
  public:
   /// Language code and localized text, in the order in which the lines are written.

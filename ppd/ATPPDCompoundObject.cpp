@@ -23,10 +23,12 @@ void ATPPDCompoundObject::setPPDObjects(PPDObjectList objects) {
 }
 
 void ATPPDCompoundObject::appendObjectToPPDObjects(std::shared_ptr<IATPPDObject> object) {
+  if (object == nullptr) throw ATException::wrongType("no object to append");
   editablePPDObjects().append(std::move(object));
 }
 
 void ATPPDCompoundObject::insertObjectToPPDObjects(std::shared_ptr<IATPPDObject> object, std::size_t atIndex) {
+  if (object == nullptr) throw ATException::wrongType("no object to insert");
   PPDObjectList& objects = editablePPDObjects();
   if (atIndex > objects.size()) {
     throw ATException::outOfRange("-[ATPPDCompoundObject insertObjectToPPDObjects:atIndex:]");

@@ -21,11 +21,13 @@ class ATPPDCompoundObject : public IATPPDObject {
 
   /// The children in order.
   virtual const PPDObjectList& PPDObjects() const { return PPDObjects_; }
+  /// Puts another list in their place; the objects in it are shared, the list itself is not.
   virtual void setPPDObjects(PPDObjectList objects);
 
+  /// Adds at the end. The object is shared with the caller; throws ATException for null.
   void appendObjectToPPDObjects(std::shared_ptr<IATPPDObject> object);
   /// Inserts before the child with this index, counted from 0; the number of children appends. Throws ATException
-  /// for a greater index.
+  /// for a greater index and for null.
   void insertObjectToPPDObjects(std::shared_ptr<IATPPDObject> object, std::size_t atIndex);
   /// Removes one occurrence of this very object; does nothing for null or for what is not a child.
   void removeObjectFromPPDObjects(const IATPPDObject* object);

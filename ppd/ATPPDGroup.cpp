@@ -37,6 +37,7 @@ void ATPPDGroup::addString(StatementString string, PPDLineType type) {
       appendObjectToPPDObjects(ATPPDObject::objectWithString(std::move(string), type));
       break;
     case PPDLineTypeOpenUI:
+      optionsByName_.forget();
       options_.push_back(ATPPDOption::optionWithString(std::move(string)));
       appendObjectToPPDObjects(options_.back());
       break;
@@ -66,8 +67,5 @@ const std::string& ATPPDGroup::name() const {
 }
 
 std::shared_ptr<ATPPDOption> ATPPDGroup::optionForName(std::string_view name) const {
-  for (const auto& option : options_) {
-    if (option->name() == name) return option;
-  }
-  return nullptr;
+  return optionsByName_.find(options_, name);
 }

@@ -9,8 +9,9 @@
 
 #include "ppd/ATPPDCompoundObject.h"
 #include "ppd/ATPPDOption.h"
+#include "ppd/FirstByName.h"
 
-/// Everything between an OpenGroup statement and its CloseGroup statement (PPD 4.3, section 5.4).
+/// Everything between an OpenGroup statement and its CloseGroup statement (PPD 4.3).
 class ATPPDGroup : public ATPPDCompoundObject {
  public:
   ATPPDGroup() = default;
@@ -33,5 +34,6 @@ class ATPPDGroup : public ATPPDCompoundObject {
 
  private:
   std::vector<std::shared_ptr<ATPPDOption>> options_;
+  FirstByName<ATPPDOption> optionsByName_;
   mutable std::optional<std::string> name_;
 };

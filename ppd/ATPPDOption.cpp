@@ -13,10 +13,13 @@
 
 namespace {
 
-constexpr std::size_t kScansBeforeIndex = 4;
 // Looking through this many bytes of codes costs about as much as an index for the codes of a common media option.
 constexpr std::size_t kCodeScansCost = 1024 * 1024;
 constexpr std::size_t kCostOfAChoice = 16;
+
+bool continuesChoice(PPDLineType type) {
+  return type == PPDLineTypeChoiceContinuation || type == PPDLineTypeChoiceEnd;
+}
 
 std::string nameFromDefaultStatement(std::string_view statement) {
   TokenScanner scanner(statement);
@@ -57,7 +60,12 @@ void ATPPDOption::addString(StatementString string, PPDLineType type) {
     return;
   }
   if (type == PPDLineTypeDefaultChoice) defChoice_ = string;
-  lines_.push_back({std::move(string), type});
+  Line line{std::move(string), type};
+  if (objectsMade_) {
+    makeObject(std::move(line));
+  } else if (!lines_.empty() || !continuesChoice(type)) {
+    lines_.push_back(std::move(line));
+  }
 }
 
 void ATPPDOption::giveStringsTo(IStatementSink& sink) const {
@@ -66,11 +74,12 @@ void ATPPDOption::giveStringsTo(IStatementSink& sink) const {
 }
 
 const ATPPDOption::PPDObjectList& ATPPDOption::PPDObjects() const {
-  if (!lines_.empty()) const_cast<ATPPDOption*>(this)->makeObjects();
+  if (!objectsMade_) const_cast<ATPPDOption*>(this)->makeObjects();
   return ATPPDCompoundObject::PPDObjects();
 }
 
 void ATPPDOption::makeObjects() {
+  objectsMade_ = true;
   for (Line& line : std::exchange(lines_, {})) makeObject(std::move(line));
 }
 
@@ -123,16 +132,20 @@ void ATPPDOption::addChoice(const std::shared_ptr<ATPPDChoice>& choice) {
 bool ATPPDOption::endsWithCloseUI() const {
   const PPDObjectList& objects = PPDObjects();
   if (objects.size() < 2) return false;
-  const StatementStrings lines = objects.back()->strings();
-  return !lines.empty() && PPDExtentions::isCloseUIPPDStatement(lines.front());
+  const auto* last = dynamic_cast<const ATPPDObject*>(objects.back().get());
+  return last != nullptr && !last->container().empty() &&
+         PPDExtentions::isCloseUIPPDStatement(last->container().front());
 }
 
 void ATPPDOption::removeChoice(const std::shared_ptr<ATPPDChoice>& choice) {
-  ATLog("-[ATPPDOption removeChoice:]", "{}, removing choice {}...", name(), choice ? choice->name() : std::nullopt);
+  [[maybe_unused]] const std::string& optionName = name();
+  ATLog("-[ATPPDOption removeChoice:]", "{}, removing choice {}...", optionName,
+        choice ? choice->name() : std::nullopt);
   if (choice == nullptr) return;
   if (const auto position = choices().positionOf(choice.get())) {
     if (nameIndex_ && choice->name()) nameIndex_->remove(*choice->name(), *position);
     codeIndex_.reset();
+    hasChoiceWithCode_.reset();
     choices_.removeAt(*position);
   }
   removeObjectFromPPDObjects(choice.get());
@@ -142,17 +155,18 @@ void ATPPDOption::listChoice(const std::shared_ptr<ATPPDChoice>& choice) {
   const ChoiceList::Position position = choices_.append(choice);
   if (nameIndex_ && choice->name()) nameIndex_->add(*choice->name(), position);
   if (codeIndex_) indexCode(*choice, position);
+  if (hasChoiceWithCode_ && choice->code()) hasChoiceWithCode_ = true;
 }
 
 std::shared_ptr<ATPPDChoice> ATPPDOption::choiceForName(std::string_view name) const {
   PPDObjects();
-  if (!nameIndex_ && scans_++ < kScansBeforeIndex) return scanForName(name);
+  if (!nameIndex_ && walks_++ < kWalksBeforeIndex) return walkToName(name);
   if (!nameIndex_) indexNames();
   const NameIndex::Positions& positions = nameIndex_->find(name);
   return positions.empty() ? nullptr : choices_.at(*positions.begin());
 }
 
-std::shared_ptr<ATPPDChoice> ATPPDOption::scanForName(std::string_view name) const {
+std::shared_ptr<ATPPDChoice> ATPPDOption::walkToName(std::string_view name) const {
   for (const auto& choice : choices_) {
     if (choice->name() == name) return choice;
   }
@@ -185,7 +199,11 @@ std::shared_ptr<ATPPDChoice> ATPPDOption::scanForCodeContaining(std::string_view
 
 bool ATPPDOption::hasChoiceWithCode() const {
   PPDObjects();
-  return std::any_of(choices_.begin(), choices_.end(), [](const auto& choice) { return choice->code().has_value(); });
+  if (!hasChoiceWithCode_) {
+    hasChoiceWithCode_ =
+        std::any_of(choices_.begin(), choices_.end(), [](const auto& choice) { return choice->code().has_value(); });
+  }
+  return *hasChoiceWithCode_;
 }
 
 void ATPPDOption::indexCodes() const {

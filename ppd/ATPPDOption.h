@@ -10,10 +10,11 @@
 
 #include "ppd/ATPPDChoice.h"
 #include "ppd/ATPPDCompoundObject.h"
+#include "ppd/FirstByName.h"
 #include "ppd/NameIndex.h"
 #include "ppd/SubstringIndex.h"
 
-/// A UI option: everything between an OpenUI statement and its CloseUI statement (PPD 4.3, section 5.2).
+/// A UI option: everything between an OpenUI statement and its CloseUI statement (PPD 4.3).
 ///
 /// Most of a PPD's lines stand in UI blocks, and a run asks for the objects of one or two of them. So the block keeps
 /// its lines as they come and makes its objects at the first question for them.
@@ -50,7 +51,8 @@ class ATPPDOption : public ATPPDCompoundObject {
   const std::optional<std::string>& defaultValue() const;
 
   /// Adds a choice behind all others, in front of the CloseUI statement when the block ends with it; otherwise the
-  /// choice is listed and not written. A choice that is listed already is not added again.
+  /// choice is listed and not written. A choice that is listed already is not added again. The name and the code that
+  /// the choice has at this moment are those that look-ups find it by.
   void addChoice(const std::shared_ptr<ATPPDChoice>& choice);
 
   /// Removes this very choice (which may be null) from the choices and from the children.
@@ -80,19 +82,21 @@ class ATPPDOption : public ATPPDCompoundObject {
   void indexNames() const;
   void indexCodes() const;
   void indexCode(const ATPPDChoice& choice, ChoiceList::Position position) const;
-  std::shared_ptr<ATPPDChoice> scanForName(std::string_view name) const;
+  std::shared_ptr<ATPPDChoice> walkToName(std::string_view name) const;
   std::shared_ptr<ATPPDChoice> scanForCodeContaining(std::string_view part) const;
 
-  std::vector<Line> lines_;  // read, and not yet made into objects
+  std::vector<Line> lines_;   // read while nobody had asked for objects, and not yet made into any
+  bool objectsMade_ = false;  // from the first question on, lines become objects at once
   ChoiceList choices_;
   std::optional<StatementString> defChoice_;
   mutable std::optional<std::string> name_;
   mutable std::optional<std::string> defaultValue_;
 
   // Look-ups walk the list until that has cost as much as an index would, and use an index from then on.
-  mutable std::size_t scans_ = 0;
+  mutable std::size_t walks_ = 0;
   mutable std::size_t codeScanCost_ = 0;  // in bytes
   mutable std::optional<NameIndex> nameIndex_;
   mutable std::optional<SubstringIndex> codeIndex_;
+  mutable std::optional<bool> hasChoiceWithCode_;
   mutable std::vector<ChoiceList::Position> codePositions_;  // by the code index's text numbers
 };

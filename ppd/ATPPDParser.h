@@ -34,6 +34,7 @@ class ATPPDParser {
   /// The type of the line in the present state; reports the error itself when it returns `PPDLineTypeInvalid`.
   PPDLineType typeOfString(std::string_view string);
 
+  /// Give the delegate an error: without user info, with the present line number, with the given one or none.
   void reportErrorWithCode(int code);
   void reportMalformedLineErrorWithCode(int code);
   void reportErrorWithCode(int code, std::optional<std::int64_t> lineNumber);
@@ -44,6 +45,7 @@ class ATPPDParser {
   /// Type of the last accepted line other than comments and empty lines; 0 at the start.
   PPDLineType lastLineType() const { return lastLineType_; }
   void setLastLineType(PPDLineType type) { lastLineType_ = type; }
+  /// Whether the last statement's quoted value is complete.
   bool lastStatementClosed() const { return lastStatementClosed_; }
   void setLastStatementClosed(bool closed) { lastStatementClosed_ = closed; }
   /// Not owned; may be null.

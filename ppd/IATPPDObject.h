@@ -8,6 +8,7 @@
 class IStatementSink {
  public:
   virtual ~IStatementSink() = default;
+  /// The string lives at least as long as the object that gives it is not changed.
   virtual void take(const StatementString& string) = 0;
 };
 

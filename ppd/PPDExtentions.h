@@ -13,7 +13,7 @@ namespace PPDExtentions {
 
 /// Prefix test "*".
 bool hasAsteriskPrefix(std::string_view string);
-/// Prefix test "*%" (PPD 4.3, section 5.2: comments).
+/// Prefix test "*%" (PPD 4.3: comments).
 bool isPPDComment(std::string_view string);
 /// Whether nothing is left without the line ends at both ends; a line of spaces is not a new line.
 bool isNewLine(std::string_view string);

@@ -8,7 +8,7 @@ enum PPDLineType : std::int32_t {
   PPDLineTypeInvalid = 0,              ///< rejected; never delivered
   PPDLineTypeComment = 1,              ///< begins "*%"
   PPDLineTypeStatement = 2,            ///< first line of a main-keyword statement outside a UI block
-  PPDLineTypeContinuation = 3,         ///< further line of a statement whose quoted value is still open
+  PPDLineTypeContinuation = 3,         ///< further line of a statement: its quoted value is open, or it has no "*"
   PPDLineTypeEnd = 4,                  ///< *End after a statement whose value is closed
   PPDLineTypeOpenGroup = 5,            ///< *OpenGroup
   PPDLineTypeCloseGroup = 6,           ///< *CloseGroup

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "base/ATException.h"
+#include "base/Text.h"
 
 DeviceValue::DeviceValue(std::optional<std::string> text) {
   if (text) value_ = std::move(*text);
@@ -36,30 +37,29 @@ DeviceValue DeviceValue::valueForKey(std::string_view key) const {
 
 namespace {
 
-struct Describe {
-  std::string operator()(std::monostate) const { return "(null)"; }
-  std::string operator()(const std::string& text) const { return text; }
-  std::string operator()(bool flag) const { return flag ? "1" : "0"; }
-  template <class Number>
-  std::string operator()(Number number) const {
-    return fmt::format("{}", number);
-  }
-  std::string operator()(const DeviceValue::ListPtr& list) const {
-    std::string all;
-    for (const DeviceValue& element : *list) all += (all.empty() ? "" : ", ") + element.description();
-    return "(" + all + ")";
-  }
-  std::string operator()(const DeviceValue::MapPtr& map) const {
-    std::string all = "{";
-    for (const auto& [key, value] : map->entries()) all += key + " = " + value.description() + "; ";
-    return all + "}";
-  }
-};
+std::string descriptionOfList(const DeviceValue::List& list) {
+  std::vector<std::string> elements;
+  for (const DeviceValue& element : list) elements.push_back(element.description());
+  return fmt::format("({})", fmt::join(elements, ", "));
+}
+
+std::string descriptionOfMap(const DeviceMap& map) {
+  std::string all = "{";
+  for (const auto& [key, value] : map.entries()) all += key + " = " + value.description() + "; ";
+  return all + "}";
+}
 
 }  // namespace
 
 std::string DeviceValue::description() const {
-  return std::visit(Describe(), value_);
+  if (text() != nullptr) return *text();
+  if (const auto* number = std::get_if<std::int64_t>(&value_)) return fmt::format("{}", *number);
+  if (const auto* number = std::get_if<std::uint64_t>(&value_)) return fmt::format("{}", *number);
+  if (const auto* number = std::get_if<double>(&value_)) return fmt::format("{}", *number);
+  if (const auto* flag = std::get_if<bool>(&value_)) return *flag ? "1" : "0";
+  if (const auto elements = list()) return descriptionOfList(*elements);
+  if (const auto entries = map()) return descriptionOfMap(*entries);
+  return std::string(Text::orNull(std::nullopt));
 }
 
 void DeviceMap::set(std::string_view key, DeviceValue value) {

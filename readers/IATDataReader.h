@@ -13,9 +13,11 @@ class IATDataReader {
   virtual ~IATDataReader() = default;
 
   /// The data of this key, or absent; for `VMCustomMediaStorage` the media list dictionary (see
-  /// ATCustomMediaTypesReaderImpl).
+  /// ATCustomMediaTypesReaderImpl). Throws ATException when the device-model library fails.
   virtual DeviceValue dataForKey(std::string_view key) const = 0;
+  /// The family name of this key, or absent. Throws ATException when its implementation has none to offer.
   virtual DeviceValue familyNameForKey(std::string_view key) const = 0;
+  /// What names the printer to the device-model library.
   virtual std::optional<std::string> printerURI() const = 0;
 };
 

@@ -15,6 +15,8 @@ class IATReaderImpl {
 
   /// `deviceURI` may be empty, `modelName` absent or empty.
   virtual DeviceValue dataFromDevice(const std::string& deviceURI, const std::optional<std::string>& modelName);
+  /// `ppd`: libcups' record of an open PPD, not owned.
   virtual DeviceValue dataFromPPD(ppd_file_s* ppd);
+  /// `deviceURI` may be empty.
   virtual DeviceValue familyNameFromDevice(const std::string& deviceURI);
 };

@@ -22,7 +22,9 @@ template <class Base, class Handle>
 class Owned : public Base {
  public:
   using Release = void (*)(Handle*);
-  Owned(Handle* handle, Release release) : handle_(handle), release_(release) {}
+  Owned(Handle* handle, Release release) : handle_(handle), release_(release) {
+    if (handle == nullptr) throw libraryError("the device-model library gave a null object");
+  }
   Owned(const Owned&) = delete;
   Owned& operator=(const Owned&) = delete;
   ~Owned() override { release_(handle_); }
@@ -62,7 +64,9 @@ const QZVMInterface* loadInterface(const char* fileName) {
   const auto entry = reinterpret_cast<decltype(&QZVorantisModelInterface)>(dlsym(object, "QZVorantisModelInterface"));
   const QZVMInterface* table = entry == nullptr ? nullptr : entry();
   const bool usable = table != nullptr && table->interfaceVersion == QZVM_INTERFACE_VERSION && isComplete(*table);
-  return usable ? table : nullptr;
+  if (usable) return table;
+  dlclose(object);
+  return nullptr;
 }
 
 // Makes values of the tool's own from the library's.
@@ -72,7 +76,6 @@ class Reader {
 
   DeviceValue read(const QZVMValue* value, int nesting = 0) const {
     if (value == nullptr) throw libraryError("the device-model library gave a null value");
-    if (nesting > kDeepestNesting) throw libraryError("the device-model library's value is nested too deeply");
     switch (library_.kind(value)) {
       case QZVM_STRING:
         return stringOf(library_.stringValue(value));
@@ -93,7 +96,12 @@ class Reader {
   }
 
  private:
+  static void checkNesting(int nesting) {
+    if (nesting >= kDeepestNesting) throw libraryError("the device-model library's value is nested too deeply");
+  }
+
   DeviceValue readList(const QZVMValue* value, int nesting) const {
+    checkNesting(nesting);
     auto list = std::make_shared<DeviceValue::List>();
     const std::size_t count = library_.count(value);
     for (std::size_t index = 0; index < count; ++index) {
@@ -103,6 +111,7 @@ class Reader {
   }
 
   DeviceValue readMap(const QZVMValue* value, int nesting) const {
+    checkNesting(nesting);
     auto map = std::make_shared<DeviceMap>();
     const std::size_t count = library_.count(value);
     for (std::size_t index = 0; index < count; ++index) {

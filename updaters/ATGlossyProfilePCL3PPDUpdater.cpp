@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include <memory>
+#include <utility>
 
 #include "base/ATException.h"
 #include "driver/ATLog.h"
@@ -42,7 +43,7 @@ void convertProfiles(DeviceValue::List& profiles) {
 ATMediaTypePPDUpdater::Record ATGlossyProfilePCL3PPDUpdater::mediaInfoByConvertDeviceData(
     const Record& record, const ATPPD& /*toPPD*/) const {
   if (const auto profiles = record.valueForKey("ICCProfiles").list()) convertProfiles(*profiles);
-  return std::make_shared<DeviceMap>(*record.map());
+  return record.map() ? Record(std::make_shared<DeviceMap>(*record.map())) : record;
 }
 
 std::string ATGlossyProfilePCL3PPDUpdater::profileSpecFromMediaData(const Record& record,

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "updaters/ATMediaTypePCL3PPDUpdater.h"
 
-#include <fmt/format.h>
-
+#include "base/Format.h"
 #include "base/Text.h"
 #include "driver/ATLog.h"
 #include "ppd/PPDExtentions.h"

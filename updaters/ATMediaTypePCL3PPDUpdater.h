@@ -30,6 +30,7 @@ class ATMediaTypePCL3PPDUpdater : public ATMediaTypePPDUpdater {
   /// meant (Custom1 also takes Custom12 along), then what the base class removes.
   void removeInclusionsOfMediaWithID(const std::string& choiceName, ATPPD& fromPPD) const override;
 
+  /// "<</MediaType(name)/QZMediaID(ID)>>setpagedevice", both as they stand.
   std::string mediaTypeChoiceCodeWithName(const std::string& choiceName, const DeviceValue& ID) const override;
 
   /// Adds statements for each profile that can be written; an existing statement of the same spec is not looked for.

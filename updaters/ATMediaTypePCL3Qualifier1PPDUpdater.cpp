@@ -19,15 +19,6 @@ std::vector<std::string_view> componentsOf(const ATPPD::Spec& spec) {
   return spec ? Text::split(*spec, ".") : std::vector<std::string_view>();
 }
 
-bool isQualifiedBy(const std::string& mediaQualifier, const std::vector<std::string_view>& components) {
-  return components.size() == 3 && components[1] == mediaQualifier;
-}
-
-// What every spec contains whose middle part is the media qualifier.
-std::string middlePart(const std::string& mediaQualifier) {
-  return fmt::format(".{}.", mediaQualifier);
-}
-
 void convertGloss(const DeviceValue& entry) {
   const DeviceValue gloss = entry.valueForKey(kGloss);
   if (gloss.isAbsent()) throw ATException::wrongType("a profile entry has no gloss value");
@@ -59,9 +50,9 @@ void ATMediaTypePCL3Qualifier1PPDUpdater::appendOppositeFactoryProfiles(const st
                                                                         const ATPPD& ppd) const {
   const DeviceValue gloss = profiles.front().valueForKey(kGloss);
   const char* opposite = gloss.equals("False") ? "True" : "False";
-  for (const auto& factoryProfile : ppd.attributesForNameWithSpecContaining(kFactoryProfile, middlePart(qualifier))) {
+  for (const auto& factoryProfile : ppd.attributesForNameWithSpecMiddlePart(kFactoryProfile, qualifier)) {
     const auto components = componentsOf(factoryProfile->spec());
-    if (!isQualifiedBy(qualifier, components) || gloss.equals(components[0])) continue;
+    if (gloss.equals(components[0])) continue;
     const auto wrapper =
         ATQZProfilePPDAttributeWrapper::qzProfilePPDAttributeDecoratorWithPPDAttribute(*factoryProfile);
     const auto path = wrapper->factoryPath();
@@ -111,8 +102,8 @@ void ATMediaTypePCL3Qualifier1PPDUpdater::removeSpecializedICCQualifiers(ATPPD& 
                                                                          const Record& aMediaTypeData) const {
   const DeviceValue qualifier = mediaQualifierFromData(aMediaTypeData, ppd);
   if (const std::string* name = qualifier.text()) {
-    for (const auto& profile : ppd.attributesForNameWithSpecContaining(kProfile, middlePart(*name))) {
-      if (isQualifiedBy(*name, componentsOf(profile->spec()))) ppd.removePPDAttributeWithLocalizations(profile);
+    for (const auto& profile : ppd.attributesForNameWithSpecMiddlePart(kProfile, *name)) {
+      ppd.removePPDAttributeWithLocalizations(profile);
     }
   }
   ATMediaTypePCL3Qualifier3PPDUpdater::removeSpecializedICCQualifiers(ppd, aMediaTypeData);

@@ -16,10 +16,12 @@
 /// A two-component spec is one whose third part is empty.
 class ATMediaTypePCL3Qualifier3PPDUpdater : public ATMediaTypePCL3PPDUpdater {
  public:
+  /// Throws ATException when a factory statement has a spec without a ".", or none.
   void restoreFactoryICCProfilesInPPD(ATPPD& ppd) const override;
   /// Makes the statement from the factory profile when it is null.
   void updateCupsProfile(const ATPPD::AttributePtr& profile, ATPPD& inPPD,
                          const ATQZProfilePPDAttributeWrapper& withQZProfileAttribute) const override;
+  /// Puts a general statement in the place of the medium's specialised ones.
   void setICCProfileForMediaWithData(const Record& record, ATPPD& inPPD) const override;
 
   /// Removes the medium's specialised profile statements with their localizations.

@@ -217,7 +217,7 @@ bool ATMediaTypePPDUpdater::validMediaUIName(const std::string& name) const {
 }
 
 bool ATMediaTypePPDUpdater::verifyString(std::string_view string, char32_t start, std::size_t length,
-                                         std::string_view disallowedCharacters) const {
+                                         std::string_view andDisallowedCharactersInString) const {
   constexpr std::string_view kAlwaysAllowed = "\t\n\r ";
   const auto isIn = [](std::string_view set, char32_t character) {
     return character < 0x80 && set.find(static_cast<char>(character)) != std::string_view::npos;
@@ -227,7 +227,7 @@ bool ATMediaTypePPDUpdater::verifyString(std::string_view string, char32_t start
     position += character.size;
     const bool inRange = character.value >= start && character.value - start < length;
     if (!inRange && !isIn(kAlwaysAllowed, character.value)) return false;
-    if (isIn(disallowedCharacters, character.value)) return false;
+    if (isIn(andDisallowedCharactersInString, character.value)) return false;
   }
   return !string.empty();
 }

@@ -20,6 +20,8 @@
 ///
 /// The code of a choice is left to subclasses, and so are colour profiles. Every operation is dispatched on the object.
 ///
+/// A value of the wrong type in a record, where text is needed, is an ATException from the operation that needs it.
+///
 /// A media record is the map that the media list dictionary holds (ATCustomMediaTypesReaderImpl); the copy that a
 /// custom medium gets has "PPDName", the name of its choice, in addition.
 class ATMediaTypePPDUpdater : public IATPPDUpdater {
@@ -99,7 +101,7 @@ class ATMediaTypePPDUpdater : public IATPPDUpdater {
   /// Whether the string is not empty and has only characters from `start` up to `start + length - 1`, tabs, line
   /// feeds, carriage returns and spaces, and none of the disallowed ones.
   virtual bool verifyString(std::string_view string, char32_t start, std::size_t length,
-                            std::string_view disallowedCharacters) const;
+                            std::string_view andDisallowedCharactersInString) const;
 
   /// Whether the record's category marks a custom medium.
   static bool isMediaTypeDataCustom(const Record& record);

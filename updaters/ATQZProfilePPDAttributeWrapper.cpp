@@ -3,6 +3,8 @@
 
 #include <fmt/ranges.h>
 
+#include <utility>
+
 #include "base/Text.h"
 #include "driver/ATLog.h"
 #include "ppd/PPDExtentions.h"
@@ -46,7 +48,7 @@ std::vector<std::string> ATQZProfilePPDAttributeWrapper::factoryProfileComponent
   static constexpr const char* kSignature = "-[ATQZProfilePPDAttributeWrapper factoryProfileComponents]";
   const auto content = value() ? PPDExtentions::quotedValueContent(*value()) : std::nullopt;
   if (!content) {
-    ATLog(kSignature, "Input {}, parsed (null)", value());
+    ATLog(kSignature, "Input {}, parsed {}", value(), Text::orNull(std::nullopt));
     return {};
   }
   const auto parts = Text::split(*content, ";;");
@@ -54,12 +56,20 @@ std::vector<std::string> ATQZProfilePPDAttributeWrapper::factoryProfileComponent
   return {parts.begin(), parts.end()};
 }
 
+// Reset last: the new part may be one of the properties.
 void ATQZProfilePPDAttributeWrapper::setText(const Part& text) {
-  resetQZProperties();
   ATPPDAttribute::setText(text);
+  resetQZProperties();
 }
 
 void ATQZProfilePPDAttributeWrapper::setValue(const Part& value) {
-  resetQZProperties();
   ATPPDAttribute::setValue(value);
+  resetQZProperties();
+}
+
+std::shared_ptr<ATQZProfilePPDAttributeWrapper> ATQZProfilePPDAttributeWrapper::attributeWithString(
+    StatementString string) {
+  auto wrapper = std::make_shared<ATQZProfilePPDAttributeWrapper>();
+  wrapper->addString(std::move(string), PPDLineTypeStatement);
+  return wrapper;
 }

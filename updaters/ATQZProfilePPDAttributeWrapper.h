@@ -13,6 +13,9 @@
 /// part of a document, and what is set on it reaches none.
 class ATQZProfilePPDAttributeWrapper : public ATPPDAttribute {
  public:
+  /// A new wrapper that holds the line as a Statement.
+  static std::shared_ptr<ATQZProfilePPDAttributeWrapper> attributeWithString(StatementString string);
+
   /// A new wrapper with the attribute's parts, or null when the attribute is not named exactly `QZcupsICCProfile`.
   static std::shared_ptr<ATQZProfilePPDAttributeWrapper> qzProfilePPDAttributeDecoratorWithPPDAttribute(
       const ATPPDAttribute& attribute);
@@ -23,7 +26,9 @@ class ATQZProfilePPDAttributeWrapper : public ATPPDAttribute {
   const std::optional<std::string>& factoryPath() const;
   const std::optional<std::string>& factoryProfileName() const;
 
+  /// Works both parts out of the value, if it has exactly two.
   void calculateQZProperties() const;
+  /// Forgets both parts.
   void resetQZProperties();
   /// The parts of the value's quoted content between every ";;"; none without quoted content.
   std::vector<std::string> factoryProfileComponents() const;

@@ -10,6 +10,7 @@ class IATPPDUpdater {
   virtual ~IATPPDUpdater() = default;
 
   /// Edits the document in place with what the reader knows of the printer. True when the chain may go on, also when
-  /// there was nothing to do; false, always without a document or a reader, when the whole run must fail.
+  /// there was nothing to do; false, always without a document or a reader, when the whole run must fail. Throws
+  /// ATException when the device-model library fails or gives a value of the wrong type.
   virtual bool updatePPD(ATPPD* ppd, const IATDataReader* usingDataReader) const = 0;
 };

@@ -3,6 +3,8 @@
 
 #include <uriparser/Uri.h>
 
+#include <algorithm>
+
 #include "base/Text.h"
 
 namespace {

@@ -147,7 +147,10 @@ TEST(Text, SplitAtAClassKeepsEmptyParts) {
   EXPECT_THAT(Text::split("de fr", Text::isWhiteSpace), ElementsAre("de", "fr"));
   EXPECT_THAT(Text::split("de \tfr", Text::isWhiteSpace), ElementsAre("de", "", "fr"));
   EXPECT_THAT(Text::split(" de ", Text::isWhiteSpace), ElementsAre("", "de", ""));
-  EXPECT_THAT(Text::split("de\xC2\xA0""fr\nit", Text::isWhiteSpace), ElementsAre("de", "fr\nit"));
+  EXPECT_THAT(Text::split("de\xC2\xA0"
+                          "fr\nit",
+                          Text::isWhiteSpace),
+              ElementsAre("de", "fr\nit"));
   EXPECT_THAT(Text::split("", Text::isWhiteSpace), ElementsAre(""));
   EXPECT_THAT(Text::split("a\r\nb\n", Text::isLineEnd), ElementsAre("a", "", "b", ""));
 }
@@ -178,15 +181,18 @@ TEST(Text, ContainmentDoesNotNormalise) {
   EXPECT_FALSE(Text::contains("caf\xC3\xA9", "e\xCC\x81"));
 }
 
-TEST(Text, EqualityIgnoringCaseFoldsASCIILettersOnly) {
-  EXPECT_TRUE(Text::equalsIgnoringCase("OpenUI", "oPENui"));
-  EXPECT_TRUE(Text::equalsIgnoringCase("", ""));
-  EXPECT_FALSE(Text::equalsIgnoringCase("OpenUI", "OpenU"));
-  EXPECT_FALSE(Text::equalsIgnoringCase("OpenU", "OpenUI"));
-  EXPECT_FALSE(Text::equalsIgnoringCase("\xC3\x89", "\xC3\xA9"));        // E and e with acute accent
-  EXPECT_FALSE(Text::equalsIgnoringCase("K", "\xE2\x84\xAA"));           // the Kelvin sign
-  EXPECT_FALSE(Text::equalsIgnoringCase("@[`{", "`{@["));                // 32 apart, and no letters
-  EXPECT_TRUE(Text::equalsIgnoringCase("AZaz", "azAZ"));
+TEST(Text, PrefixIgnoringCaseFoldsASCIILettersOnly) {
+  EXPECT_TRUE(Text::startsWithIgnoringCase("OpenUI: x", "oPENui"));
+  EXPECT_TRUE(Text::startsWithIgnoringCase("OpenUI", "OpenUI"));
+  EXPECT_TRUE(Text::startsWithIgnoringCase("AZaz", "azAZ"));
+  EXPECT_TRUE(Text::startsWithIgnoringCase("x", ""));
+  EXPECT_TRUE(Text::startsWithIgnoringCase("", ""));
+  EXPECT_FALSE(Text::startsWithIgnoringCase("OpenU", "OpenUI"));
+  EXPECT_FALSE(Text::startsWithIgnoringCase("xOpenUI", "OpenUI"));
+  EXPECT_FALSE(Text::startsWithIgnoringCase("\xC3\x89", "\xC3\xA9"));  // E and e with acute accent
+  EXPECT_FALSE(Text::startsWithIgnoringCase("\xE2\x84\xAA", "K"));     // the Kelvin sign
+  EXPECT_FALSE(Text::startsWithIgnoringCase("@", "`"));                // 32 apart, and no letters
+  EXPECT_FALSE(Text::startsWithIgnoringCase("[", "{"));
 }
 
 TEST(Text, AnAbsentTextPrintsAsNullInParentheses) {

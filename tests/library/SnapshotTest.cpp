@@ -35,6 +35,11 @@ std::string errorOf(const std::string& text) {
   return {};
 }
 
+// Each text is of the wrong form; the error names the member that stands beside it.
+void expectErrorsThatNameTheMember(const std::vector<std::pair<std::string, std::string>>& cases) {
+  for (const auto& [text, member] : cases) EXPECT_THAT(errorOf(text), HasSubstr("\"" + member + "\"")) << text;
+}
+
 std::string errorOfFile(const std::string& path) {
   try {
     Snapshot::fromFile(path);
@@ -151,50 +156,44 @@ TEST(Snapshot, FirstDeviceThatMatchesIsTaken) {
   EXPECT_EQ(found(snapshot, "socket://b", ""), "any");
 }
 
-// A snapshot of the wrong form, and the member that the error names.
-struct BadForm {
-  std::string text;
-  std::string member;
-};
-
-class SnapshotOfTheWrongForm : public testing::TestWithParam<BadForm> {};
-
-TEST_P(SnapshotOfTheWrongForm, IsAnErrorThatNamesTheMember) {
-  EXPECT_THAT(errorOf(GetParam().text), HasSubstr("\"" + GetParam().member + "\""));
+TEST(Snapshot, WrongFormatIsAnErrorThatNamesTheMember) {
+  expectErrorsThatNameTheMember(
+      {{"{}", "format"},
+       {R"({"formatVersion": 1, "devices": []})", "format"},
+       {R"({"format": "other", "formatVersion": 1, "devices": []})", "format"},
+       {R"({"format": "Vorantis-Device-Snapshot", "formatVersion": 1, "devices": []})", "format"},
+       {R"({"format": 5, "formatVersion": 1, "devices": []})", "format"},
+       {R"({"format": null, "formatVersion": 1, "devices": []})", "format"}});
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Format, SnapshotOfTheWrongForm,
-    testing::Values(BadForm{"{}", "format"}, BadForm{R"({"formatVersion": 1, "devices": []})", "format"},
-                    BadForm{R"({"format": "other", "formatVersion": 1, "devices": []})", "format"},
-                    BadForm{R"({"format": "Vorantis-Device-Snapshot", "formatVersion": 1, "devices": []})", "format"},
-                    BadForm{R"({"format": 5, "formatVersion": 1, "devices": []})", "format"},
-                    BadForm{R"({"format": null, "formatVersion": 1, "devices": []})", "format"}));
-INSTANTIATE_TEST_SUITE_P(
-    FormatVersion, SnapshotOfTheWrongForm,
-    testing::Values(
-        BadForm{R"({"format": "vorantis-device-snapshot", "devices": []})", "formatVersion"},
-        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": 2, "devices": []})", "formatVersion"},
-        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": 0, "devices": []})", "formatVersion"},
-        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": "1", "devices": []})", "formatVersion"},
-        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": 1.0, "devices": []})", "formatVersion"},
-        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": true, "devices": []})", "formatVersion"},
-        BadForm{R"({"format": "vorantis-device-snapshot", "formatVersion": null, "devices": []})", "formatVersion"}));
-INSTANTIATE_TEST_SUITE_P(
-    Members, SnapshotOfTheWrongForm,
-    testing::Values(
-        BadForm{withMembers(""), "devices"}, BadForm{withMembers(R"("devices": null)"), "devices"},
-        BadForm{withMembers(R"("devices": {})"), "devices"}, BadForm{withMembers(R"("devices": "a")"), "devices"},
-        BadForm{withMembers(R"("devices": ["a"])"), "devices"},
-        BadForm{withMembers(R"("devices": [{}, [{}]])"), "devices"},
-        BadForm{withMembers(R"("devices": [], "offersServiceInfoWithSpec": 1)"), "offersServiceInfoWithSpec"},
-        BadForm{withMembers(R"("devices": [], "offersServiceInfoWithSpec": "no")"), "offersServiceInfoWithSpec"},
-        BadForm{withMembers(R"("devices": [{"uri": 5}])"), "uri"},
-        BadForm{withMembers(R"("devices": [{}, {"uri": []}])"), "uri"},
-        BadForm{withMembers(R"("devices": [{"modelName": false}])"), "modelName"},
-        BadForm{withMembers(R"("devices": [{"deviceFamilyName": {}}])"), "deviceFamilyName"},
-        BadForm{withMembers(R"("devices": [{"dataStore": []}])"), "dataStore"},
-        BadForm{withMembers(R"("devices": [{"dataStore": "a"}])"), "dataStore"}));
+TEST(Snapshot, WrongFormatVersionIsAnErrorThatNamesTheMember) {
+  expectErrorsThatNameTheMember(
+      {{R"({"format": "vorantis-device-snapshot", "devices": []})", "formatVersion"},
+       {R"({"format": "vorantis-device-snapshot", "formatVersion": 2, "devices": []})", "formatVersion"},
+       {R"({"format": "vorantis-device-snapshot", "formatVersion": 0, "devices": []})", "formatVersion"},
+       {R"({"format": "vorantis-device-snapshot", "formatVersion": "1", "devices": []})", "formatVersion"},
+       {R"({"format": "vorantis-device-snapshot", "formatVersion": 1.0, "devices": []})", "formatVersion"},
+       {R"({"format": "vorantis-device-snapshot", "formatVersion": true, "devices": []})", "formatVersion"},
+       {R"({"format": "vorantis-device-snapshot", "formatVersion": null, "devices": []})", "formatVersion"}});
+}
+
+TEST(Snapshot, MemberOfTheWrongTypeIsAnErrorThatNamesIt) {
+  expectErrorsThatNameTheMember(
+      {{withMembers(""), "devices"},
+       {withMembers(R"("devices": null)"), "devices"},
+       {withMembers(R"("devices": {})"), "devices"},
+       {withMembers(R"("devices": "a")"), "devices"},
+       {withMembers(R"("devices": ["a"])"), "devices"},
+       {withMembers(R"("devices": [{}, [{}]])"), "devices"},
+       {withMembers(R"("devices": [], "offersServiceInfoWithSpec": 1)"), "offersServiceInfoWithSpec"},
+       {withMembers(R"("devices": [], "offersServiceInfoWithSpec": "no")"), "offersServiceInfoWithSpec"},
+       {withMembers(R"("devices": [{"uri": 5}])"), "uri"},
+       {withMembers(R"("devices": [{}, {"uri": []}])"), "uri"},
+       {withMembers(R"("devices": [{"modelName": false}])"), "modelName"},
+       {withMembers(R"("devices": [{"deviceFamilyName": {}}])"), "deviceFamilyName"},
+       {withMembers(R"("devices": [{"dataStore": []}])"), "dataStore"},
+       {withMembers(R"("devices": [{"dataStore": "a"}])"), "dataStore"}});
+}
 
 TEST(Snapshot, WhatIsNoObjectIsAnError) {
   for (const char* text : {"[]", "\"a\"", "1", "true"}) EXPECT_THAT(errorOf(text), HasSubstr("object")) << text;

@@ -6,7 +6,6 @@
 #include "tests/library/Environment.h"
 #include "tests/library/ModuleCopy.h"
 
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -33,9 +32,12 @@ std::string nested(std::size_t levels) {
 }
 
 /// A fresh stored library with an environment of its own. No snapshot is set at first.
-class StoredDeviceModelLibrary : public testing::Test {
- protected:
-  ~StoredDeviceModelLibrary() override {
+class FreshLibrary {
+ public:
+  FreshLibrary() = default;
+  FreshLibrary(const FreshLibrary&) = delete;
+  FreshLibrary& operator=(const FreshLibrary&) = delete;
+  ~FreshLibrary() {
     if (info_ != nullptr) table().releaseServiceInfo(info_);
     if (store_ != nullptr) table().releaseStore(store_);
     if (item_ != nullptr) table().releaseItem(item_);
@@ -107,6 +109,25 @@ class StoredDeviceModelLibrary : public testing::Test {
   QZVMItem* item_ = nullptr;
 };
 
+// Each text is a snapshot that cannot be used: it fails the first operation, and what goes to the log is the reason
+// that the operation gives, with the file and the text that stands beside it.
+void expectDiagnostics(const std::vector<std::pair<std::string, std::string>>& cases) {
+  for (const auto& [text, diagnostic] : cases) {
+    SCOPED_TRACE(text);
+    FreshLibrary library;
+    library.useLog();
+    library.useSnapshot(text);
+    QZVMServiceInfo* out = nullptr;
+    EXPECT_EQ(library.table().serviceInfoWithURI(textOf("socket://a"), &out), QZVM_FAILED);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_THAT(library.lastError(), StartsWith(library.snapshotPath() + ": "));
+    EXPECT_THAT(library.lastError(), HasSubstr(diagnostic));
+    EXPECT_EQ(contentsOfFile(library.logPath()), library.lastError() + "\n");
+  }
+}
+
+class StoredDeviceModelLibrary : public testing::Test, protected FreshLibrary {};
+
 }  // namespace
 
 TEST_F(StoredDeviceModelLibrary, HasTheInterfaceVersionOfItsHeader) {
@@ -131,7 +152,7 @@ TEST_F(StoredDeviceModelLibrary, WithAnEmptySnapshotVariableKnowsNoDevice) {
   EXPECT_EQ(familyName(info()), "absent");
 }
 
-TEST_F(StoredDeviceModelLibrary, OffersSpecByDefaultAndNotWhenItPlaysAnOlderLibrary) {
+TEST_F(StoredDeviceModelLibrary, OffersSpecByDefault) {
   useSnapshot(withDevices(""));
   EXPECT_EQ(table().offersServiceInfoWithSpec(), QZVM_OK);
 }
@@ -335,49 +356,36 @@ TEST_F(StoredDeviceModelLibrary, DiagnosticsNeverGoToStandardErrorOrOutput) {
   EXPECT_EQ(withFolderAsLog, QZVM_FAILED);
 }
 
-// A snapshot that cannot be used, and what the diagnostic says beside the file.
-struct Unusable {
-  std::string text;
-  std::string diagnostic;
-};
-
-class UnusableSnapshot : public StoredDeviceModelLibrary, public testing::WithParamInterface<Unusable> {};
-
-TEST_P(UnusableSnapshot, FailsTheOperationAndIsLoggedWithFileAndPlace) {
-  useLog();
-  useSnapshot(GetParam().text);
-  QZVMServiceInfo* out = nullptr;
-  EXPECT_EQ(table().serviceInfoWithURI(textOf("socket://a"), &out), QZVM_FAILED);
-  EXPECT_EQ(out, nullptr);
-  EXPECT_THAT(lastError(), StartsWith(snapshotPath() + ": "));
-  EXPECT_THAT(lastError(), HasSubstr(GetParam().diagnostic));
-  EXPECT_EQ(contentsOfFile(logPath()), lastError() + "\n");
+TEST(UnusableSnapshot, SnapshotThatIsNoJSONIsLoggedWithFileAndLine) {
+  expectDiagnostics({{"", "line 1"},
+                     {"{\n\"format\": oops}", "line 2"},
+                     {withDevices("") + "\n}", "line 2"},
+                     {"{\n\"a\": \"\\uD83D\"}", "line 2"},
+                     {"{\n\n\"a\": \"\xFF\"}", "line 3"},
+                     {"{\n\"a\": 1e999}", "line 2"},
+                     {withMembers("\n\"devices\": [{\"dataStore\": {\"a\": " + nested(61) + "}}]"), "64 levels"},
+                     {withMembers("\n\"devices\": [{\"dataStore\": {\"a\": " + nested(61) + "}}]"), "line 2"},
+                     {"null", "a value is expected"}});
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    NoJSON, UnusableSnapshot,
-    testing::Values(Unusable{"", "line 1"}, Unusable{"{\n\"format\": oops}", "line 2"},
-                    Unusable{withDevices("") + "\n}", "line 2"}, Unusable{"{\n\"a\": \"\\uD83D\"}", "line 2"},
-                    Unusable{"{\n\n\"a\": \"\xFF\"}", "line 3"}, Unusable{"{\n\"a\": 1e999}", "line 2"},
-                    Unusable{withMembers("\n\"devices\": [{\"dataStore\": {\"a\": " + nested(61) + "}}]"), "64 levels"},
-                    Unusable{withMembers("\n\"devices\": [{\"dataStore\": {\"a\": " + nested(61) + "}}]"), "line 2"},
-                    Unusable{"null", "a value is expected"}));
-INSTANTIATE_TEST_SUITE_P(
-    WrongForm, UnusableSnapshot,
-    testing::Values(
-        Unusable{"[]", "object"}, Unusable{R"({"formatVersion": 1, "devices": []})", "\"format\""},
-        Unusable{R"({"format": "x", "formatVersion": 1, "devices": []})", "\"format\""},
-        Unusable{R"({"format": 1, "formatVersion": 1, "devices": []})", "\"format\""},
-        Unusable{R"({"format": "vorantis-device-snapshot", "devices": []})", "\"formatVersion\""},
-        Unusable{R"({"format": "vorantis-device-snapshot", "formatVersion": 2, "devices": []})", "\"formatVersion\""},
-        Unusable{R"({"format": "vorantis-device-snapshot", "formatVersion": "1", "devices": []})", "\"formatVersion\""},
-        Unusable{withMembers(""), "\"devices\""}, Unusable{withMembers(R"("devices": {})"), "\"devices\""},
-        Unusable{withDevices("5"), "\"devices\""},
-        Unusable{withMembers(R"("devices": [], "offersServiceInfoWithSpec": 0)"), "\"offersServiceInfoWithSpec\""},
-        Unusable{withDevices(R"({"uri": 5})"), "\"uri\""},
-        Unusable{withDevices(R"({"modelName": []})"), "\"modelName\""},
-        Unusable{withDevices(R"({"deviceFamilyName": 5})"), "\"deviceFamilyName\""},
-        Unusable{withDevices(R"({"dataStore": []})"), "\"dataStore\""}));
+TEST(UnusableSnapshot, SnapshotOfTheWrongFormIsLoggedWithFileAndMember) {
+  expectDiagnostics(
+      {{"[]", "object"},
+       {R"({"formatVersion": 1, "devices": []})", "\"format\""},
+       {R"({"format": "x", "formatVersion": 1, "devices": []})", "\"format\""},
+       {R"({"format": 1, "formatVersion": 1, "devices": []})", "\"format\""},
+       {R"({"format": "vorantis-device-snapshot", "devices": []})", "\"formatVersion\""},
+       {R"({"format": "vorantis-device-snapshot", "formatVersion": 2, "devices": []})", "\"formatVersion\""},
+       {R"({"format": "vorantis-device-snapshot", "formatVersion": "1", "devices": []})", "\"formatVersion\""},
+       {withMembers(""), "\"devices\""},
+       {withMembers(R"("devices": {})"), "\"devices\""},
+       {withDevices("5"), "\"devices\""},
+       {withMembers(R"("devices": [], "offersServiceInfoWithSpec": 0)"), "\"offersServiceInfoWithSpec\""},
+       {withDevices(R"({"uri": 5})"), "\"uri\""},
+       {withDevices(R"({"modelName": []})"), "\"modelName\""},
+       {withDevices(R"({"deviceFamilyName": 5})"), "\"deviceFamilyName\""},
+       {withDevices(R"({"dataStore": []})"), "\"dataStore\""}});
+}
 
 TEST_F(StoredDeviceModelLibrary, SixtyFourLevelsAreGivenInFull) {
   // The snapshot itself, "devices", the device and "dataStore" are the first four.

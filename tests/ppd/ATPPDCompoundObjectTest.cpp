@@ -14,7 +14,7 @@
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using TestSupport::textsOf;
+using TestSupport::linesOf;
 
 namespace {
 
@@ -27,7 +27,7 @@ std::shared_ptr<ATPPDObject> plain(const std::string& line) {
 TEST(ATPPDCompoundObject, IsEmptyAtFirst) {
   const ATPPDCompoundObject object;
   EXPECT_TRUE(object.PPDObjects().empty());
-  EXPECT_THAT(textsOf(object), IsEmpty());
+  EXPECT_THAT(linesOf(object), IsEmpty());
 }
 
 TEST(ATPPDCompoundObject, TakesNoLinesItself) {
@@ -43,7 +43,7 @@ TEST(ATPPDCompoundObject, StringsAreThoseOfEveryChildInOrder) {
   object.appendObjectToPPDObjects(plain("1\n"));
   object.appendObjectToPPDObjects(std::make_shared<ATPPDObject>());
   object.appendObjectToPPDObjects(two);
-  EXPECT_THAT(textsOf(object), ElementsAre("1\n", "2\n", "3\n"));
+  EXPECT_THAT(linesOf(object), ElementsAre("1\n", "2\n", "3\n"));
   EXPECT_EQ(object.PPDObjects().size(), 3U);
 }
 
@@ -54,7 +54,7 @@ TEST(ATPPDCompoundObject, StringsReachThroughChildrenOfChildren) {
   outer.appendObjectToPPDObjects(plain("before\n"));
   outer.appendObjectToPPDObjects(inner);
   outer.appendObjectToPPDObjects(plain("behind\n"));
-  EXPECT_THAT(textsOf(outer), ElementsAre("before\n", "inner\n", "behind\n"));
+  EXPECT_THAT(linesOf(outer), ElementsAre("before\n", "inner\n", "behind\n"));
 }
 
 TEST(ATPPDCompoundObject, InsertsBeforeTheIndex) {
@@ -63,7 +63,7 @@ TEST(ATPPDCompoundObject, InsertsBeforeTheIndex) {
   object.insertObjectToPPDObjects(plain("a"), 0);
   object.insertObjectToPPDObjects(plain("d"), 2);
   object.insertObjectToPPDObjects(plain("c"), 2);
-  EXPECT_THAT(textsOf(object), ElementsAre("a", "b", "c", "d"));
+  EXPECT_THAT(linesOf(object), ElementsAre("a", "b", "c", "d"));
 }
 
 TEST(ATPPDCompoundObject, RefusesAnIndexAboveTheNumberOfChildren) {
@@ -71,7 +71,7 @@ TEST(ATPPDCompoundObject, RefusesAnIndexAboveTheNumberOfChildren) {
   EXPECT_THROW(object.insertObjectToPPDObjects(plain("a"), 1), ATException);
   object.appendObjectToPPDObjects(plain("a"));
   EXPECT_THROW(object.insertObjectToPPDObjects(plain("b"), 2), ATException);
-  EXPECT_THAT(textsOf(object), ElementsAre("a"));
+  EXPECT_THAT(linesOf(object), ElementsAre("a"));
 }
 
 TEST(ATPPDCompoundObject, RemovesByIdentity) {
@@ -91,7 +91,7 @@ TEST(ATPPDCompoundObject, RemovesOneOccurrence) {
   object.appendObjectToPPDObjects(twice);
   object.appendObjectToPPDObjects(twice);
   object.removeObjectFromPPDObjects(twice.get());
-  EXPECT_THAT(textsOf(object), ElementsAre("twice"));
+  EXPECT_THAT(linesOf(object), ElementsAre("twice"));
 }
 
 TEST(ATPPDCompoundObject, RemovingNullOrAStrangerDoesNothing) {
@@ -99,7 +99,7 @@ TEST(ATPPDCompoundObject, RemovingNullOrAStrangerDoesNothing) {
   object.appendObjectToPPDObjects(plain("a"));
   object.removeObjectFromPPDObjects(nullptr);
   object.removeObjectFromPPDObjects(plain("a").get());
-  EXPECT_THAT(textsOf(object), ElementsAre("a"));
+  EXPECT_THAT(linesOf(object), ElementsAre("a"));
 }
 
 TEST(ATPPDCompoundObject, AChildsChildIsNoChild) {
@@ -109,7 +109,7 @@ TEST(ATPPDCompoundObject, AChildsChildIsNoChild) {
   ATPPDCompoundObject outer;
   outer.appendObjectToPPDObjects(inner);
   outer.removeObjectFromPPDObjects(leaf.get());
-  EXPECT_THAT(textsOf(outer), ElementsAre("leaf"));
+  EXPECT_THAT(linesOf(outer), ElementsAre("leaf"));
 }
 
 TEST(ATPPDCompoundObject, TheSetterReplacesTheWholeList) {
@@ -119,7 +119,7 @@ TEST(ATPPDCompoundObject, TheSetterReplacesTheWholeList) {
   fresh.append(plain("new 1"));
   fresh.append(plain("new 2"));
   object.setPPDObjects(std::move(fresh));
-  EXPECT_THAT(textsOf(object), ElementsAre("new 1", "new 2"));
+  EXPECT_THAT(linesOf(object), ElementsAre("new 1", "new 2"));
   object.appendObjectToPPDObjects(plain("new 3"));
-  EXPECT_THAT(textsOf(object), ElementsAre("new 1", "new 2", "new 3"));
+  EXPECT_THAT(linesOf(object), ElementsAre("new 1", "new 2", "new 3"));
 }

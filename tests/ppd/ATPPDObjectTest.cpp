@@ -12,11 +12,11 @@
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using TestSupport::textsOf;
+using TestSupport::linesOf;
 
 TEST(ATPPDObject, HasNoLinesAtFirst) {
   const ATPPDObject object;
-  EXPECT_THAT(textsOf(object), IsEmpty());
+  EXPECT_THAT(linesOf(object), IsEmpty());
   EXPECT_TRUE(object.container().empty());
 }
 
@@ -27,12 +27,12 @@ TEST(ATPPDObject, KeepsLinesOfEveryTypeInOrder) {
     expected.push_back("line of type " + std::to_string(type) + "\r\n");
     object.addString(expected.back(), static_cast<PPDLineType>(type));
   }
-  EXPECT_EQ(textsOf(object), expected);
-  EXPECT_EQ(textsOf(object.container()), expected);
+  EXPECT_EQ(linesOf(object), expected);
+  EXPECT_EQ(TestSupport::textsOf(object.container()), expected);
 }
 
 TEST(ATPPDObject, ObjectWithStringHoldsTheLine) {
-  EXPECT_THAT(textsOf(*ATPPDObject::objectWithString("*% x\n", PPDLineTypeComment)), ElementsAre("*% x\n"));
+  EXPECT_THAT(linesOf(*ATPPDObject::objectWithString("*% x\n", PPDLineTypeComment)), ElementsAre("*% x\n"));
 }
 
 TEST(ATPPDObject, ObjectWithStringIsPlainAlsoFromASubclass) {
@@ -49,5 +49,5 @@ TEST(ATPPDObject, StringsAreANewList) {
   object.addString("one\n", PPDLineTypeStatement);
   auto strings = object.strings();
   strings.clear();
-  EXPECT_THAT(textsOf(object), ElementsAre("one\n"));
+  EXPECT_THAT(linesOf(object), ElementsAre("one\n"));
 }

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -210,11 +210,11 @@ TEST(PPDExtentions, TextTakesSpaceToTheLastLatin1CharacterWithoutFourOfThem) {
     const bool valid = character >= 32 && text.find_first_of("\":<>") == std::string::npos;
     EXPECT_EQ(isValidPPDText(text), valid) << character;
   }
-  EXPECT_TRUE(isValidPPDText("\xC2\x80"));              // U+0080
-  EXPECT_TRUE(isValidPPDText("Papier glac\xC3\xA9"));   // U+00E9
-  EXPECT_TRUE(isValidPPDText("\xC3\xBF"));              // U+00FF
-  EXPECT_FALSE(isValidPPDText("\xC4\x80"));             // U+0100
-  EXPECT_FALSE(isValidPPDText("\xE2\x82\xAC"));         // Euro sign
+  EXPECT_TRUE(isValidPPDText("\xC2\x80"));             // U+0080
+  EXPECT_TRUE(isValidPPDText("Papier glac\xC3\xA9"));  // U+00E9
+  EXPECT_TRUE(isValidPPDText("\xC3\xBF"));             // U+00FF
+  EXPECT_FALSE(isValidPPDText("\xC4\x80"));            // U+0100
+  EXPECT_FALSE(isValidPPDText("\xE2\x82\xAC"));        // Euro sign
   EXPECT_FALSE(isValidPPDText("a\tb"));
   EXPECT_FALSE(isValidPPDText("a:b"));
   EXPECT_FALSE(isValidPPDText("a\n"));
@@ -229,7 +229,8 @@ TEST(PPDExtentions, EveryBadUnitOfATextIsLogged) {
 }
 
 TEST(PPDExtentions, BothHalvesOfASurrogatePairAreLogged) {
-  const std::string message = "-[PPDExtentions isValidPPDText]: The text: \"\xF0\x9F\x98\x80\" is not valid PPD text.\n";
+  const std::string message =
+      "-[PPDExtentions isValidPPDText]: The text: \"\xF0\x9F\x98\x80\" is not valid PPD text.\n";
   const TestSupport::Log log;
   EXPECT_FALSE(isValidPPDText("\xF0\x9F\x98\x80"));
   log.expect(message + message);

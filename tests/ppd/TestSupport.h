@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <ios>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -20,13 +22,16 @@ namespace TestSupport {
 
 using Texts = std::vector<std::string>;
 
-inline Texts textsOf(const StatementStrings& strings) {
+/// The texts of any list of statement strings.
+template <class List>
+Texts textsOf(const List& strings) {
   Texts texts;
-  for (const StatementString& string : strings) texts.emplace_back(string.view());
+  for (std::size_t index = 0; index < strings.size(); ++index) texts.emplace_back(strings[index].view());
   return texts;
 }
 
-inline Texts textsOf(const IATPPDObject& object) {
+/// The lines that an object is written as.
+inline Texts linesOf(const IATPPDObject& object) {
   return textsOf(object.strings());
 }
 
@@ -45,10 +50,14 @@ class TemporaryFile {
 
   const std::string& path() const { return path_; }
 
-  std::string bytes() const {
+  /// The file's bytes, from this one on.
+  std::string bytes(std::streamoff start = 0) const {
     std::ifstream file(path_, std::ios::binary);
+    file.seekg(start);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   }
+
+  std::streamoff size() const { return std::ifstream(path_, std::ios::binary | std::ios::ate).tellg(); }
 
  private:
   std::string path_;
@@ -58,9 +67,9 @@ class TemporaryFile {
 /// diagnostic build logs any.
 class Log {
  public:
-  Log() : start_(file().bytes().size()) {}
+  Log() : start_(file().size()) {}
 
-  std::string messages() const { return file().bytes().substr(start_); }
+  std::string messages() const { return file().bytes(start_); }
 
   /// Expects exactly these messages in the diagnostic build, and none otherwise.
   void expect(const std::string& expected) const { EXPECT_EQ(messages(), ATDiagnosticLog ? expected : std::string()); }
@@ -74,7 +83,7 @@ class Log {
     return shared;
   }
 
-  std::size_t start_;
+  std::streamoff start_;
 };
 
 }  // namespace TestSupport

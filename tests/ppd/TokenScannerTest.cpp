@@ -72,7 +72,10 @@ TEST(TokenScanner, ReadsNothingInFrontOfAStopCharacterOrTheEnd) {
 TEST(TokenScanner, ReadsUpToWhiteSpaceOrAStopCharacter) {
   EXPECT_EQ(TokenScanner("Foo Bar: x").readUpToWhiteSpaceOr(":"), "Foo");
   EXPECT_EQ(TokenScanner("Foo\tBar").readUpToWhiteSpaceOr(":"), "Foo");
-  EXPECT_EQ(TokenScanner("Foo\xC2\xA0" "Bar").readUpToWhiteSpaceOr(":"), "Foo");
+  EXPECT_EQ(TokenScanner("Foo\xC2\xA0"
+                         "Bar")
+                .readUpToWhiteSpaceOr(":"),
+            "Foo");
   EXPECT_EQ(TokenScanner(" Foo: x").readUpToWhiteSpaceOr(":"), "Foo");
   EXPECT_EQ(TokenScanner(":").readUpToWhiteSpaceOr(":"), std::nullopt);
 }

@@ -235,7 +235,8 @@ TEST(ATCustomMediaTypesReaderImpl, RecordsComeInTheOrderOfTheStore) {
                                                {"a", mapOf({{"Name", "second"}})},
                                                {"m", mapOf({{"Name", "third"}})}})}});
   std::vector<std::string> names;
-  for (const DeviceValue& record : *read().valueForKey("MediaList").list()) {
+  const auto list = read().valueForKey("MediaList").list();
+  for (const DeviceValue& record : *list) {
     names.push_back(record.valueForKey("MediaName").description());
   }
   EXPECT_THAT(names, ElementsAre("first", "second", "third"));

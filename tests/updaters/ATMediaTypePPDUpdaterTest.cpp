@@ -111,9 +111,10 @@ TEST(ATMediaTypePPDUpdater, WithoutAMediaListLeavesTheEarlierSetupAsItIs) {
 }
 
 TEST(ATMediaTypePPDUpdater, AnEmptyMediaListRemovesTheEarlierSetup) {
-  EXPECT_EQ(
-      updated(kEarlierSetup, mediaList({})),
-      kHead + "*QZValueAttributes MediaType.Plain: \"a=b;defaultGE='(null)'\"\n\n" + kVersion + mediaTypes(kPlain));
+  EXPECT_EQ(updated(kEarlierSetup, mediaList({})), kHead +
+                                                       "*QZValueAttributes MediaType.Plain: "
+                                                       "\"a=b;defaultGE='(null)'\"\n" +
+                                                       kVersion + "\n" + mediaTypes(kPlain));
 }
 
 TEST(ATMediaTypePPDUpdater, WritesTheVersionWithoutQuotes) {
@@ -165,11 +166,10 @@ TEST(ATMediaTypePPDUpdater, ASecondSetupOfTheWrittenPPDGivesTheSameAgain) {
   const DeviceValue data =
       mediaList({customMedium("Canvas", "4711", "12"), extendedMedium("Film", "9"), customMedium("Linen", "4812")});
   const std::string first = updated(text, data);
-  const std::string second = updated(first, data);
-  // The empty line behind the *End of each group is not part of the group statement.
-  const std::size_t emptyLines = 2;
-  EXPECT_EQ(second.size(), first.size() + emptyLines);
-  EXPECT_EQ(updated(text, mediaList({})), text.substr(0, text.find("*OpenGroup")) + kVersion + mediaTypes(kPlain));
+  // The empty line behind the *End of each group is no part of the group and stays where the last setup stood.
+  const std::size_t options = first.find("*OpenGroup");
+  const std::string emptyLines = "\n\n";
+  EXPECT_EQ(updated(first, data), first.substr(0, options) + emptyLines + first.substr(options));
 }
 
 TEST(ATMediaTypePPDUpdater, ChoiceNamesStayDenseWhenARecordHasNoName) {
@@ -698,7 +698,7 @@ TEST(ATMediaTypePPDUpdater, TheNameIsTheSameInEveryLanguageButEnglish) {
 TEST(ATMediaTypePPDUpdater, AMainTextHasCharactersUpTo9D) {
   const Updater updater;
   for (const char* name :
-       {"A", " ", "~", "My Paper 24\"", "a\tb", "\x7F", "\u0080", "\u0085", "\u009D", "<>/\\", "*%", "\x1F\x20" + 1}) {
+       {"A", " ", "~", "My Paper 24\"", "a\tb", "\x7F", "\u0080", "\u0085", "\u009D", "<>/\\", "*%"}) {
     EXPECT_TRUE(updater.validMediaUIName(name)) << name;
   }
   for (const char* name : {"", "a:b", "a\nb", "a\rb", "\n", ":", "\u009E", "\u00A0", "\u00E9", "Caf\u00E9", "\u20AC",

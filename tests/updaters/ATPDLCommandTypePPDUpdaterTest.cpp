@@ -221,7 +221,7 @@ TEST(ATPDLCommandTypePPDUpdater, AsksForTheDeviceWithItsURIAndNoModelName) {
   EXPECT_EQ(library.storeQuestions, 0);
 }
 
-TEST(ATPDLCommandTypePPDUpdater, LeavesAnEmptyURIOutOfTheSpecification) {
+TEST(ATPDLCommandTypePPDUpdater, GivesTheLibraryNoEmptyURI) {
   FakeLibrary library("CID:QZVR2PCLS");
   EXPECT_EQ(ATPDLCommandTypePPDUpdater().getDeviceFamilyName(""), "QZVR2PCLS");
   ASSERT_EQ(library.specs.size(), 1U);

@@ -1,0 +1,180 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Measures whole runs of the tool and prints the figures that the project watches.
+
+  floor   on a PPD of 300 KB that names no updaters, the tool's time over that of a program that only reads the file with
+          the CUPS reader and writes it back; and what each further byte costs, start-up subtracted, over what it costs
+          libcups' ppdOpenFile; and the memory above the floor program's
+  growth  the exponent with which time grows in lines, media, profiles and in what an earlier setup left, from runs of
+          four sizes each (1 is proportional)
+
+Times are the smallest of many runs that take turns with those they are compared with. The benchmark measures and never
+fails.
+"""
+import argparse
+import json
+import math
+import os
+import pathlib
+import subprocess
+import tempfile
+
+URI = "socket://192.0.2.10:9100"
+LANGUAGES = "en de fr it es pt nl da sv fi no pl cs hu ru tr ja ko zh_CN zh_TW"
+FACTORY = """*PPD-Adobe: "4.3"
+*ModelName: "Z9"
+*cupsLanguages: "{languages}"
+*QZPPDUpdaters: "{updater}"
+*cupsICCQualifier1: "QZGlossEnhancerSimplified"
+*cupsICCQualifier3: "OutputMode"
+*QZValueAttributes MediaType.Plain: "glossy=YES;defaultGE='False'"
+{statements}*OpenGroup: QZImagingOptions/Imaging Options
+*OpenUI *MediaType/Media Type: PickOne
+*DefaultMediaType: Plain
+*MediaType Plain/Plain: "(factory-1001)"
+*CloseUI: *MediaType
+*OpenUI *QZGlossEnhancerSimplified/Gloss: Boolean
+*DefaultQZGlossEnhancerSimplified: False
+*CloseUI: *QZGlossEnhancerSimplified
+*CloseGroup: QZImagingOptions
+"""
+
+
+class Bench:
+    def __init__(self, options, folder):
+        self.options = options
+        self.folder = folder
+        self.environment = {**os.environ, "LD_LIBRARY_PATH": str(options.library_dir)}
+
+    def measure(self, runs, *commands, snapshot=None):
+        """For each command: smallest wall time, median, smallest processor time (seconds), largest size (bytes)."""
+        line = [str(self.options.measure), str(runs)]
+        for index, command in enumerate(commands):
+            line += (["--"] if index else []) + [str(word) for word in command]
+        environment = {**self.environment, **({"QZVORANTISMODEL_SNAPSHOT": str(snapshot)} if snapshot else {})}
+        output = subprocess.run(line, env=environment, stdout=subprocess.PIPE, check=True, text=True).stdout
+        rows = [[float(word) for word in row.split()] for row in output.splitlines()]
+        return [(row[0] / 1e6, row[1] / 1e6, row[2] / 1e6, row[3] * 1024) for row in rows]
+
+    def tool(self, ppd):
+        return [self.options.tool, URI, ppd]
+
+    def write(self, name, text):
+        path = self.folder / name
+        path.write_text(text)
+        return path
+
+    def floor(self):
+        ppd = self.write("large.ppd", plain_ppd(300_000))
+        empty = self.write("empty.ppd", "")
+        size = ppd.stat().st_size
+        small = self.write("small.ppd", plain_ppd(1_000))
+        floor, tool, libcups, floor0, tool0, libcups0 = self.measure(
+            self.options.runs, [self.options.floor, ppd], self.tool(ppd), [self.options.ppdopenfile, ppd],
+            [self.options.floor, empty], self.tool(empty), [self.options.ppdopenfile, small])
+        print(f"a PPD of {size} bytes that names no updaters, smallest of {self.options.runs} runs:")
+        for name, whole, start in (("floor program", floor, floor0), ("tool", tool, tool0),
+                                   ("ppdOpenFile", libcups, libcups0)):
+            per_byte = (whole[0] - start[0]) / size * 1e9
+            print(f"  {name:14} {whole[0] * 1e3:7.2f} ms  median {whole[1] * 1e3:7.2f} ms  processor {whole[2] * 1e3:6.2f} ms"
+                  f"  start-up {start[0] * 1e3:5.2f} ms  each byte {per_byte:5.2f} ns")
+        print(f"  tool / floor program: {tool[0] / floor[0]:.3f} (medians {tool[1] / floor[1]:.3f})")
+        print(f"  each byte, tool / ppdOpenFile: {(tool[0] - tool0[0]) / (libcups[0] - libcups0[0]):.3f}")
+        print(f"  memory above the floor program: {(tool[3] - floor[3]) / size:.2f} times the PPD's size")
+
+    def growth(self, name, sizes, make):
+        """Prints the times for the sizes, and the exponent fitted to time above start-up."""
+        start = self.measure(20, self.tool(self.write("start.ppd", "")))[0][0]
+        points = []
+        for size in sizes:
+            ppd, snapshot = make(size)
+            seconds = self.measure(self.options.growth_runs, self.tool(ppd), snapshot=snapshot)[0][0] - start
+            points.append((size, seconds))
+        exponent = fitted_exponent(points)
+        times = ", ".join(f"{size}: {seconds * 1e3:.1f} ms" for size, seconds in points)
+        print(f"  {name:44} exponent {exponent:.2f}   {times}")
+
+    def setup(self, updater, media, profiles=0, twice=False, statements=""):
+        """A PPD and a snapshot with so many media; twice: the PPD is the result of an earlier setup."""
+        factory = FACTORY.format(languages=LANGUAGES, updater=updater, statements=statements)
+        ppd = self.write("setup.ppd", factory)
+        snapshot = self.write("setup.json", json.dumps(snapshot_of(media, profiles)))
+        if twice:
+            environment = {**self.environment, "QZVORANTISMODEL_SNAPSHOT": str(snapshot)}
+            result = subprocess.run(self.tool(ppd), env=environment, stdout=subprocess.PIPE, check=True).stdout
+            ppd = self.folder / "again.ppd"
+            ppd.write_bytes(result)
+        return ppd, snapshot
+
+
+def plain_ppd(size):
+    """A PPD of about this size: option blocks, constraints and comments in the proportions of a real one."""
+    parts = ['*PPD-Adobe: "4.3"\n*ModelName: "Z9"\n*LanguageEncoding: ISOLatin1\n']
+    length = len(parts[0])
+    option = 0
+    while length < size:
+        lines = [f"*OpenUI *Option{option}/Option {option}: PickOne\n", f"*OrderDependency: {option} AnySetup *Option{option}\n",
+                 f"*DefaultOption{option}: Choice0\n"]
+        lines += [f'*Option{option} Choice{i}/Choice number {i}: "<</Option({i})>>setpagedevice"\n' for i in range(20)]
+        lines += [f"*CloseUI: *Option{option}\n", f"*% Constraints of option {option}\n"]
+        lines += [f"*UIConstraints: *Option{option} Choice{i} *Option0 Choice{i}\n" for i in range(12)]
+        parts.append("".join(lines))
+        length += len(parts[-1])
+        option += 1
+    return "".join(parts)
+
+
+def snapshot_of(media, profiles):
+    items = {}
+    for number in range(media):
+        entries = [{"URL": f"file:///p/{number}-{index}.icc", "ICCName": f"Profile {index}",
+                    "GlossEnhancer": ("OFF", "FULLPAGE", "INKEDAREA")[index % 3], "OutputMode": f"Mode{index}"}
+                   for index in range(profiles)]
+        items[f"m{number}"] = {"Name": f"Medium {number}", "MediumID": f"id-{number}", "CategoryName": "Custom",
+                               "CategoryID": "CUSTOM", "ICCProfiles": entries, "ParentID": "factory-1001",
+                               "PropertiesInfo": {"DefaultGlossEnhancer": "FULLPAGE"}}
+    device = {"dataStore": {"VMCustomMediaStorage": {"MediumListVersion": "1", "MediaInfo": items}}}
+    return {"format": "vorantis-device-snapshot", "formatVersion": 1, "devices": [device]}
+
+
+def fitted_exponent(points):
+    xs = [math.log(size) for size, _ in points]
+    ys = [math.log(max(seconds, 1e-6)) for _, seconds in points]
+    mean_x, mean_y = sum(xs) / len(xs), sum(ys) / len(ys)
+    return sum((x - mean_x) * (y - mean_y) for x, y in zip(xs, ys)) / sum((x - mean_x) ** 2 for x in xs)
+
+
+def factory_statements(count):
+    return "".join(f'*cupsICCProfile False.M{i}.Best/P {i}: "/p/{i}.icc"\n*QZcupsICCProfile False.M{i}.Best/P {i}: "P {i};;/p/{i}.icc"\n'
+                   for i in range(count))
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    for name in ("tool", "floor", "ppdopenfile", "measure", "library-dir"):
+        parser.add_argument(f"--{name}", type=pathlib.Path, required=True)
+    parser.add_argument("--runs", type=int, default=300)
+    parser.add_argument("--growth-runs", type=int, default=3)
+    options = parser.parse_args()
+    with tempfile.TemporaryDirectory() as folder:
+        bench = Bench(options, pathlib.Path(folder))
+        bench.floor()
+        print("growth (the tool's time above start-up):")
+        bench.growth("lines, no updaters", (20_000, 40_000, 80_000, 160_000),
+                     lambda n: (bench.write("lines.ppd", plain_ppd(n * 43)), None))
+        media = (500, 1000, 2000, 4000)
+        postscript, pcl3 = "ATMediaTypePSPPDUpdater", "ATMediaTypePCL3PPDUpdater"
+        bench.growth("media, 20 languages, PostScript", media, lambda n: bench.setup(postscript, n))
+        bench.growth("media again, on an earlier setup, PostScript", media, lambda n: bench.setup(postscript, n, twice=True))
+        bench.growth("media with 3 profiles, 20 languages, PCL3", media, lambda n: bench.setup(pcl3, n, 3))
+        bench.growth("the same again, on an earlier setup", media, lambda n: bench.setup(pcl3, n, 3, twice=True))
+        for updater in ("ATMediaTypePCL3Qualifier3PPDUpdater", "ATMediaTypePCL3Qualifier1PPDUpdater",
+                        "ATGlossyProfilePCL3PPDUpdater"):
+            bench.growth(f"media again, 3 profiles, {updater[11:-10]}", media,
+                         lambda n, updater=updater: bench.setup(updater, n, 3, twice=True))
+        bench.growth("factory profile statements, qualifier 1", (1000, 2000, 4000, 8000),
+                     lambda n: bench.setup("ATMediaTypePCL3Qualifier1PPDUpdater", 1, 1, statements=factory_statements(n)))
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+//
+// Taking an attribute apart and composing it anew. Allowed outcomes: what was not changed is written as it was read; a
+// changed attribute is one canonical line in which the same parts are found again.
+
+#include <cstdint>
+
+#include "base/Text.h"
+#include "ppd/ATPPDAttribute.h"
+#include "tests/fuzz/Check.h"
+#include "tests/support/DocumentReading.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  if (!Text::isValidUTF8(text)) return 0;
+  ATPPDAttribute attribute;
+  for (const std::string& line : DocumentReading::pieces(text)) {
+    if (!Text::isValidUTF8(line)) return 0;
+    attribute.addString(line, PPDLineTypeStatement);
+  }
+  const auto name = attribute.name();
+  const auto spec = attribute.spec();
+  const auto translation = attribute.text();
+  const auto value = attribute.value();
+  CHECK(DocumentReading::textOf(attribute) == text);
+  if (name) CHECK(attribute.isNamed(*name));
+
+  attribute.setValue(attribute.value());
+  CHECK(DocumentReading::textOf(attribute) == text);
+  attribute.setValue(value);
+  const std::string canonical = DocumentReading::textOf(attribute);
+  CHECK(canonical.ends_with(": " + value.value_or("(null)") + "\n"));
+  // An absent name is written as "(null)" and then found in the canonical line, so the parts are the same only with one.
+  if (name) CHECK(attribute.name() == name && attribute.spec() == spec && attribute.value() == value);
+
+  const auto again = ATPPDAttribute::initWithName(name, spec, translation, value);
+  CHECK((again == nullptr) == (!name || name->empty()));
+  if (again != nullptr && value && !value->empty()) CHECK(DocumentReading::textOf(*again) == canonical);
+  const auto reread = ATPPDAttribute::attributeWithString(canonical);
+  const auto isOneWord = [](const std::string& part) {
+    return Text::skip(part, 0, [](char32_t c) { return !Text::isBlank(c); }) == part.size();
+  };
+  if (name && isOneWord(*name)) CHECK(reread->name() == name);
+  if (name && isOneWord(*name) && spec && isOneWord(*spec)) CHECK(reread->spec() == spec);
+  return 0;
+}

@@ -1,0 +1,461 @@
+// SPDX-License-Identifier: MIT
+#include "ppd/ATPPDAttribute.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "tests/ppd/TestSupport.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using TestSupport::linesOf;
+
+namespace {
+
+using Part = ATPPDAttribute::Part;
+constexpr std::nullopt_t null = std::nullopt;
+
+std::shared_ptr<ATPPDAttribute> attribute(const char* line) {
+  return ATPPDAttribute::attributeWithString(line);
+}
+
+std::shared_ptr<ATPPDAttribute> attributeOfLines(const TestSupport::Texts& lines) {
+  auto attribute = std::make_shared<ATPPDAttribute>();
+  for (const std::string& line : lines) attribute->addString(line, PPDLineTypeStatement);
+  return attribute;
+}
+
+Part nameOf(const char* line) {
+  return attribute(line)->name();
+}
+Part specOf(const char* line) {
+  return attribute(line)->spec();
+}
+Part textOf(const char* line) {
+  return attribute(line)->text();
+}
+Part valueOf(const char* line) {
+  return attribute(line)->value();
+}
+Part valueOfLines(const TestSupport::Texts& lines) {
+  return attributeOfLines(lines)->value();
+}
+
+const TestSupport::Texts kSeveralLines = {"*Foo Bar/Text: \"one\r\n", "  two\r\n", "three\"\r\n", "*End\r\n"};
+
+}  // namespace
+
+TEST(ATPPDAttribute, QuotedStatementWithoutAnOptionKeyword) {
+  const auto modelName = attribute("*ModelName: \"Printer 100\"\n");
+  EXPECT_EQ(modelName->name(), "ModelName");
+  EXPECT_EQ(modelName->spec(), null);
+  EXPECT_EQ(modelName->text(), null);
+  EXPECT_EQ(modelName->value(), "\"Printer 100\"");
+}
+
+TEST(ATPPDAttribute, StatementWithAllFourParts) {
+  const auto profile = attribute("*cupsICCProfile RGB.Plain/Plain Paper: \"/Library/Plain.icc\"\n");
+  EXPECT_EQ(profile->name(), "cupsICCProfile");
+  EXPECT_EQ(profile->spec(), "RGB.Plain");
+  EXPECT_EQ(profile->text(), "Plain Paper");
+  EXPECT_EQ(profile->value(), "\"/Library/Plain.icc\"");
+}
+
+TEST(ATPPDAttribute, StatementWithoutQuotes) {
+  const auto foo = attribute("*Foo Bar: Baz\n");
+  EXPECT_EQ(foo->name(), "Foo");
+  EXPECT_EQ(foo->spec(), "Bar");
+  EXPECT_EQ(foo->text(), null);
+  EXPECT_EQ(foo->value(), "Baz");
+}
+
+TEST(ATPPDAttribute, ASlashDoesNotEndTheName) {
+  const auto foo = attribute("*Foo/Text: Baz\n");
+  EXPECT_EQ(foo->name(), "Foo/Text");
+  EXPECT_EQ(foo->spec(), null);
+  EXPECT_EQ(foo->text(), null);
+  EXPECT_EQ(foo->value(), "Baz");
+}
+
+TEST(ATPPDAttribute, NameEndsAtWhiteSpaceOrColon) {
+  EXPECT_EQ(nameOf("*Foo Bar: x"), "Foo");
+  EXPECT_EQ(nameOf("*Foo\tBar: x"), "Foo");
+  EXPECT_EQ(nameOf("*Foo\xC2\xA0"
+                   "Bar: x"),
+            "Foo");
+  EXPECT_EQ(nameOf("*Foo:x"), "Foo");
+  EXPECT_EQ(nameOf("*Foo"), "Foo");
+}
+
+TEST(ATPPDAttribute, NameKeepsALineEnd) {
+  EXPECT_EQ(nameOf("*Foo\n"), "Foo\n");
+  EXPECT_EQ(nameOf("*Foo\r\n"), "Foo\r\n");
+}
+
+TEST(ATPPDAttribute, NameNeedsAnAsteriskAndACharacter) {
+  EXPECT_EQ(nameOf("Foo: x"), null);
+  EXPECT_EQ(nameOf("*: x"), null);
+  EXPECT_EQ(nameOf("*"), null);
+  EXPECT_EQ(nameOf("* \n"), null);
+  EXPECT_EQ(nameOf(""), null);
+}
+
+TEST(ATPPDAttribute, BlanksBeforeTheAsteriskAndTheNameAreSkipped) {
+  EXPECT_EQ(nameOf(" \t* Foo: x"), "Foo");
+  EXPECT_EQ(nameOf("\n*\r\nFoo: x"), "Foo");
+}
+
+TEST(ATPPDAttribute, SpecIsTrimmedOfWhiteSpace) {
+  EXPECT_EQ(specOf("*Foo    Bar   : x\n"), "Bar");
+  EXPECT_EQ(specOf("*Foo \t Bar \t/Text: x\n"), "Bar");
+  EXPECT_EQ(specOf("*Foo Bar Baz: x\n"), "Bar Baz");
+}
+
+TEST(ATPPDAttribute, SpecKeepsALineEnd) {
+  EXPECT_EQ(specOf("*Foo Bar\n"), "Bar\n");
+}
+
+TEST(ATPPDAttribute, SpecNeedsACharacterBeforeSlashAndColon) {
+  EXPECT_EQ(specOf("*Foo: x\n"), null);
+  EXPECT_EQ(specOf("*Foo  : x\n"), null);
+  EXPECT_EQ(specOf("*Foo /Text: x\n"), null);
+  EXPECT_EQ(specOf("*: x\n"), null);
+}
+
+TEST(ATPPDAttribute, TextIsUntrimmed) {
+  EXPECT_EQ(textOf("*Foo Bar/ Two Words : x\n"), " Two Words ");
+  EXPECT_EQ(textOf("*Foo Bar/One/Two: x\n"), "One/Two");
+  EXPECT_EQ(textOf("*Foo Bar/: x\n"), "");
+}
+
+TEST(ATPPDAttribute, TextNeedsASpec) {
+  EXPECT_EQ(textOf("*Foo /Text: x\n"), null);
+  EXPECT_EQ(textOf("*Foo/Text: x\n"), null);
+}
+
+TEST(ATPPDAttribute, ASlashInTheValueBeginsNoText) {
+  EXPECT_EQ(textOf("*Foo Bar: \"/Library/x\"\n"), null);
+  EXPECT_EQ(textOf("*Foo: \"/Library/x\"\n"), null);
+  EXPECT_EQ(textOf("*Foo Bar: x\n"), null);
+}
+
+TEST(ATPPDAttribute, TokensAreComparedWithoutRegardToLetterCase) {
+  const auto foo = attribute("*Foo: x\n");
+  ASSERT_EQ(foo->name(), "Foo");
+  EXPECT_EQ(foo->specFromAttributeString("*FOO Bar/Text: x"), "Bar");
+  EXPECT_EQ(foo->textFromAttributeString("*fOO Bar/Text: x"), "Text");
+}
+
+TEST(ATPPDAttribute, SpecAndTextNeedTheAttributesOwnName) {
+  const auto foo = attribute("*Foo: x\n");
+  EXPECT_EQ(foo->specFromAttributeString("*Bar Spec/Text: x"), null);
+  EXPECT_EQ(foo->textFromAttributeString("*Bar Spec/Text: x"), null);
+  EXPECT_EQ(foo->specFromAttributeString("Foo Spec/Text: x"), null);
+  EXPECT_EQ(foo->textFromAttributeString("Foo Spec/Text: x"), null);
+}
+
+TEST(ATPPDAttribute, NameAndValueComeFromAnyLine) {
+  EXPECT_EQ(ATPPDAttribute::nameFromAttributeString("*Foo Bar: x"), "Foo");
+  EXPECT_EQ(ATPPDAttribute::valueFromAttributeString("*Foo Bar: x"), "x");
+  EXPECT_EQ(ATPPDAttribute::valueFromAttributeString("no asterisk: x"), "x");
+}
+
+TEST(ATPPDAttribute, ValueIsEverythingBehindTheFirstColonTrimmed) {
+  EXPECT_EQ(valueOf("*Foo:   \"a b\"  \r\n"), "\"a b\"");
+  EXPECT_EQ(valueOf("*Foo: a:b\n"), "a:b");
+  EXPECT_EQ(valueOf("*Foo:x"), "x");
+  EXPECT_EQ(valueOf("*Foo:\xC2\xA0x\xE2\x80\xA8"), "x");
+  EXPECT_EQ(valueOf("*Foo:\n"), "");
+}
+
+TEST(ATPPDAttribute, ValueNeedsAColonWithSomethingInFront) {
+  EXPECT_EQ(valueOf("*Foo Bar\n"), null);
+  EXPECT_EQ(valueOf(": x\n"), null);
+  EXPECT_EQ(valueOf("  : x\n"), null);
+  EXPECT_EQ(valueOf(""), null);
+}
+
+TEST(ATPPDAttribute, HasNoPartsWithoutLines) {
+  const ATPPDAttribute empty;
+  EXPECT_EQ(empty.name(), null);
+  EXPECT_EQ(empty.spec(), null);
+  EXPECT_EQ(empty.text(), null);
+  EXPECT_EQ(empty.value(), null);
+  EXPECT_THAT(linesOf(empty), IsEmpty());
+  EXPECT_EQ(ATPPDAttribute::valueFromAttributeStrings(empty.container()), null);
+}
+
+TEST(ATPPDAttribute, AnAbsentPartIsLookedForAgain) {
+  ATPPDAttribute foo;
+  ASSERT_EQ(foo.name(), null);
+  ASSERT_EQ(foo.value(), null);
+  foo.addString("*Foo Bar/Text: x\n", PPDLineTypeStatement);
+  EXPECT_EQ(foo.name(), "Foo");
+  EXPECT_EQ(foo.spec(), "Bar");
+  EXPECT_EQ(foo.text(), "Text");
+  EXPECT_EQ(foo.value(), "x");
+}
+
+TEST(ATPPDAttribute, AFoundPartIsKept) {
+  const auto foo = attribute("*Foo: \"one\n");
+  ASSERT_EQ(foo->value(), "\"one");
+  foo->addString("two\"\n", PPDLineTypeContinuation);
+  EXPECT_EQ(foo->value(), "\"one");
+}
+
+TEST(ATPPDAttribute, ValueOfSeveralLinesReachesToTheClosingQuote) {
+  EXPECT_EQ(valueOfLines(kSeveralLines), "\"one\n  two\r\nthree\"");
+  EXPECT_EQ(valueOfLines({"*Foo: \"one\n", "two\" \t\n", "three\n"}), "\"one\ntwo\" \t");
+}
+
+TEST(ATPPDAttribute, ALineThatHoldsOnlyTheOpeningQuoteDoesNotEndTheValue) {
+  EXPECT_EQ(valueOfLines({"*Foo: \"\n", "one\n", "two\"\n", "*End\n"}), "\"\none\ntwo\"");
+  EXPECT_EQ(valueOfLines({"*Foo: \"\n", "\"\n", "*End\n"}), "\"\n\"");
+}
+
+TEST(ATPPDAttribute, AValueThatIsClosedOnTheFirstLineEndsThere) {
+  EXPECT_EQ(valueOfLines({"*Foo: \"one\"\n", "*End\n"}), "\"one\"");
+  EXPECT_EQ(valueOfLines({"*Foo: \"\"\n", "*End\n"}), "\"\"");
+}
+
+TEST(ATPPDAttribute, AValueThatIsNeverClosedTakesAllLines) {
+  EXPECT_EQ(valueOfLines({"*Foo: one\n", "two\n", "\n", "three\n\n"}), "one\ntwo\n\nthree");
+}
+
+TEST(ATPPDAttribute, ValueOfSeveralLinesWithoutAColonBeginsWithNull) {
+  EXPECT_EQ(valueOfLines({"*Foo\n", "two\n"}), "(null)\ntwo");
+}
+
+TEST(ATPPDAttribute, ValueOfSeveralLinesKeepsItsWhiteSpace) {
+  EXPECT_EQ(valueOfLines({"*Foo: one\n", " two \n"}), "one\n two ");
+}
+
+TEST(ATPPDAttribute, AnUnchangedAttributeIsWrittenAsItWasRead) {
+  const auto foo = attributeOfLines(kSeveralLines);
+  foo->name();
+  foo->spec();
+  foo->text();
+  foo->value();
+  EXPECT_EQ(linesOf(*foo), kSeveralLines);
+  EXPECT_EQ(foo->attributeString(), null);
+}
+
+TEST(ATPPDAttribute, AChangedValueIsWrittenAsOneComposedStatement) {
+  const auto foo = attributeOfLines(kSeveralLines);
+  foo->setValue("\"new\"");
+  EXPECT_EQ(foo->value(), "\"new\"");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/Text: \"new\"\n"));
+}
+
+TEST(ATPPDAttribute, AValueOfSeveralLinesKeepsItsInnerLineEndsInTheComposedStatement) {
+  const auto foo = attributeOfLines(kSeveralLines);
+  foo->setText("New");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/New: \"one\n  two\r\nthree\"\n"));
+  const auto other = attributeOfLines(kSeveralLines);
+  other->setValue(std::string(*other->value()));
+  EXPECT_THAT(linesOf(*other), ElementsAre("*Foo Bar/Text: \"one\n  two\r\nthree\"\n"));
+}
+
+TEST(ATPPDAttribute, TheReadLinesStayInTheContainer) {
+  const auto foo = attributeOfLines(kSeveralLines);
+  foo->setValue("x");
+  EXPECT_EQ(TestSupport::textsOf(foo->container()), kSeveralLines);
+}
+
+TEST(ATPPDAttribute, CarriageReturnsStayUntilTheAttributeIsChanged) {
+  const auto foo = attribute("*Foo Bar:  x\r\n");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar:  x\r\n"));
+  foo->setValue("y");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar: y\n"));
+}
+
+TEST(ATPPDAttribute, AnEqualValueStillComposesTheLine) {
+  const auto foo = attribute("*Foo  Bar:x\r\n");
+  foo->setValue("x");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar: x\n"));
+  const auto other = attribute("*Foo  Bar/Text:x\r\n");
+  other->setText("Text");
+  EXPECT_THAT(linesOf(*other), ElementsAre("*Foo Bar/Text: x\n"));
+}
+
+TEST(ATPPDAttribute, APartThatIsSetToItselfChangesNothing) {
+  const auto foo = attribute("*Foo  Bar/Text:x\r\n");
+  foo->setValue(foo->value());
+  foo->setText(foo->text());
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo  Bar/Text:x\r\n"));
+}
+
+TEST(ATPPDAttribute, APartMayBeSetToAnotherPart) {
+  const auto foo = attribute("*Foo Bar/Text: x\n");
+  foo->setValue(foo->text());
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/Text: Text\n"));
+  foo->setText(foo->spec());
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/Bar: Text\n"));
+}
+
+TEST(ATPPDAttribute, LaterChangesComposeTheLineAgain) {
+  const auto foo = attribute("*Foo Bar: x\n");
+  foo->setValue("1");
+  foo->setText("One");
+  foo->setValue("2");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/One: 2\n"));
+}
+
+TEST(ATPPDAttribute, ATextWithoutASpecIsLeftOutOfTheLine) {
+  const auto foo = attribute("*Foo: x\n");
+  foo->setText("Text");
+  EXPECT_EQ(foo->text(), "Text");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo: x\n"));
+}
+
+TEST(ATPPDAttribute, AnEmptyTextTakesTheSlashAway) {
+  const auto foo = attribute("*Foo Bar/Text: x\n");
+  foo->setText("");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar: x\n"));
+}
+
+TEST(ATPPDAttribute, AnAbsentPartIsParsedAgainWhenTheLineIsComposed) {
+  const auto foo = attribute("*Foo Bar/Text: x\n");
+  foo->setText(null);
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/Text: x\n"));
+  foo->setValue(null);
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/Text: x\n"));
+}
+
+TEST(ATPPDAttribute, AChangedStatementWithoutAValueIsWrittenWithNull) {
+  const auto foo = attribute("*Foo Bar/Text");
+  foo->setText("New");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/New: (null)\n"));
+}
+
+TEST(ATPPDAttribute, AValueIsWrittenAsItStands) {
+  const auto foo = attribute("*Foo: x\n");
+  foo->setValue("{} %@ %d\\");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo: {} %@ %d\\\n"));
+}
+
+TEST(ATPPDAttribute, IsBuiltFromParts) {
+  const auto foo = ATPPDAttribute::initWithName("Foo", "Bar", "Text", "\"x\"");
+  ASSERT_TRUE(foo);
+  EXPECT_EQ(foo->name(), "Foo");
+  EXPECT_EQ(foo->spec(), "Bar");
+  EXPECT_EQ(foo->text(), "Text");
+  EXPECT_EQ(foo->value(), "\"x\"");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/Text: \"x\"\n"));
+  EXPECT_THAT(TestSupport::textsOf(foo->container()), ElementsAre("*Foo Bar/Text: \"x\"\n"));
+  EXPECT_EQ(foo->attributeString(), StatementString("*Foo Bar/Text: \"x\"\n"));
+}
+
+TEST(ATPPDAttribute, IsNotBuiltWithoutAName) {
+  EXPECT_EQ(ATPPDAttribute::initWithName(null, "Bar", "Text", "x"), nullptr);
+  EXPECT_EQ(ATPPDAttribute::initWithName("", "Bar", "Text", "x"), nullptr);
+}
+
+TEST(ATPPDAttribute, AnAbsentOrEmptyValueBecomesTwoQuotes) {
+  const auto absent = ATPPDAttribute::initWithName("Foo", "Bar", "Text", null);
+  EXPECT_EQ(absent->value(), "\"\"");
+  EXPECT_THAT(linesOf(*absent), ElementsAre("*Foo Bar/Text: \"\"\n"));
+  EXPECT_THAT(linesOf(*ATPPDAttribute::initWithName("Foo", "Bar", "Text", "")), ElementsAre("*Foo Bar/Text: \"\"\n"));
+}
+
+TEST(ATPPDAttribute, IsBuiltWithoutSpecOrText) {
+  EXPECT_THAT(linesOf(*ATPPDAttribute::initWithName("Foo", null, null, "x")), ElementsAre("*Foo: x\n"));
+  EXPECT_THAT(linesOf(*ATPPDAttribute::initWithName("Foo", "", "", "x")), ElementsAre("*Foo: x\n"));
+  EXPECT_THAT(linesOf(*ATPPDAttribute::initWithName("Foo", "Bar", null, "x")), ElementsAre("*Foo Bar: x\n"));
+  EXPECT_THAT(linesOf(*ATPPDAttribute::initWithName("Foo", null, "Text", "x")), ElementsAre("*Foo: x\n"));
+  EXPECT_THAT(linesOf(*ATPPDAttribute::initWithName("Foo", "", "Text", "x")), ElementsAre("*Foo: x\n"));
+}
+
+TEST(ATPPDAttribute, PartsAreKeptAsTheyWereGiven) {
+  const auto foo = ATPPDAttribute::initWithName("Foo", " Bar ", " Text ", " x ");
+  EXPECT_EQ(foo->spec(), " Bar ");
+  EXPECT_EQ(foo->text(), " Text ");
+  EXPECT_EQ(foo->value(), " x ");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo  Bar / Text :  x \n"));
+  EXPECT_EQ(ATPPDAttribute::initWithName("Foo", "", null, "x")->spec(), "");
+}
+
+TEST(ATPPDAttribute, ABuiltAttributeIsChangedLikeARead) {
+  const auto foo = ATPPDAttribute::initWithName("Foo", "Bar", null, null);
+  foo->setValue("\"y\"");
+  foo->setText("Text");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/Text: \"y\"\n"));
+}
+
+TEST(ATPPDAttribute, TheComposedLineCanBeReplacedAndTakenBack) {
+  const auto foo = attribute("*Foo Bar: x\r\n");
+  foo->setAttributeString(StatementString("*Something else\n"));
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Something else\n"));
+  EXPECT_EQ(foo->attributeString(), StatementString("*Something else\n"));
+  foo->setAttributeString(null);
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar: x\r\n"));
+}
+
+TEST(ATPPDAttribute, NamesAndSpecsComeFromTheLineThatIsWritten) {
+  const auto foo = attribute("*Foo Bar: x\n");
+  foo->setAttributeString(StatementString("*New Spec/Text: y\n"));
+  EXPECT_EQ(foo->name(), "New");
+  EXPECT_EQ(foo->spec(), "Spec");
+  EXPECT_EQ(foo->text(), "Text");
+  EXPECT_EQ(foo->value(), "x");
+}
+
+TEST(ATPPDAttribute, ComposesTheLineOnRequest) {
+  const auto foo = attribute("*Foo   Bar /Text:x\r\n");
+  foo->updateAttributeString();
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/Text: x\n"));
+}
+
+TEST(ATPPDAttribute, IsNamedEqualsAComparisonWithTheName) {
+  for (const char* line : {"*Foo: x\n", "*Foo Bar: x\n", " * Foo: x\n", "*\nFoo: x\n", "*FooBar: x\n", "*foo: x\n",
+                           "*Foo", "*Foo\n", "*: x\n", "Foo: x\n", "*", "", "*Fo", "*Foo/Text: x\n",
+                           "*\xC2\xA0"
+                           "Foo: x\n",
+                           "*\xC3\xA9: x\n", "*:Foo: x"}) {
+    for (const char* name : {"Foo", "Foo\n", "Fo", "FooBar", "foo", "", "Foo/Text", ":", "\xC3\xA9", "(null)"}) {
+      const auto fresh = attribute(line);
+      const bool expected = attribute(line)->name() == name;
+      EXPECT_EQ(fresh->isNamed(name), expected) << testing::PrintToString(line) << testing::PrintToString(name);
+      fresh->name();
+      EXPECT_EQ(fresh->isNamed(name), expected) << testing::PrintToString(line) << testing::PrintToString(name);
+    }
+  }
+}
+
+TEST(ATPPDAttribute, IsNamedKnowsBuiltAttributes) {
+  EXPECT_TRUE(ATPPDAttribute::initWithName("A Name", null, null, null)->isNamed("A Name"));
+  EXPECT_FALSE(ATPPDAttribute::initWithName("A Name", null, null, null)->isNamed("A"));
+  EXPECT_FALSE(ATPPDAttribute().isNamed(""));
+}
+
+namespace {
+
+class CountingAttribute : public ATPPDAttribute {
+ public:
+  int changes = 0;
+  void setText(const Part& text) override {
+    ++changes;
+    ATPPDAttribute::setText(text);
+  }
+  void setValue(const Part& value) override {
+    ++changes;
+    ATPPDAttribute::setValue(value);
+  }
+};
+
+}  // namespace
+
+TEST(ATPPDAttribute, TheSettersCanBeOverridden) {
+  CountingAttribute counting;
+  counting.addString("*Foo Bar: x\n", PPDLineTypeStatement);
+  ATPPDAttribute& plain = counting;
+  plain.setText("Text");
+  plain.setValue("y");
+  EXPECT_EQ(counting.changes, 2);
+  EXPECT_THAT(linesOf(counting), ElementsAre("*Foo Bar/Text: y\n"));
+}
