@@ -28,4 +28,11 @@ function(at_add_layer name)
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   add_library(${name} STATIC ${sources})
   target_link_libraries(${name} PUBLIC at_options ${ARGN})
+  at_precompile(${name})
+endfunction()
+
+# Most of the time of a build goes into the same few headers: {fmt}, the standard containers and, for tests, GoogleTest.
+function(at_precompile name)
+  target_precompile_headers(${name} PRIVATE <fmt/format.h> <fmt/ranges.h> <map> <memory> <string> <unordered_map> <vector>
+    ${ARGN})
 endfunction()

@@ -94,7 +94,17 @@ bool ATAutoSetupTool::update() {
   const bool updated = std::all_of(updaters.begin(), updaters.end(),
                                    [&](const auto& updater) { return updater->updatePPD(&PPD_, reader.get()); });
   if (!updated) ATLog(kRunSignature, "ERROR: Updater(s) cannot update PPD file.");
+  if (updated) composeLines();
   return updated;
+}
+
+// Changed lines are composed when somebody asks for them: all of them now, so that from here on nothing but the writing
+// itself can fail and nothing is written by halves.
+void ATAutoSetupTool::composeLines() const {
+  struct : IStatementSink {
+    void take(const StatementString& /*string*/) override {}
+  } nowhere;
+  PPD_.giveStringsTo(nowhere);
 }
 
 std::unique_ptr<IATDataReader> ATAutoSetupTool::dataReader() const {

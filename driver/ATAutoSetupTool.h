@@ -36,6 +36,7 @@ class ATAutoSetupTool : public IATPPDParserDelegate {
   ATAutoSetupTool(std::optional<std::string> printerURI, std::string PPDPath, std::optional<std::string> printerID);
   bool parse();
   bool update();
+  void composeLines() const;
   bool write(ATOutput& output) const;
   std::unique_ptr<IATDataReader> dataReader() const;
 

@@ -106,14 +106,8 @@ void ATPPD::makeObject(Line line) {
       objects.append(groups_.back());
       break;
     case Owner::lastObject:
-      forgetOptions();  // the line may open an option in a group
       if (!objects.empty()) objects.back()->addString(std::move(line.string), line.type);
   }
-}
-
-void ATPPD::forgetOptions() {
-  optionsInGroups_.clear();
-  optionsByName_.forget();
 }
 
 // Whether any line that is not yet part of an object begins an attribute of this name.
@@ -194,13 +188,13 @@ ATPPD::Attributes ATPPD::attributesForNameWithSpecMiddlePart(std::string_view na
 }
 
 SpecIndex& ATPPD::specIndex(std::string_view name) const {
-  const auto [index, isNew] = specIndexes_.try_emplace(std::string(name));
-  if (isNew) {
-    for (const auto position : attributeIndex().find(name, std::nullopt)) {
-      index->second.add(*attributes_.at(position), position);
-    }
+  const auto found = specIndexes_.find(name);
+  if (found != specIndexes_.end()) return found->second;
+  SpecIndex index;
+  for (const auto position : attributeIndex().find(name, std::nullopt)) {
+    index.add(*attributes_.at(position), position);
   }
-  return index->second;
+  return specIndexes_.emplace(name, std::move(index)).first->second;
 }
 
 ATPPD::Attributes ATPPD::attributesAt(const NameIndex::Positions& positions) const {
@@ -215,8 +209,12 @@ std::shared_ptr<ATPPDGroup> ATPPD::groupForName(std::string_view name) const {
 }
 
 std::shared_ptr<ATPPDOption> ATPPD::optionForName(std::string_view name) const {
-  if (optionsInGroups_.empty()) {
-    for (const auto& group : groups()) {
+  PPDObjects();
+  if (optionsCollectedAt_ != ATPPDGroup::optionsOpened()) {
+    optionsCollectedAt_ = ATPPDGroup::optionsOpened();
+    optionsInGroups_.clear();
+    optionsByName_.forget();
+    for (const auto& group : groups_) {
       optionsInGroups_.insert(optionsInGroups_.end(), group->options().begin(), group->options().end());
     }
   }

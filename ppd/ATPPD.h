@@ -66,9 +66,8 @@ class ATPPD : public ATPPDCompoundObject {
   /// meant.
   std::shared_ptr<ATPPDOption> optionForName(std::string_view name) const;
 
-  /// The name and the spec that the attribute has at this moment are those that look-ups find it by.
   /// Adds the attribute (null is ignored) behind the last one of `attributes`, among the children directly behind it
-  /// too, ahead of whatever follows there.
+  /// too, ahead of whatever follows there. Look-ups find it by the name and the spec that it has at this moment.
   void addPPDAttribute(const AttributePtr& attribute);
 
   /// Removes this very attribute (which may be null or not of this document).
@@ -101,7 +100,6 @@ class ATPPD : public ATPPDCompoundObject {
   bool isRefusedByLastObject(Owner owner, PPDLineType type) const;
   void makeObjects();
   void makeObject(Line line);
-  void forgetOptions();
   bool hasLineOfAttribute(std::string_view name) const;
   void listAttribute(const AttributePtr& attribute);
   AttributePtr walkToAttribute(std::string_view name, const Spec& spec) const;
@@ -128,4 +126,5 @@ class ATPPD : public ATPPDCompoundObject {
   FirstByName<ATPPDGroup> groupsByName_;
   FirstByName<ATPPDOption> optionsByName_;
   mutable std::vector<std::shared_ptr<ATPPDOption>> optionsInGroups_;  // collected on demand
+  mutable std::size_t optionsCollectedAt_ = 0;                         // what `ATPPDGroup::optionsOpened` was then
 };

@@ -37,6 +37,7 @@ void ATPPDGroup::addString(StatementString string, PPDLineType type) {
       appendObjectToPPDObjects(ATPPDObject::objectWithString(std::move(string), type));
       break;
     case PPDLineTypeOpenUI:
+      ++optionsOpened_;
       optionsByName_.forget();
       options_.push_back(ATPPDOption::optionWithString(std::move(string)));
       appendObjectToPPDObjects(options_.back());

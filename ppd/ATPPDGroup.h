@@ -29,10 +29,15 @@ class ATPPDGroup : public ATPPDCompoundObject {
   /// The first option of this name, or null.
   std::shared_ptr<ATPPDOption> optionForName(std::string_view name) const;
 
+  /// How many options have been opened in all groups of this process: as long as this does not change, nobody's options
+  /// have.
+  static std::size_t optionsOpened() { return optionsOpened_; }
+
   /// The options opened inside the group, in order.
   const std::vector<std::shared_ptr<ATPPDOption>>& options() const { return options_; }
 
  private:
+  inline static std::size_t optionsOpened_ = 0;
   std::vector<std::shared_ptr<ATPPDOption>> options_;
   FirstByName<ATPPDOption> optionsByName_;
   mutable std::optional<std::string> name_;

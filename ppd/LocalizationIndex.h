@@ -15,7 +15,7 @@
 class LocalizationIndex {
  public:
   LocalizationIndex(std::string_view name, const std::vector<std::string>& languages)
-      : ending_("." + std::string(name)), languages_(languages.begin(), languages.end()) {}
+      : ending_(std::string(".").append(name)), languages_(languages.begin(), languages.end()) {}
 
   void add(const ATPPDAttribute& attribute, std::uint32_t position) {
     if (!isLocalization(attribute)) return;

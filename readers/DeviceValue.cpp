@@ -9,7 +9,12 @@
 #include "base/Text.h"
 
 DeviceValue::DeviceValue(std::optional<std::string> text) {
-  if (text) value_ = std::move(*text);
+  if (text) *this = DeviceValue(std::move(*text));
+}
+
+const std::string* DeviceValue::text() const {
+  const auto* text = std::get_if<TextPtr>(&value_);
+  return text == nullptr ? nullptr : text->get();
 }
 
 DeviceValue::ListPtr DeviceValue::list() const {

@@ -22,20 +22,21 @@ class DeviceValue {
   using ListPtr = std::shared_ptr<List>;
   using MapPtr = std::shared_ptr<DeviceMap>;
 
-  DeviceValue() = default;                                      ///< absent
-  DeviceValue(std::string text) : value_(std::move(text)) {}    // NOLINT(google-explicit-constructor)
-  DeviceValue(const char* text) : value_(std::string(text)) {}  // NOLINT(google-explicit-constructor)
-  DeviceValue(std::int64_t number) : value_(number) {}          // NOLINT(google-explicit-constructor)
-  DeviceValue(std::uint64_t number) : value_(number) {}         // NOLINT(google-explicit-constructor)
-  DeviceValue(double number) : value_(number) {}                // NOLINT(google-explicit-constructor)
-  DeviceValue(bool flag) : value_(flag) {}                      // NOLINT(google-explicit-constructor)
-  DeviceValue(ListPtr list) : value_(std::move(list)) {}        // NOLINT(google-explicit-constructor)
-  DeviceValue(MapPtr map) : value_(std::move(map)) {}           // NOLINT(google-explicit-constructor)
-  DeviceValue(std::optional<std::string> text);                 // NOLINT(google-explicit-constructor)
+  DeviceValue() = default;  ///< absent
+  DeviceValue(std::string text)
+      : value_(std::make_shared<const std::string>(std::move(text))) {}  // NOLINT(google-explicit-constructor)
+  DeviceValue(const char* text) : DeviceValue(std::string(text)) {}      // NOLINT(google-explicit-constructor)
+  DeviceValue(std::int64_t number) : value_(number) {}                   // NOLINT(google-explicit-constructor)
+  DeviceValue(std::uint64_t number) : value_(number) {}                  // NOLINT(google-explicit-constructor)
+  DeviceValue(double number) : value_(number) {}                         // NOLINT(google-explicit-constructor)
+  DeviceValue(bool flag) : value_(flag) {}                               // NOLINT(google-explicit-constructor)
+  DeviceValue(ListPtr list) : value_(std::move(list)) {}                 // NOLINT(google-explicit-constructor)
+  DeviceValue(MapPtr map) : value_(std::move(map)) {}                    // NOLINT(google-explicit-constructor)
+  DeviceValue(std::optional<std::string> text);                          // NOLINT(google-explicit-constructor)
 
   bool isAbsent() const { return std::holds_alternative<std::monostate>(value_); }
   /// The string, list or map, or null when the value is none.
-  const std::string* text() const { return std::get_if<std::string>(&value_); }
+  const std::string* text() const;
   ListPtr list() const;
   MapPtr map() const;
 
@@ -54,7 +55,10 @@ class DeviceValue {
   std::string description() const;
 
  private:
-  std::variant<std::monostate, std::string, std::int64_t, std::uint64_t, double, bool, ListPtr, MapPtr> value_;
+  // Texts are shared, too, so that copying a value cannot fail. A libstdc++ 12 variant that holds a std::string by
+  // value is not destroyed safely when copying the string runs out of memory.
+  using TextPtr = std::shared_ptr<const std::string>;
+  std::variant<std::monostate, TextPtr, std::int64_t, std::uint64_t, double, bool, ListPtr, MapPtr> value_;
 };
 
 /// An ordered map from key to value. Keys are unique; the order is the order of insertion.

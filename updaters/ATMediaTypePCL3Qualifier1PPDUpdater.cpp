@@ -55,9 +55,10 @@ void ATMediaTypePCL3Qualifier1PPDUpdater::appendOppositeFactoryProfiles(const st
     if (gloss.equals(components[0])) continue;
     const auto wrapper =
         ATQZProfilePPDAttributeWrapper::qzProfilePPDAttributeDecoratorWithPPDAttribute(*factoryProfile);
-    const auto path = wrapper->factoryPath();
-    const auto name = path ? wrapper->factoryProfileName() : std::nullopt;
-    if (!path || path->empty() || name->empty()) continue;
+    const auto& path = wrapper->factoryPath();
+    if (!path || path->empty()) continue;
+    const auto& name = wrapper->factoryProfileName();
+    if (!name || name->empty()) continue;
     auto entry = std::make_shared<DeviceMap>();
     entry->set(kGloss, opposite);
     entry->set("URL", *path);

@@ -219,15 +219,13 @@ bool ATMediaTypePPDUpdater::validMediaUIName(const std::string& name) const {
 bool ATMediaTypePPDUpdater::verifyString(std::string_view string, char32_t start, std::size_t length,
                                          std::string_view andDisallowedCharactersInString) const {
   constexpr std::string_view kAlwaysAllowed = "\t\n\r ";
-  const auto isIn = [](std::string_view set, char32_t character) {
-    return character < 0x80 && set.find(static_cast<char>(character)) != std::string_view::npos;
-  };
   for (std::size_t position = 0; position < string.size();) {
     const Text::Character character = Text::characterAt(string, position);
+    const std::string_view bytes = string.substr(position, character.size);
     position += character.size;
     const bool inRange = character.value >= start && character.value - start < length;
-    if (!inRange && !isIn(kAlwaysAllowed, character.value)) return false;
-    if (isIn(andDisallowedCharactersInString, character.value)) return false;
+    if (!inRange && !Text::contains(kAlwaysAllowed, bytes)) return false;
+    if (Text::contains(andDisallowedCharactersInString, bytes)) return false;
   }
   return !string.empty();
 }

@@ -97,7 +97,9 @@ void expectSelections(const std::string& example, const std::vector<Selection>& 
     std::string what = example;
     for (const auto& [option, choice] : marks) what += " " + option + "=" + choice;
     SCOPED_TRACE(what);
-    if (fileBefore != nullptr) EXPECT_EQ(chosenProfile(before.get(), marks), fileBefore);
+    if (fileBefore != nullptr) {
+      EXPECT_EQ(chosenProfile(before.get(), marks), fileBefore);
+    }
     EXPECT_EQ(chosenProfile(after.get(), marks), fileAfter);
   }
 }

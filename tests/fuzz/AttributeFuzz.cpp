@@ -30,7 +30,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   attribute.setValue(value);
   const std::string canonical = DocumentReading::textOf(attribute);
   CHECK(canonical.ends_with(": " + value.value_or("(null)") + "\n"));
-  // An absent name is written as "(null)" and then found in the canonical line, so the parts are the same only with one.
+  // An absent name is written as "(null)" and then found in the canonical line, so the parts are the same only with
+  // one.
   if (name) CHECK(attribute.name() == name && attribute.spec() == spec && attribute.value() == value);
 
   const auto again = ATPPDAttribute::initWithName(name, spec, translation, value);

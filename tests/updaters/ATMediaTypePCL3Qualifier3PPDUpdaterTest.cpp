@@ -275,7 +275,7 @@ TEST(ATMediaTypePCL3Qualifier3PPDUpdater, SetRemovesTheSpecialisedStatementsEven
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, SetCallsTheMostDerivedOperations) {
-  const auto ppd = documentFromText(kQualifier + kQuality);
+  const auto ppd = documentFromText(kQualifier + statement(".Plain.Fast", "F", "/f") + kQuality);
   const TracedQualifier3<Updater> updater;
   updater.setICCProfileForMediaWithData(mediumWithProfiles("Plain", kDeviceProfile), *ppd);
   EXPECT_EQ(updater.trace.among({"setICCProfile", "removeSpecialized", "addICCProfile"}),
