@@ -113,11 +113,11 @@ def plain_ppd(size):
     length = len(parts[0])
     option = 0
     while length < size:
-        lines = [f"*OpenUI *Option{option}/Option {option}: PickOne\n", f"*OrderDependency: {option} AnySetup *Option{option}\n",
-                 f"*DefaultOption{option}: Choice0\n"]
-        lines += [f'*Option{option} Choice{i}/Choice number {i}: "<</Option({i})>>setpagedevice"\n' for i in range(20)]
-        lines += [f"*CloseUI: *Option{option}\n", f"*% Constraints of option {option}\n"]
-        lines += [f"*UIConstraints: *Option{option} Choice{i} *Option0 Choice{i}\n" for i in range(12)]
+        lines = [f"*OpenUI *Feature{option}/Feature {option}: PickOne\n", f"*OrderDependency: {option} AnySetup *Feature{option}\n",
+                 f"*DefaultFeature{option}: Choice0\n"]
+        lines += [f'*Feature{option} Choice{i}/Choice number {i}: "<</Feature({i})>>setpagedevice"\n' for i in range(20)]
+        lines += [f"*CloseUI: *Feature{option}\n", f"*% Constraints of feature {option}\n"]
+        lines += [f"*UIConstraints: *Feature{option} Choice{i} *Feature0 Choice{i}\n" for i in range(12)]
         parts.append("".join(lines))
         length += len(parts[-1])
         option += 1

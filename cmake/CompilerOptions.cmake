@@ -10,6 +10,12 @@ if(AT_SANITIZE)
   target_compile_options(at_options INTERFACE "-fsanitize=${AT_SANITIZE}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(at_options INTERFACE "-fsanitize=${AT_SANITIZE}")
 endif()
+# Objects have both forms, so that only the tool pays for the optimisation at link time, and not every test program.
+add_library(at_link_time_optimisation INTERFACE)
+if(AT_LTO)
+  target_compile_options(at_options INTERFACE -flto=auto -ffat-lto-objects)
+  target_link_options(at_link_time_optimisation INTERFACE -flto=auto)
+endif()
 if(AT_COVERAGE)
   target_compile_options(at_options INTERFACE --coverage -fprofile-update=atomic)
   target_link_options(at_options INTERFACE --coverage)
@@ -20,7 +26,8 @@ endif()
 
 add_library(at_static_runtime INTERFACE)
 if(AT_STATIC_RUNTIME AND NOT APPLE AND NOT AT_SANITIZE)
-  target_link_options(at_static_runtime INTERFACE -static-libstdc++ -static-libgcc)
+  target_link_options(at_static_runtime INTERFACE -static-libstdc++ -static-libgcc "LINKER:--gc-sections")
+  target_compile_options(at_options INTERFACE -ffunction-sections -fdata-sections)
 endif()
 
 # A layer: a static library of all sources of its folder, allowed to use only what it links.

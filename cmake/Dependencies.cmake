@@ -3,6 +3,11 @@ find_package(PkgConfig REQUIRED)
 find_package(Cups REQUIRED)
 find_package(fmt REQUIRED)
 find_package(nlohmann_json REQUIRED)
+
+# {fmt} without locales: the tool prints none, and setting them up is a noticeable part of its start-up.
+add_library(fmt_without_locales INTERFACE)
+target_link_libraries(fmt_without_locales INTERFACE fmt::fmt-header-only)
+target_compile_definitions(fmt_without_locales INTERFACE "FMT_STATIC_THOUSANDS_SEPARATOR=','")
 pkg_check_modules(URIPARSER REQUIRED IMPORTED_TARGET liburiparser)
 
 # utf8proc has a static library too, which costs no time at start-up.

@@ -22,8 +22,8 @@ bool existsFileAtPath(const std::string& path) {
   return stat(path.c_str(), &status) == 0;
 }
 
-// Whether the token behind the asterisk of the line can be OpenGroup, OpenUI or CloseGroup; its first letter settles
-// that for most of the statements of a large PPD.
+// Whether the token behind the asterisk of the line can be OpenGroup, OpenUI, OrderDependency, CloseGroup or CloseUI;
+// its first letter settles that for most lines of a large PPD.
 bool mayOpenOrClose(std::string_view string) {
   if (string.size() < 2 || string[1] <= ' ' || string[1] > '~') return true;  // further blanks: the scan decides
   const char letter = Text::foldASCII(string[1]);
@@ -144,8 +144,10 @@ PPDLineType ATPPDParser::typeInStatement(std::string_view string) {
 
 PPDLineType ATPPDParser::typeInUIBlock(std::string_view string) {
   if (isDefaultChoicePPDStatement(string)) return PPDLineTypeDefaultChoice;
-  if (isOrderDependencyPPDStatement(string)) return PPDLineTypeOrderDependency;
-  if (isCloseUIPPDStatement(string)) return PPDLineTypeCloseUI;
+  if (mayOpenOrClose(string)) {
+    if (isOrderDependencyPPDStatement(string)) return PPDLineTypeOrderDependency;
+    if (isCloseUIPPDStatement(string)) return PPDLineTypeCloseUI;
+  }
   return hasAsteriskPrefix(string) ? PPDLineTypeChoice : malformed(PPDParserErrorUIContentExpected);
 }
 

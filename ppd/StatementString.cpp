@@ -1,14 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "ppd/StatementString.h"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <cstring>
 #include <limits>
 #include <new>
 #include <stdexcept>
 
 namespace {
+
 constexpr std::size_t kStorageBlockSize = 64 * 1024;
+
+// Asks for the block's pages in one system call: a page fault for each of them costs twice as much. A kernel that does
+// not know the request leaves it at the faults.
+void makeResident([[maybe_unused]] void* block, [[maybe_unused]] std::size_t size) {
+#ifdef MADV_POPULATE_WRITE
+  const auto pageSize = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const std::uintptr_t first = (reinterpret_cast<std::uintptr_t>(block) + pageSize - 1) / pageSize * pageSize;
+  const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(block) + size) / pageSize * pageSize;
+  if (first < end) madvise(reinterpret_cast<void*>(first), end - first, MADV_POPULATE_WRITE);
+#endif
 }
+
+}  // namespace
 
 StatementString::Block* StatementString::Block::make(std::size_t size) {
   return ::new (::operator new(sizeof(Block) + size)) Block{0};
@@ -30,6 +46,7 @@ StatementString::StatementString(std::string_view text) {
 char* StatementString::Storage::room(std::size_t size) {
   if (block_ == nullptr || used_ + size > kStorageBlockSize) {
     Block* fresh = Block::make(kStorageBlockSize);
+    makeResident(fresh, sizeof(Block) + kStorageBlockSize);
     fresh->users = 1;
     release(block_);
     block_ = fresh;

@@ -42,5 +42,5 @@ build_preset() {
   say "Building ($preset)"
   cmake --preset "$preset" "$@" >"build-$preset.log" 2>&1 || { cat "build-$preset.log"; die "cmake failed"; }
   rm "build-$preset.log"
-  cmake --build --preset "$preset"
+  cmake --build --preset "$preset" ${build_target:+--target $build_target}
 }
