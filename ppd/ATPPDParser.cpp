@@ -25,7 +25,8 @@ bool existsFileAtPath(const std::string& path) {
 // Whether the token behind the asterisk of the line can be OpenGroup, OpenUI, OrderDependency, CloseGroup or CloseUI;
 // its first letter settles that for most lines of a large PPD.
 bool mayOpenOrClose(std::string_view string) {
-  if (string.size() < 2 || string[1] <= ' ' || string[1] > '~') return true;  // further blanks: the scan decides
+  const bool beginsWithKeyword = string.size() > 1 && string[0] == '*' && string[1] > ' ' && string[1] <= '~';
+  if (!beginsWithKeyword) return true;  // there are blanks somewhere: the scan decides
   const char letter = Text::foldASCII(string[1]);
   return letter == 'o' || letter == 'c';
 }
