@@ -187,6 +187,10 @@ ATPPD::Attributes ATPPD::attributesForNameWithSpecMiddlePart(std::string_view na
   return attributesAt(specIndex(name).findMiddlePart(part));
 }
 
+bool ATPPD::hasAttributeForNameWithSpecSecondPart(std::string_view name, std::string_view part) const {
+  return specIndex(name).hasSecondPart(part);
+}
+
 SpecIndex& ATPPD::specIndex(std::string_view name) const {
   const auto found = specIndexes_.find(name);
   if (found != specIndexes_.end()) return found->second;

@@ -59,6 +59,9 @@ class ATPPD : public ATPPDCompoundObject {
   /// Those of them whose spec has exactly three parts between "." and this one in the middle, in list order.
   Attributes attributesForNameWithSpecMiddlePart(std::string_view name, std::string_view part) const;
 
+  /// Whether the spec of any attribute of this name has three or more parts and this one as its second.
+  bool hasAttributeForNameWithSpecSecondPart(std::string_view name, std::string_view part) const;
+
   /// The first group of this name, or null.
   std::shared_ptr<ATPPDGroup> groupForName(std::string_view name) const;
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -13,7 +12,7 @@
 #include "ppd/SubstringIndex.h"
 
 /// Finds, among the attributes of one name in a list that is only appended to, those whose spec contains a text, and
-/// those whose spec has three parts and a text as the middle one.
+/// those with a text as the middle one of three parts between "."; and tells whether any has it as its second part.
 class SpecIndex {
  public:
   using Position = ObjectList<ATPPDAttribute>::Position;
@@ -23,14 +22,18 @@ class SpecIndex {
     if (!attribute.spec()) return;
     specs_.add(*attribute.spec());
     positions_.push_back(position);
-    if (const auto part = middlePart(*attribute.spec())) middleParts_.add(*part, position);
+    const auto parts = Text::split(*attribute.spec(), ".");
+    if (parts.size() == 3) middleParts_.add(parts[1], position);
+    if (parts.size() >= 3) secondParts_.add(parts[1], position);
   }
 
   void remove(const ATPPDAttribute& attribute, Position position) {
     const auto found = std::lower_bound(positions_.begin(), positions_.end(), position);
     if (found == positions_.end() || *found != position) return;
     specs_.remove(static_cast<SubstringIndex::Number>(found - positions_.begin()));
-    if (const auto part = middlePart(*attribute.spec())) middleParts_.remove(*part, position);
+    const auto parts = Text::split(*attribute.spec(), ".");
+    if (parts.size() == 3) middleParts_.remove(parts[1], position);
+    if (parts.size() >= 3) secondParts_.remove(parts[1], position);
   }
 
   /// The positions in list order.
@@ -43,13 +46,12 @@ class SpecIndex {
   /// The positions in list order, valid until the next change.
   const NameIndex::Positions& findMiddlePart(std::string_view text) const { return middleParts_.find(text); }
 
- private:
-  static std::optional<std::string_view> middlePart(std::string_view spec) {
-    if (std::count(spec.begin(), spec.end(), '.') != 2) return std::nullopt;
-    return Text::split(spec, ".")[1];
-  }
+  /// Whether a spec of three or more parts has this one as its second; takes the same time however many have.
+  bool hasSecondPart(std::string_view text) const { return !secondParts_.find(text).empty(); }
 
+ private:
   SubstringIndex specs_;
   std::vector<Position> positions_;  // by the number of the spec
   NameIndex middleParts_;
+  NameIndex secondParts_;
 };

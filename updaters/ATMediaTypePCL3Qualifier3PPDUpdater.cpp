@@ -88,9 +88,10 @@ std::optional<std::vector<std::string>> ATMediaTypePCL3Qualifier3PPDUpdater::qua
 
 void ATMediaTypePCL3Qualifier3PPDUpdater::removeSpecializedICCQualifiers(ATPPD& ppd,
                                                                          const Record& aMediaTypeData) const {
-  // A medium without any profile of its own is common; its choices need not be gone through.
-  const std::string generalSpec = generalProfileSpecForMediaData(aMediaTypeData, ppd);
-  if (ppd.attributesForNameWithSpecContaining(kProfile, generalSpec).empty()) return;
+  // Most media have no profile in the PPD, and then the choices need not be gone through.
+  const std::string qualifier = mediaQualifierFromData(aMediaTypeData, ppd).description();
+  const bool isOnePart = !Text::contains(qualifier, ".");
+  if (isOnePart && !ppd.hasAttributeForNameWithSpecSecondPart(kProfile, qualifier)) return;
   const auto specs = qualified3PossibleProfileSpecsForMediaData(aMediaTypeData, ppd);
   if (!specs) return;
   for (const std::string& spec : *specs) {

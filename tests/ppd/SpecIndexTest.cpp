@@ -52,6 +52,27 @@ TEST(SpecIndex, FindsThePositionsWhoseSpecHasThreePartsAndATextInTheMiddle) {
   EXPECT_THAT(index.findMiddlePart(""), ElementsAre(11));
 }
 
+TEST(SpecIndex, TellsWhetherAnySpecOfThreeOrMorePartsHasATextAsItsSecond) {
+  SpecIndex index;
+  EXPECT_FALSE(index.hasSecondPart("Plain"));
+  const auto three = profile("RGB.Plain.300dpi");
+  const auto four = profile(".Plain.A.B");
+  index.add(*three, 1);
+  index.add(*four, 2);
+  index.add(*profile("A.Glossy"), 3);
+  index.add(*profile("Matte"), 4);
+  index.add(*profile("A..B"), 5);
+  EXPECT_TRUE(index.hasSecondPart("Plain"));
+  EXPECT_TRUE(index.hasSecondPart(""));
+  for (const char* other : {"Glossy", "Matte", "RGB", "A", "Pla", "plain", "300dpi"}) {
+    EXPECT_FALSE(index.hasSecondPart(other)) << other;
+  }
+  index.remove(*three, 1);
+  EXPECT_TRUE(index.hasSecondPart("Plain"));
+  index.remove(*four, 2);
+  EXPECT_FALSE(index.hasSecondPart("Plain"));
+}
+
 TEST(SpecIndex, LooksAtSpecsOnly) {
   SpecIndex index;
   index.add(*profile("RGB.Plain.300dpi/A.Translation.B"), 1);
