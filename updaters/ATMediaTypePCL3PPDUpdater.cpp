@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "updaters/ATMediaTypePCL3PPDUpdater.h"
 
+#include <exception>
+
 #include "base/Format.h"
 #include "base/Text.h"
 #include "driver/ATLog.h"
@@ -123,10 +125,19 @@ void ATMediaTypePCL3PPDUpdater::setICCProfileForMediaWithData(const Record& reco
           record.description());
     return;
   }
-  for (const ProfileEntry& entry : *profiles) setProfile(record, entry, inPPD);
+  TextsBySpec localizedTexts;
+  std::exception_ptr error;
+  try {
+    for (const ProfileEntry& entry : *profiles) setProfile(record, entry, inPPD, localizedTexts);
+  } catch (...) {
+    error = std::current_exception();
+  }
+  for (const auto& [spec, text] : localizedTexts) setTextOfLocalizations(spec, text, inPPD);
+  if (error) std::rethrow_exception(error);
 }
 
-void ATMediaTypePCL3PPDUpdater::setProfile(const Record& record, const ProfileEntry& entry, ATPPD& inPPD) const {
+void ATMediaTypePCL3PPDUpdater::setProfile(const Record& record, const ProfileEntry& entry, ATPPD& inPPD,
+                                           TextsBySpec& localizedTexts) const {
   static constexpr const char* kSignature = "-[ATMediaTypePCL3PPDUpdater setICCProfileForMediaWithData:inPPD:]";
   const OptionalText path = pathOfEntry(entry);
   const std::string spec = profileSpecFromMediaData(record, entry, inPPD);
@@ -140,7 +151,7 @@ void ATMediaTypePCL3PPDUpdater::setProfile(const Record& record, const ProfileEn
   ATLog(kSignature, "Found factory ICC profile: {}", spec);
   profile->setText(name);
   profile->setValue(quoted(path));
-  setTextOfLocalizations(spec, name, inPPD);
+  localizedTexts[spec] = *name;
 }
 
 void ATMediaTypePCL3PPDUpdater::setTextOfLocalizations(const ATPPD::Spec& spec, const std::optional<std::string>& text,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -64,6 +65,8 @@ class ATMediaTypePCL3PPDUpdater : public ATMediaTypePPDUpdater {
   static void setTextOfLocalizations(const ATPPD::Spec& spec, const std::optional<std::string>& text, ATPPD& inPPD);
 
  private:
+  // What the localizations of profile statements are to say: collected first, since many entries may share a spec.
+  using TextsBySpec = std::map<std::string, std::string>;
   void addProfile(const Record& record, const ProfileEntry& entry, ATPPD& toPPD) const;
-  void setProfile(const Record& record, const ProfileEntry& entry, ATPPD& inPPD) const;
+  void setProfile(const Record& record, const ProfileEntry& entry, ATPPD& inPPD, TextsBySpec& localizedTexts) const;
 };
