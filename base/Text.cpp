@@ -14,19 +14,23 @@ const utf8proc_uint8_t* unsignedBytes(std::string_view text, std::size_t positio
   return reinterpret_cast<const utf8proc_uint8_t*>(text.data()) + position;
 }
 
-// The position of the first byte that is not ASCII; eight bytes at a time, since nearly all text is ASCII.
+std::uint64_t wordAt(std::string_view text, std::size_t position) {
+  std::uint64_t word;
+  std::memcpy(&word, text.data() + position, sizeof word);
+  return word;
+}
+
+// A position before which all is ASCII, and the text's size when everything is; eight bytes at a time, since nearly all
+// text is ASCII. The last eight overlap those before.
 std::size_t skipASCII(std::string_view text) {
   constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+  constexpr std::size_t kWord = sizeof kHighBits;
   std::size_t position = 0;
-  for (; position + sizeof(std::uint64_t) <= text.size(); position += sizeof(std::uint64_t)) {
-    std::uint64_t word;
-    std::memcpy(&word, text.data() + position, sizeof word);
-    if ((word & kHighBits) != 0) break;
-  }
-  if (position + sizeof(std::uint64_t) > text.size() && text.size() >= sizeof(std::uint64_t)) {
-    std::uint64_t lastWord;
-    std::memcpy(&lastWord, text.data() + text.size() - sizeof lastWord, sizeof lastWord);
-    if ((lastWord & kHighBits) == 0) return text.size();
+  if (text.size() >= kWord) {
+    for (; position + kWord <= text.size(); position += kWord) {
+      if ((wordAt(text, position) & kHighBits) != 0) return position;
+    }
+    return (wordAt(text, text.size() - kWord) & kHighBits) == 0 ? text.size() : position;
   }
   while (position < text.size() && static_cast<unsigned char>(text[position]) < 0x80) ++position;
   return position;

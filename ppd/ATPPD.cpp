@@ -3,7 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <utility>
 
 #include "base/Text.h"
@@ -25,7 +24,7 @@ void ATPPD::addString(StatementString string, PPDLineType type) {
     return;
   }
   if (*owner != Owner::lastObject) lastObjectsOwner_ = owner;
-  if (lastObjectsOwner_) lines_.push_back({std::move(string), type, *owner});
+  if (lastObjectsOwner_) lines_.add(std::move(string), type, *owner);
 }
 
 // Absent for a type that no line of a file has.
@@ -62,7 +61,10 @@ bool ATPPD::isRefusedByLastObject(Owner owner, PPDLineType type) const {
 
 void ATPPD::giveStringsTo(IStatementSink& sink) const {
   for (const auto& object : ATPPDCompoundObject::PPDObjects()) object->giveStringsTo(sink);
-  for (const Line& line : lines_) sink.take(line.string);
+  lines_.visitUntil([&sink](const Line& line) {
+    sink.take(line.string);
+    return false;
+  });
 }
 
 const ATPPD::PPDObjectList& ATPPD::PPDObjects() const {
@@ -82,7 +84,10 @@ const std::vector<std::shared_ptr<ATPPDGroup>>& ATPPD::groups() const {
 
 void ATPPD::makeObjects() {
   objectsMade_ = true;
-  for (Line& line : std::exchange(lines_, {})) makeObject(std::move(line));
+  std::exchange(lines_, {}).visitUntil([this](const Line& line) {
+    makeObject(line);
+    return false;
+  });
 }
 
 void ATPPD::makeObject(Line line) {
@@ -112,7 +117,7 @@ void ATPPD::makeObject(Line line) {
 
 // Whether any line that is not yet part of an object begins an attribute of this name.
 bool ATPPD::hasLineOfAttribute(std::string_view name) const {
-  return std::any_of(lines_.begin(), lines_.end(), [name](const Line& line) {
+  return lines_.visitUntil([name](const Line& line) {
     return line.owner == Owner::newAttribute && ATPPDAttribute::isNamed(line.string, name);
   });
 }

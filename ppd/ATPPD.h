@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -19,6 +18,7 @@
 #include "ppd/FirstByName.h"
 #include "ppd/LocalizationIndex.h"
 #include "ppd/SpecIndex.h"
+#include "ppd/UnmadeLines.h"
 
 /// The PPD document: the root of the tree. It takes every line of the file with its type, decides which object holds
 /// it, and offers the look-ups and edits of the updaters. Written back, an unchanged document gives the bytes that
@@ -94,11 +94,7 @@ class ATPPD : public ATPPDCompoundObject {
  private:
   // The object that a line belongs to: a new one of some kind, or the last one there is.
   enum class Owner : std::uint8_t { newObject, newAttribute, newOption, newGroup, lastObject };
-  struct Line {
-    StatementString string;
-    PPDLineType type;
-    Owner owner;
-  };
+  using Line = UnmadeLines<Owner>::Line;
   std::optional<Owner> ownerOfLine(PPDLineType type) const;
   bool isRefusedByLastObject(Owner owner, PPDLineType type) const;
   void makeObjects();
@@ -113,7 +109,7 @@ class ATPPD : public ATPPDCompoundObject {
   void unindexAttribute(const ATPPDAttribute& attribute, ObjectList<ATPPDAttribute>::Position position);
   Attributes attributesAt(const NameIndex::Positions& positions) const;
 
-  std::deque<Line> lines_;                 // read while nobody had asked for objects, and not yet made into any
+  UnmadeLines<Owner> lines_;               // read while nobody had asked for objects, and not yet made into any
   bool objectsMade_ = false;               // from the first question on, lines go to their objects at once
   std::optional<Owner> lastObjectsOwner_;  // until then: how the last object comes about; absent while there is none
   ObjectList<ATPPDAttribute> attributes_;

@@ -46,6 +46,17 @@ class StatementString {
     return one.view() == other.view();
   }
 
+  /// `size` bytes from `offset` on, which must lie inside, as a string that shares the storage.
+  StatementString part(std::size_t offset, std::size_t size) const {
+    return {block_, offset_ + static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size)};
+  }
+  /// Takes `next` in as well when its bytes lie right behind these in the same storage; false otherwise.
+  bool join(const StatementString& next) {
+    if (block_ != next.block_ || offset_ + size_ != next.offset_) return false;
+    size_ += next.size_;
+    return true;
+  }
+
   class Storage;
 
  private:
@@ -57,7 +68,7 @@ class StatementString {
   };
   StatementString(Block* block, std::uint32_t offset, std::uint32_t size)
       : block_(block), offset_(offset), size_(size) {
-    ++block_->users;
+    if (block_ != nullptr) ++block_->users;
   }
   static void release(Block* block) {
     if (block != nullptr && --block->users == 0) free(block);

@@ -77,6 +77,41 @@ TEST(StatementString, ComparesByText) {
   EXPECT_TRUE(StatementString("") == StatementString(""));
 }
 
+TEST(StatementString, APartSharesTheBytes) {
+  auto whole = std::make_unique<StatementString>("abcdef");
+  const StatementString part = whole->part(2, 3);
+  EXPECT_EQ(part.view().data(), whole->view().data() + 2);
+  whole.reset();
+  EXPECT_EQ(part.view(), "cde");
+  EXPECT_EQ(part.part(0, 3).view(), "cde");
+  EXPECT_EQ(part.part(1, 1).view(), "d");
+  EXPECT_EQ(part.part(3, 0).view(), "");
+  EXPECT_EQ(StatementString().part(0, 0).view(), "");
+}
+
+TEST(StatementString, JoinsWhatLiesBehindItInTheSameStorage) {
+  const StatementString whole("abcdef");
+  StatementString joined = whole.part(1, 2);
+  EXPECT_TRUE(joined.join(whole.part(3, 1)));
+  EXPECT_EQ(joined.view(), "bcd");
+  EXPECT_TRUE(joined.join(whole.part(4, 0)));
+  EXPECT_TRUE(joined.join(whole.part(4, 2)));
+  EXPECT_EQ(joined.view(), "bcdef");
+  EXPECT_EQ(whole.view(), "abcdef");
+}
+
+TEST(StatementString, JoinsNothingElse) {
+  const StatementString whole("abcdef");
+  const StatementString other("abcdef");
+  StatementString joined = whole.part(1, 2);
+  EXPECT_FALSE(joined.join(whole.part(4, 1)));  // a gap between
+  EXPECT_FALSE(joined.join(whole.part(0, 1)));  // in front
+  EXPECT_FALSE(joined.join(whole.part(2, 2)));  // overlapping
+  EXPECT_FALSE(joined.join(other.part(3, 1)));  // of another storage
+  EXPECT_FALSE(joined.join(StatementString()));
+  EXPECT_EQ(joined.view(), "bc");
+}
+
 TEST(StatementStringStorage, CutsOffOneLineAfterTheOther) {
   StatementString::Storage storage;
   const StatementString first = takeFrom(storage, "first\n", 256);
