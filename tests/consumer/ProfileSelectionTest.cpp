@@ -9,7 +9,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <string>
@@ -20,6 +19,7 @@
 #include "library/Snapshot.h"
 #include "readers/ATDeviceDataReader.h"
 #include "tests/support/SnapshotDeviceModelLibrary.h"
+#include "tests/support/TemporaryFolder.h"
 
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"  // libcups' PPD interface is what the consumers use
 
@@ -66,7 +66,8 @@ std::string chosenProfile(ppd_file_t* ppd, const Marks& marks) {
   return "none";
 }
 
-std::string setUp(const std::string& folder) {
+// The document after the setup of the example in the folder.
+PPD setUp(const std::string& folder) {
   registerReaderImplementations();
   SnapshotDeviceModelLibrary library(snapshot::Snapshot::fromFile(folder + "/snapshot.json"));
   DeviceModelLibrary::setDefaultLibrary(&library);
@@ -75,9 +76,8 @@ std::string setUp(const std::string& folder) {
   ATMemoryOutput output;
   EXPECT_TRUE(ATAutoSetupTool::initWithArgc(3, arguments.data())->run(output));
   DeviceModelLibrary::setDefaultLibrary(nullptr);
-  const std::string path = ::testing::TempDir() + "profile-selection.ppd";
-  std::ofstream(path, std::ios::binary) << output.bytes();
-  return path;
+  const TemporaryFolder temporary;
+  return opened(temporary.file("output.ppd", output.bytes()));
 }
 
 struct Selection {
@@ -92,7 +92,7 @@ struct Selection {
 void expectSelections(const std::string& example, const std::vector<Selection>& selections) {
   const std::string folder = std::string(AT_EXAMPLES_DIR) + "/" + example;
   const PPD before = opened(folder + "/input.ppd");
-  const PPD after = opened(setUp(folder));
+  const PPD after = setUp(folder);
   for (const auto& [marks, fileBefore, fileAfter] : selections) {
     std::string what = example;
     for (const auto& [option, choice] : marks) what += " " + option + "=" + choice;

@@ -9,8 +9,8 @@
 #include "base/ATException.h"
 #include "ppd/ATPPDParser.h"
 #include "readers/ATDeviceDataReader.h"
-#include "tests/driver/TestLog.h"
 #include "tests/readers/FakeDeviceModelLibrary.h"
+#include "tests/support/TestLog.h"
 
 using testing::ElementsAre;
 using testing::HasSubstr;

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <functional>
 
-#include "tests/driver/TemporaryFolder.h"
-#include "tests/driver/TestLog.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestLog.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <memory>
 
-#include "tests/driver/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/driver/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 /// A copy of a shared object under a path of its own. The dynamic loader takes it for another object, so it begins with
 /// fresh state, whatever earlier tests of this process did with the original.

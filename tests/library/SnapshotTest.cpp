@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/driver/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 using snapshot::Device;
 using snapshot::Error;

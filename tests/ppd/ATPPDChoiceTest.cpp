@@ -104,7 +104,7 @@ TEST(ATPPDChoice, AnAbsentCodeIsWrittenAsTheEmptyOne) {
 TEST(ATPPDChoice, NameOfAStatementHasOneTo40Bytes) {
   EXPECT_TRUE(ATPPDChoice::choiceStringWithName(std::string(40, 'n'), "MediaType", "Text", "code"));
   EXPECT_TRUE(ATPPDChoice::choiceStringWithName(std::string(38, 'n') + "\xC3\xA9", "MediaType", "Text", "code"));
-  const TestSupport::Log log;
+  const TestLog log;
   const std::string tooLong(41, 'n');
   EXPECT_EQ(ATPPDChoice::choiceStringWithName(tooLong, "MediaType", "Text", "code"), null);
   EXPECT_EQ(ATPPDChoice::choiceStringWithName("", "MediaType", "Text", "code"), null);
@@ -113,7 +113,7 @@ TEST(ATPPDChoice, NameOfAStatementHasOneTo40Bytes) {
 }
 
 TEST(ATPPDChoice, AStatementNeedsAnOptionKeyword) {
-  const TestSupport::Log log;
+  const TestLog log;
   EXPECT_EQ(ATPPDChoice::choiceStringWithName("Custom1", "", "Text", "code"), null);
   log.expect(kSignature + std::string("Cannot create ATPPDChoice from name: Custom1, option: , text: Text\n"));
 }
@@ -128,7 +128,7 @@ TEST(ATPPDChoice, ALineOfAStatementHasUpTo255BytesWithoutItsLineEnd) {
   const auto longest = ATPPDChoice::choiceStringWithName("n", "O", textForLine(255), "");
   ASSERT_TRUE(longest);
   EXPECT_EQ(longest->size(), 256U);  // the line feed included
-  const TestSupport::Log log;
+  const TestLog log;
   EXPECT_EQ(ATPPDChoice::choiceStringWithName("n", "O", textForLine(256), ""), null);
   const std::string line = "*O n/" + textForLine(256) + ": \"\"";
   log.expect(kSignature + ("Not valid component " + line) + ", string: " + line + "\n\n");
@@ -155,7 +155,7 @@ TEST(ATPPDChoice, EachLineOfAStatementIsCheckedByItself) {
 TEST(ATPPDChoice, TheFirstLineThatIsTooLongIsLogged) {
   const std::string first(256, 'a');
   const std::string statement = "*O n/t: \"\n" + first + "\n" + std::string(300, 'b') + "\"\n";
-  const TestSupport::Log log;
+  const TestLog log;
   EXPECT_EQ(ATPPDChoice::choiceStringWithName("n", "O", "t", "\n" + first + "\n" + std::string(300, 'b')), null);
   log.expect(kSignature + ("Not valid component " + first) + ", string: " + statement + "\n");
 }

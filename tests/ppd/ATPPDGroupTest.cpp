@@ -112,7 +112,7 @@ class ATPPDGroupForeignLine : public testing::TestWithParam<int> {};
 
 TEST_P(ATPPDGroupForeignLine, IsDroppedAndLogged) {
   const auto group = ATPPDGroup::groupWithString(kOpen);
-  const TestSupport::Log log;
+  const TestLog log;
   group->addString("line", static_cast<PPDLineType>(GetParam()));
   log.expect("-[ATPPDGroup addString:ofType:]: String line of type " + std::to_string(GetParam()) + " is ignored!\n");
   EXPECT_THAT(linesOf(*group), ElementsAre(kOpen));

@@ -151,7 +151,7 @@ class ATPPDOptionForeignLine : public testing::TestWithParam<int> {};
 
 TEST_P(ATPPDOptionForeignLine, IsDroppedAndLogged) {
   const auto option = mediaType();
-  const TestSupport::Log log;
+  const TestLog log;
   option->addString("line", static_cast<PPDLineType>(GetParam()));
   log.expect("-[ATPPDOption addString:ofType:]: String line of type " + std::to_string(GetParam()) + " is ignored!\n");
   EXPECT_THAT(linesOf(*option), ElementsAre(kOpen, kDefault, kPlain, kGlossy, kClose));
@@ -236,7 +236,7 @@ TEST(ATPPDOption, SettingTheDefaultStatementDoesNotChangeTheLines) {
 
 TEST(ATPPDOption, AnAddedChoiceStandsBeforeTheCloseUIStatement) {
   const auto option = mediaType();
-  const TestSupport::Log log;
+  const TestLog log;
   option->addChoice(choice("Custom1"));
   option->addChoice(choice("Custom2"));
   log.expect("-[ATPPDOption addChoice:]: Adding choice Custom1\n-[ATPPDOption addChoice:]: Adding choice Custom2\n");
@@ -319,7 +319,7 @@ TEST(ATPPDOption, AnotherChoiceOfTheSameNameIsAdded) {
 
 TEST(ATPPDOption, RemovesAChoice) {
   const auto option = mediaType();
-  const TestSupport::Log log;
+  const TestLog log;
   option->removeChoice(option->choiceForName("Plain"));
   log.expect("-[ATPPDOption removeChoice:]: MediaType, removing choice Plain...\n");
   EXPECT_THAT(namesOf(*option), ElementsAre("Glossy"));
@@ -330,7 +330,7 @@ TEST(ATPPDOption, RemovesAChoice) {
 TEST(ATPPDOption, RemovesByIdentity) {
   const auto option = mediaType();
   const ChoicePtr equal = ATPPDChoice::choiceWithString(kPlain);
-  const TestSupport::Log log;
+  const TestLog log;
   option->removeChoice(equal);
   log.expect("-[ATPPDOption removeChoice:]: MediaType, removing choice Plain...\n");
   EXPECT_THAT(namesOf(*option), ElementsAre("Plain", "Glossy"));
@@ -347,7 +347,7 @@ TEST(ATPPDOption, AChoiceOfAnotherOptionIsNotRemoved) {
 
 TEST(ATPPDOption, RemovingNullIsLoggedOnly) {
   const auto option = mediaType();
-  const TestSupport::Log log;
+  const TestLog log;
   option->removeChoice(nullptr);
   log.expect("-[ATPPDOption removeChoice:]: MediaType, removing choice (null)...\n");
   EXPECT_EQ(linesOf(*option).size(), 5U);

@@ -478,7 +478,7 @@ INSTANTIATE_TEST_SUITE_P(Lines, ATPPDParserMalformed, testing::ValuesIn(kMalform
 
 TEST_F(ATPPDParserTest, AMissingFileIsErrorOne) {
   const std::string path = testing::TempDir() + "no-such-directory/no-such-file.ppd";
-  const TestSupport::Log log;
+  const TestLog log;
   EXPECT_FALSE(parser_.parsePPDFileAtPath(path));
   EXPECT_THAT(delegate_.errors, ElementsAre(Pair(1, null)));
   EXPECT_THAT(delegate_.lines, IsEmpty());
@@ -486,7 +486,7 @@ TEST_F(ATPPDParserTest, AMissingFileIsErrorOne) {
 }
 
 TEST_F(ATPPDParserTest, AnAbsentPathIsErrorOne) {
-  const TestSupport::Log log;
+  const TestLog log;
   EXPECT_FALSE(parser_.parsePPDFileAtPath(null));
   EXPECT_THAT(delegate_.errors, ElementsAre(Pair(1, null)));
   log.expect("-[ATPPDParser parsePPDFileAtPath:]: Cannot find PPD at (null)\n");
@@ -548,11 +548,11 @@ class Socket {
 };
 
 struct LogAtErrorDelegate : RecordingDelegate {
-  const TestSupport::Log* log = nullptr;
+  const TestLog* log = nullptr;
   std::string messagesAtError;
   void didFailWithError(ATPPDParser& sender, const PPDParserError& error) override {
     RecordingDelegate::didFailWithError(sender, error);
-    messagesAtError = log->messages();
+    messagesAtError = log->text();
   }
 };
 
@@ -560,7 +560,7 @@ struct LogAtErrorDelegate : RecordingDelegate {
 
 TEST_F(ATPPDParserTest, AFileThatCannotBeOpenedIsErrorTwo) {
   const Socket socket;
-  const TestSupport::Log log;
+  const TestLog log;
   EXPECT_FALSE(parser_.parsePPDFileAtPath(socket.path()));
   EXPECT_THAT(delegate_.errors, ElementsAre(Pair(2, null)));
   EXPECT_THAT(delegate_.lines, IsEmpty());
@@ -580,13 +580,13 @@ TEST_F(ATPPDParserTest, TheStateIsResetBeforeTheFileIsOpened) {
 
 TEST_F(ATPPDParserTest, ErrorsAreReportedBeforeTheyAreLogged) {
   const Socket socket;
-  const TestSupport::Log log;
+  const TestLog log;
   LogAtErrorDelegate delegate;
   delegate.log = &log;
   parser_.setDelegate(&delegate);
   EXPECT_FALSE(parser_.parsePPDFileAtPath(null));
   EXPECT_EQ(delegate.messagesAtError, "");
-  const std::string before = log.messages();
+  const std::string before = log.text();
   EXPECT_FALSE(parser_.parsePPDFileAtPath(socket.path()));
   EXPECT_EQ(delegate.messagesAtError, before);
   EXPECT_EQ(delegate.errors.size(), 2U);

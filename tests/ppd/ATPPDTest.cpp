@@ -219,14 +219,14 @@ TEST_P(ATPPDRouting, FurtherLinesAndCloseGroupGoToTheLastChildAndAnOptionDropsTh
 
 TEST_P(ATPPDRouting, LinesOfNoKnownTypeAreDroppedAndLogged) {
   for (const int type : {-1, 0, 15, 1000}) {
-    const TestSupport::Log log;
+    const TestLog log;
     expectLastChild(static_cast<PPDLineType>(type), false);
     log.expect("-[ATPPD addString:ofType:]: ERROR: String line\n of type " + std::to_string(type) + " is ignored!\n");
   }
 }
 
 TEST_P(ATPPDRouting, NothingIsLoggedForALineThatIsTaken) {
-  const TestSupport::Log log;
+  const TestLog log;
   for (const PPDLineType type : kTypes) {
     const bool refused = type == PPDLineTypeContinuation || type == PPDLineTypeEnd || type == PPDLineTypeCloseGroup;
     if (state() == State::behindOption && refused) continue;
@@ -261,7 +261,7 @@ TEST(ATPPD, IsEmptyAtFirst) {
 
 TEST(ATPPD, AnOptionLogsTheLineThatItDrops) {
   const auto document = documentOf({{"*OpenUI *A\n", PPDLineTypeOpenUI}});
-  const TestSupport::Log log;
+  const TestLog log;
   document->addString("*CloseGroup: G\n", PPDLineTypeCloseGroup);
   log.expect("-[ATPPDOption addString:ofType:]: String *CloseGroup: G\n of type 6 is ignored!\n");
 }
@@ -413,6 +413,18 @@ TEST(ATPPD, FindsAttributesByTheMiddleOneOfThreePartsOfTheSpec) {
               ElementsAre("*P RGB.Plain.300: 1\n", "*P CMYK.Plain.: 6\n"));
   EXPECT_THAT(document->attributesForNameWithSpecMiddlePart("P", "Pla"), IsEmpty());
   EXPECT_THAT(document->attributesForNameWithSpecMiddlePart("R", "Plain"), IsEmpty());
+}
+
+TEST(ATPPD, TellsWhetherAnAttributeHasAPartAsTheSecondOfItsSpec) {
+  const auto document = documentOfStatements({"*P .Plain.300.A: 1\n", "*Q RGB.Glossy.300: 2\n", "*P A.Matte: 3\n"});
+  EXPECT_TRUE(document->hasAttributeForNameWithSpecSecondPart("P", "Plain"));
+  EXPECT_FALSE(document->hasAttributeForNameWithSpecSecondPart("P", "Glossy"));
+  EXPECT_FALSE(document->hasAttributeForNameWithSpecSecondPart("P", "Matte"));
+  EXPECT_FALSE(document->hasAttributeForNameWithSpecSecondPart("R", "Plain"));
+  document->addPPDAttribute(ATPPDAttribute::initWithName("P", "RGB.Glossy.", null, "x"));
+  EXPECT_TRUE(document->hasAttributeForNameWithSpecSecondPart("P", "Glossy"));
+  document->removePPDAttribute(document->attributeForName("P", ".Plain.300.A"));
+  EXPECT_FALSE(document->hasAttributeForNameWithSpecSecondPart("P", "Plain"));
 }
 
 TEST(ATPPD, ARemovedAttributeIsNotFoundAgainWhateverTheFirstLookUpWas) {
@@ -652,7 +664,7 @@ TEST(ATPPD, AnAttributeIsListedOnlyWhenTheLastOneIsNoChild) {
 
 TEST(ATPPD, AddingNullIsIgnored) {
   const auto document = documentOfStatements({"*Foo: x\n"});
-  const TestSupport::Log log;
+  const TestLog log;
   document->addPPDAttribute(nullptr);
   log.expect("");
   EXPECT_THAT(linesOf(*document), ElementsAre("*Foo: x\n"));
@@ -661,7 +673,7 @@ TEST(ATPPD, AddingNullIsIgnored) {
 
 TEST(ATPPD, AdditionsAreLogged) {
   ATPPD document;
-  const TestSupport::Log log;
+  const TestLog log;
   document.addPPDAttribute(ATPPDAttribute::initWithName("Foo", "Bar", null, "\"v\""));
   document.addPPDAttribute(ATPPDAttribute::attributeWithString("*Bar\n"));
   document.addPPDAttribute(std::make_shared<ATPPDAttribute>());
@@ -675,7 +687,7 @@ TEST(ATPPD, AdditionsAreLogged) {
 
 TEST(ATPPD, RemovesAnAttribute) {
   const auto document = documentOfStatements({"*Foo: 1\n", "*Foo: 2\n", "*Bar: 3\n"});
-  const TestSupport::Log log;
+  const TestLog log;
   document->removePPDAttribute(document->attributeForName("Foo"));
   log.expect("-[ATPPD removePPDAttribute:]: Removing attribute Foo...\n");
   EXPECT_THAT(linesOf(*document), ElementsAre("*Foo: 2\n", "*Bar: 3\n"));
@@ -694,7 +706,7 @@ TEST(ATPPD, RemovesByIdentity) {
 
 TEST(ATPPD, RemovingAStrangerChangesNothing) {
   const auto document = documentOfStatements({"*Foo: 1\n"});
-  const TestSupport::Log log;
+  const TestLog log;
   document->removePPDAttribute(ATPPDAttribute::attributeWithString("*Foo: 1\n"));
   log.expect("-[ATPPD removePPDAttribute:]: Removing attribute Foo...\n");
   EXPECT_THAT(linesOf(*document), ElementsAre("*Foo: 1\n"));
@@ -703,7 +715,7 @@ TEST(ATPPD, RemovingAStrangerChangesNothing) {
 
 TEST(ATPPD, RemovingNullIsLoggedOnly) {
   const auto document = documentOfStatements({"*Foo: 1\n"});
-  const TestSupport::Log log;
+  const TestLog log;
   document->removePPDAttribute(nullptr);
   log.expect("-[ATPPD removePPDAttribute:]: Removing attribute (null)...\n");
   EXPECT_THAT(linesOf(*document), ElementsAre("*Foo: 1\n"));
@@ -746,7 +758,7 @@ TEST(ATPPD, RemovesAnAttributeWithTheLocalizationsOfItsNameAndSpec) {
   const auto document =
       documentOfStatements({"*cupsLanguages: \"de fr\"\n", "*fr.Foo A: 1\n", "*Foo A: 2\n", "*Foo B: 3\n",
                             "*de.Foo A: 4\n", "*de.Foo B: 5\n", "*it.Foo A: 6\n", "*de.Foo A: 7\n"});
-  const TestSupport::Log log;
+  const TestLog log;
   document->removePPDAttributeWithLocalizations(document->attributeForName("Foo", "A"));
   log.expect(
       "-[ATPPD removePPDAttribute:]: Removing attribute Foo...\n"

@@ -192,14 +192,14 @@ TEST(PPDExtentions, KeywordTakesPrintableASCIIWithoutSlashAndColon) {
 }
 
 TEST(PPDExtentions, EmptyKeywordAndEmptyTextAreValid) {
-  const TestSupport::Log log;
+  const TestLog log;
   EXPECT_TRUE(isValidPPDKeyword(""));
   EXPECT_TRUE(isValidPPDText(""));
   log.expect("");
 }
 
 TEST(PPDExtentions, KeywordIsCheckedWithoutAMessage) {
-  const TestSupport::Log log;
+  const TestLog log;
   EXPECT_FALSE(isValidPPDKeyword("a b"));
   log.expect("");
 }
@@ -223,7 +223,7 @@ TEST(PPDExtentions, TextTakesSpaceToTheLastLatin1CharacterWithoutFourOfThem) {
 
 TEST(PPDExtentions, EveryBadUnitOfATextIsLogged) {
   const std::string message = "-[PPDExtentions isValidPPDText]: The text: \"a:b<c>\" is not valid PPD text.\n";
-  const TestSupport::Log log;
+  const TestLog log;
   EXPECT_FALSE(isValidPPDText("a:b<c>"));
   log.expect(message + message + message);
 }
@@ -231,7 +231,7 @@ TEST(PPDExtentions, EveryBadUnitOfATextIsLogged) {
 TEST(PPDExtentions, BothHalvesOfASurrogatePairAreLogged) {
   const std::string message =
       "-[PPDExtentions isValidPPDText]: The text: \"\xF0\x9F\x98\x80\" is not valid PPD text.\n";
-  const TestSupport::Log log;
+  const TestLog log;
   EXPECT_FALSE(isValidPPDText("\xF0\x9F\x98\x80"));
   log.expect(message + message);
 }

@@ -14,9 +14,9 @@
 #include <string_view>
 #include <vector>
 
-#include "driver/ATLog.h"
 #include "ppd/IATPPDObject.h"
 #include "ppd/StatementString.h"
+#include "tests/support/TestLog.h"
 
 namespace TestSupport {
 
@@ -61,29 +61,6 @@ class TemporaryFile {
 
  private:
   std::string path_;
-};
-
-/// The messages that are logged while the object lives, "SIGNATURE: MESSAGE" and a line feed each. Only the
-/// diagnostic build logs any.
-class Log {
- public:
-  Log() : start_(file().size()) {}
-
-  std::string messages() const { return file().bytes(start_); }
-
-  /// Expects exactly these messages in the diagnostic build, and none otherwise.
-  void expect(const std::string& expected) const { EXPECT_EQ(messages(), ATDiagnosticLog ? expected : std::string()); }
-
- private:
-  // The log file stays open for the whole process, so all tests share it.
-  static const TemporaryFile& file() {
-    static const TemporaryFile shared;
-    static const bool opened = (ATOpenLogFile(shared.path().c_str()), true);
-    static_cast<void>(opened);
-    return shared;
-  }
-
-  std::streamoff start_;
 };
 
 }  // namespace TestSupport

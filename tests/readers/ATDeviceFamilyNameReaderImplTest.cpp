@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "base/ATException.h"
-#include "tests/driver/TestLog.h"
 #include "tests/readers/FakeDeviceModelLibrary.h"
+#include "tests/support/TestLog.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "base/ATException.h"
+#include "tests/support/TestLog.h"
 #include "tests/updaters/TestDevice.h"
 #include "tests/updaters/TestDocument.h"
-#include "tests/updaters/TestLog.h"
 #include "tests/updaters/TracedUpdater.h"
 
 namespace {
@@ -204,7 +204,7 @@ TEST(ATGlossyProfilePCL3PPDUpdater, AddLeavesTheConvertedValuesInTheCallersRecor
 TEST(ATGlossyProfilePCL3PPDUpdater, AddWithoutAGlossValueFailsAndLogsTheRecordThatItGot) {
   const auto ppd = documentFromText(kGlossy);
   const DeviceValue record = mediumWithProfiles("P", listOf({glossProfile("OFF", "a"), glossProfile({}, "b")}));
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_FALSE(Updater().addICCProfileForMediaWithData(record, *ppd));
   EXPECT_EQ(textOf(*ppd), kGlossy);
   EXPECT_EQ(inProfilesOf(record, "GlossEnhancer"), (Texts{"off-ge", "(null)"}));
@@ -219,7 +219,7 @@ TEST(ATGlossyProfilePCL3PPDUpdater, AddWithoutAGlossValueFailsAndLogsTheRecordTh
 
 TEST(ATGlossyProfilePCL3PPDUpdater, AddWithoutProfilesIsTheInheritedRefusal) {
   const auto ppd = documentFromText(kGlossy);
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_FALSE(Updater().addICCProfileForMediaWithData(mapOf({{"PPDName", "P"}}), *ppd));
   EXPECT_FALSE(Updater().addICCProfileForMediaWithData(mediumWithProfiles("P", listOf({})), *ppd));
   EXPECT_FALSE(Updater().addICCProfileForMediaWithData(mediumWithProfiles("P", "text"), *ppd));
@@ -242,7 +242,7 @@ TEST(ATGlossyProfilePCL3PPDUpdater, SetsTheStatementOfEachGlossValueOfAGlossyMed
 
 TEST(ATGlossyProfilePCL3PPDUpdater, SetOfAnotherMediumRewritesItsStatementOncePerEntryAndTheLastWins) {
   const auto ppd = documentFromText(kQualifier + statement(".P.", "Old", "/old"));
-  const CapturedLog log;
+  const TestLog log;
   Updater().setICCProfileForMediaWithData(
       mediumWithProfiles("P", listOf({glossProfile("OFF", "off"), glossProfile("INKEDAREA", "inked")})), *ppd);
   EXPECT_EQ(textOf(*ppd), kQualifier + statement(".P.", "inked", "/inked"));
@@ -260,7 +260,7 @@ TEST(ATGlossyProfilePCL3PPDUpdater, SetWithoutAGlossValueChangesNothingAndLogs) 
   const std::string text = kGlossy + statement(".P.off-ge", "1", "/1");
   const auto ppd = documentFromText(text);
   const DeviceValue record = mediumWithProfiles("P", listOf({glossProfile("OFF", "a"), glossProfile({}, "b")}));
-  const CapturedLog log;
+  const TestLog log;
   Updater().setICCProfileForMediaWithData(record, *ppd);
   EXPECT_EQ(textOf(*ppd), text);
   const Texts messages = log.messages(kSetSignature);
@@ -310,7 +310,7 @@ TEST(ATGlossyProfilePCL3PPDUpdater, TheGuardCatchesEveryExceptionAndWhatWasChang
 TEST(ATGlossyProfilePCL3PPDUpdater, LogsTheReasonOfTheException) {
   const auto ppd = documentFromText("");
   const DeviceValue record = mediumWithProfiles("P", listOf({glossProfile("off-ge", "bad")}));
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_FALSE(Failing<Broken>().addICCProfileForMediaWithData(record, *ppd));
   Failing<Broken>().setICCProfileForMediaWithData(record, *ppd);
   EXPECT_EQ(log.messages(kAddSignature),

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "base/ATException.h"
+#include "tests/support/TestLog.h"
 #include "tests/updaters/TestDevice.h"
 #include "tests/updaters/TestDocument.h"
-#include "tests/updaters/TestLog.h"
 #include "tests/updaters/TracedUpdater.h"
 
 namespace {
@@ -177,7 +177,7 @@ TEST(ATMediaTypePCL3PPDUpdater, TheMainLineMayHave255BytesWithItsLineFeed) {
 
 TEST(ATMediaTypePCL3PPDUpdater, AMainLineOf256BytesIsSkipped) {
   const std::string path = pathForLineOf(256);
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_EQ(built(kHead, "N", ".C.", path), std::nullopt);
   EXPECT_EQ(log.messages(kBuildSignature),
             logged({"INFO: Skip profile N - line length > 256 bytes: " + statement(".C.", "N", path)}));
@@ -199,7 +199,7 @@ TEST(ATMediaTypePCL3PPDUpdater, ALocalizedLineMayHave255Bytes) {
 TEST(ATMediaTypePCL3PPDUpdater, ALocalizedLineOf256BytesDropsTheWholeProfile) {
   const std::string name = nameForLocalizedLineOf(256);
   ASSERT_LE(statement(".C.", name, "/").size(), 255U);
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_EQ(built("*cupsLanguages: \"x de fr\"\n", name, ".C.", "/"), std::nullopt);
   EXPECT_EQ(log.messages(kBuildSignature),
             logged({"INFO: Skip profile " + name + ", locale de > 256 bytes limit: " + localized("de", ".C.", name)}));
@@ -230,7 +230,7 @@ TEST(ATMediaTypePCL3PPDUpdater, ARecordWithoutProfilesCannotBeAdded) {
   const DeviceValue empty = mediumWithProfiles("C", listOf({}));
   const DeviceValue noList = mediumWithProfiles("C", "text");
   const DeviceValue map = mediumWithProfiles("C", mapOf({{"URL", "/n"}, {"ICCName", "N"}}));
-  const CapturedLog log;
+  const TestLog log;
   for (const DeviceValue& record : {without, empty, noList, map}) EXPECT_EQ(added(kHead, record, false), "");
   EXPECT_EQ(log.messages(kAddSignature), logged({"INFO: Cannot add profile from " + without.description(),
                                                  "INFO: Cannot add profile from " + empty.description(),
@@ -240,7 +240,7 @@ TEST(ATMediaTypePCL3PPDUpdater, ARecordWithoutProfilesCannotBeAdded) {
 
 TEST(ATMediaTypePCL3PPDUpdater, SkipsEntriesThatCannotBeWrittenAndAddsTheOthers) {
   const std::string tooLong(81, 'n');
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_EQ(
       added(kHead, mediumWithProfiles("C", listOf({profile(tooLong, "/a"), profile("a:b", "/b"), profile("", "/c"),
                                                    profile({}, "/d"), profile("No URL", {}),
@@ -275,7 +275,7 @@ TEST(ATMediaTypePCL3PPDUpdater, ASpecMayHave40Bytes) {
 
 TEST(ATMediaTypePCL3PPDUpdater, IgnoresAProfileWhoseSpecHas41Bytes) {
   const std::string tooLong(39, 'q');
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_EQ(added(kHead, mediumWithProfiles(tooLong.c_str(), listOf({profile("N", "/n")}))), "");
   EXPECT_EQ(log.messages(kAddSignature),
             logged({"INFO: Ignore profile N with qualifier (> 41 bytes): ." + tooLong + "."}));
@@ -344,7 +344,7 @@ TEST(ATMediaTypePCL3PPDUpdater, SetsTextValueAndLocalizationsOfTheStatement) {
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, LogsTheStatementThatItSets) {
-  const CapturedLog log;
+  const TestLog log;
   afterSet(statement(".C.", "Old", "/old"), mediumWithProfiles("C", kOneProfile));
   EXPECT_EQ(log.messages(kSetSignature), logged({"Found factory ICC profile: .C."}));
 }
@@ -352,7 +352,7 @@ TEST(ATMediaTypePCL3PPDUpdater, LogsTheStatementThatItSets) {
 TEST(ATMediaTypePCL3PPDUpdater, SetAddsNothingAndLogsNothingWithoutAStatement) {
   const std::string text =
       statement(".Other.", "Old", "/old") + statement(".C.Best", "Old", "/old") + statement("RGB.C.", "Old", "/old");
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_EQ(afterSet(text, mediumWithProfiles("C", kOneProfile)), text);
   EXPECT_EQ(log.messages(kSetSignature), Texts());
 }
@@ -362,7 +362,7 @@ TEST(ATMediaTypePCL3PPDUpdater, SetWithoutProfilesOnlyLogs) {
   const DeviceValue without = mapOf({{"PPDName", "C"}});
   const DeviceValue empty = mediumWithProfiles("C", listOf({}));
   const DeviceValue noList = mediumWithProfiles("C", number(1));
-  const CapturedLog log;
+  const TestLog log;
   for (const DeviceValue& record : {without, empty, noList}) EXPECT_EQ(afterSet(text, record), text);
   EXPECT_EQ(log.messages(kSetSignature), logged({"INFO: Cannot set profile from " + without.description(),
                                                  "INFO: Cannot set profile from " + empty.description(),
@@ -371,7 +371,7 @@ TEST(ATMediaTypePCL3PPDUpdater, SetWithoutProfilesOnlyLogs) {
 
 TEST(ATMediaTypePCL3PPDUpdater, SetSkipsEntriesThatCannotBeWritten) {
   const std::string text = statement(".C.", "Old", "/old");
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_EQ(
       afterSet(text, mediumWithProfiles("C", listOf({profile("a:b", "/n"), profile({}, "/n"), profile("N", "file:"),
                                                      profile(std::string(81, 'n'), "/n")}))),
@@ -385,6 +385,16 @@ TEST(ATMediaTypePCL3PPDUpdater, TheLastEntryThatIsSetWins) {
   EXPECT_EQ(afterSet(statement(".C.", "Old", "/old"),
                      mediumWithProfiles("C", listOf({profile("N", "/n"), profile("M", "/m")}))),
             statement(".C.", "M", "/m"));
+}
+
+TEST(ATMediaTypePCL3PPDUpdater, TheLastEntryThatIsSetGivesTheLocalizationsTheirText) {
+  const auto document = [](const std::string& text, const std::string& path, const std::string& localizedText) {
+    return kLanguages + statement(".C.", text, path) + localized("de", ".C.", localizedText) +
+           localized("de", ".C.", localizedText) + localized("fr", ".C.", localizedText);
+  };
+  EXPECT_EQ(afterSet(document("Old", "/old", "Old"),
+                     mediumWithProfiles("C", listOf({profile("N", "/n"), profile("M", "/m"), profile("a:b", "/x")}))),
+            document("M", "/m", "M"));
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, SetsOnlyTheFirstStatementOfTheSpec) {
@@ -412,11 +422,11 @@ TEST(ATMediaTypePCL3PPDUpdater, SetWorksTheSpecOutForEveryEntry) {
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, SetOfAnEntryThatIsNoMapIsAProgrammingErrorAndWhatWasSetStays) {
-  const auto ppd = documentFromText(statement(".C.", "Old", "/old"));
+  const auto ppd = documentFromText(kLanguages + statement(".C.", "Old", "/old") + localized("de", ".C.", "Alt"));
   EXPECT_THROW(
       Updater().setICCProfileForMediaWithData(mediumWithProfiles("C", listOf({profile("N", "/n"), "text"})), *ppd),
       ATException);
-  EXPECT_EQ(textOf(*ppd), statement(".C.", "N", "/n"));
+  EXPECT_EQ(textOf(*ppd), kLanguages + statement(".C.", "N", "/n") + localized("de", ".C.", "N"));
 }
 
 // Restoring
@@ -552,7 +562,7 @@ TEST(ATMediaTypePCL3PPDUpdater, AnEmptyNameRemovesNoProfile) {
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, LogsTheSpecOfEachProfileThatItRemoves) {
-  const CapturedLog log;
+  const TestLog log;
   afterRemoval(statement(".C.", "1", "/1") + statement("A.C.B", "2", "/2") + statement(".D.", "3", "/3"), "C");
   EXPECT_EQ(log.messages(kRemoveSignature), logged({"Removing profile .C.", "Removing profile A.C.B"}));
 }

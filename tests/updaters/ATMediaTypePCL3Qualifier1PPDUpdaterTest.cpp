@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "base/ATException.h"
+#include "tests/support/TestLog.h"
 #include "tests/updaters/TestDevice.h"
 #include "tests/updaters/TestDocument.h"
-#include "tests/updaters/TestLog.h"
 #include "tests/updaters/TracedUpdater.h"
 
 namespace {
@@ -241,7 +241,7 @@ TEST(ATMediaTypePCL3Qualifier1PPDUpdater, AddsAnUnconvertedProfileWhenItDoesNotA
 TEST(ATMediaTypePCL3Qualifier1PPDUpdater, AddWithoutAGlossValueFailsAndLogsTheRecordThatItGot) {
   const auto ppd = documentFromText(kApplicable);
   const DeviceValue record = mediumWithProfiles("Plain", listOf({profile("A", "/a", "OFF"), profile("B", "/b")}));
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_FALSE(Updater().addICCProfileForMediaWithData(record, *ppd));
   EXPECT_EQ(textOf(*ppd), kApplicable);
   EXPECT_EQ(inProfilesOf(record, "GlossEnhancer"), (Texts{"False", "(null)"}));
@@ -257,7 +257,7 @@ TEST(ATMediaTypePCL3Qualifier1PPDUpdater, AddWithoutAGlossValueFailsAndLogsTheRe
 TEST(ATMediaTypePCL3Qualifier1PPDUpdater, AddWithoutProfilesIsTheInheritedRefusal) {
   const auto ppd = documentFromText(kApplicable);
   const DeviceValue record = mapOf({{"PPDName", "Plain"}});
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_FALSE(Updater().addICCProfileForMediaWithData(record, *ppd));
   EXPECT_FALSE(Updater().addICCProfileForMediaWithData(mediumWithProfiles("Plain", "text"), *ppd));
   EXPECT_EQ(log.messages(kAddSignature), Texts());
@@ -312,7 +312,7 @@ TEST(ATMediaTypePCL3Qualifier1PPDUpdater, TheGuardCatchesEveryExceptionAndWhatWa
 TEST(ATMediaTypePCL3Qualifier1PPDUpdater, LogsTheReasonOfTheException) {
   const auto ppd = documentFromText("");
   const DeviceValue record = mediumWithProfiles("P", listOf({profile("bad", "/b", "OFF")}));
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_FALSE(Failing<Broken>().addICCProfileForMediaWithData(record, *ppd));
   FailingSet<Broken>().setICCProfileForMediaWithData(record, *ppd);
   EXPECT_EQ(log.messages(kAddSignature),
@@ -383,7 +383,7 @@ TEST(ATMediaTypePCL3Qualifier1PPDUpdater, SetWithoutAGlossValueChangesNothingAnd
   const std::string text = kApplicable + statement("True.Plain.Best", "B", "/b");
   const auto ppd = documentFromText(text);
   const DeviceValue record = mediumWithProfiles("Plain", listOf({profile("A", "/a")}));
-  const CapturedLog log;
+  const TestLog log;
   Updater().setICCProfileForMediaWithData(record, *ppd);
   EXPECT_EQ(textOf(*ppd), text);
   const Texts messages = log.messages(kSetSignature);

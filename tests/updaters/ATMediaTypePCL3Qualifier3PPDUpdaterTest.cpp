@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "base/ATException.h"
+#include "tests/support/TestLog.h"
 #include "tests/updaters/TestDevice.h"
 #include "tests/updaters/TestDocument.h"
-#include "tests/updaters/TestLog.h"
 #include "tests/updaters/TracedUpdater.h"
 
 namespace {

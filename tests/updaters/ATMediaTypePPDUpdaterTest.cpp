@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "base/ATException.h"
+#include "tests/support/TestLog.h"
 #include "tests/updaters/TestDevice.h"
 #include "tests/updaters/TestDocument.h"
-#include "tests/updaters/TestLog.h"
 #include "tests/updaters/TracedUpdater.h"
 
 namespace {
@@ -241,7 +241,7 @@ TEST(ATMediaTypePPDUpdater, LogsEachRecordAsRead) {
   const DeviceValue custom = customMedium("A", "1");
   const DeviceValue factory = mapOf({{"ID", "2"}});
   const FakeReader reader(mediaList({custom, factory}));
-  const CapturedLog log;
+  const TestLog log;
   Updater().updatePPD(ppd.get(), &reader);
   EXPECT_EQ(
       log.messages("-[ATMediaTypePPDUpdater updatePPD:usingDataReader:]"),
@@ -627,7 +627,7 @@ TEST(ATMediaTypePPDUpdater, TheCodeIsAskedForBeforeTheRecordIsChecked) {
 
 TEST(ATMediaTypePPDUpdater, LogsWhatItAddsEvenWhenItCannot) {
   const auto ppd = documentFromText(mediaTypes(""));
-  const CapturedLog log;
+  const TestLog log;
   Updater().addMediaWithData(named("Custom1", "5", "A"), *ppd);
   Updater().addMediaWithData(named("Custom1", "5", {}), *ppd);
   Updater().addMediaWithData(named("Custom1", {}, "B"), *ppd);
@@ -835,7 +835,7 @@ TEST(ATMediaTypePPDUpdater, AParentWithoutPropertiesGivesNone) {
 
 TEST(ATMediaTypePPDUpdater, LogsTheParentAndTheProperties) {
   const auto ppd = documentFromText("*QZValueAttributes MediaType.Plain: \"a\"\n" + mediaTypes(kPlain + kMatte));
-  const CapturedLog log;
+  const TestLog log;
   Updater().addAttributesForMediaWithData(named("Custom1", "5", "A", "12"), *ppd);
   Updater().addAttributesForMediaWithData(named("Custom2", "6", "B", "345"), *ppd);
   Updater().addAttributesForMediaWithData(named("Custom3", "7", "C"), *ppd);

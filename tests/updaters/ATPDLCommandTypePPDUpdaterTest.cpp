@@ -9,9 +9,9 @@
 
 #include "base/ATException.h"
 #include "readers/ATPPDDataReader.h"
+#include "tests/support/TestLog.h"
 #include "tests/updaters/TestDevice.h"
 #include "tests/updaters/TestDocument.h"
-#include "tests/updaters/TestLog.h"
 
 namespace {
 
@@ -202,7 +202,7 @@ TEST(ATPDLCommandTypePPDUpdater, AnIdentificationThatIsNoTextIsAProgrammingError
 TEST(ATPDLCommandTypePPDUpdater, WithoutTheLibraryTheFamilyIsEmpty) {
   FakeLibrary library("CID:QZVR2PCLS");
   library.available = false;
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_EQ(added(kURI), kSecondBlock);
   EXPECT_EQ(library.specs.size() + library.uris.size(), 0U);
   EXPECT_EQ(library.familyQuestions, 0);
@@ -332,7 +332,7 @@ TEST(ATPDLCommandTypePPDUpdater, CallsTheMostDerivedOperations) {
 }
 
 TEST(ATPDLCommandTypePPDUpdater, LogsTheFamilyThatItFound) {
-  const CapturedLog log;
+  const TestLog log;
   familyIn("MFG:X;CID:QZVRPCLS");
   familyIn("MFG:X");
   familyIn("");

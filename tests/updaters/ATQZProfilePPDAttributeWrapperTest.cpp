@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/updaters/TestLog.h"
+#include "tests/support/TestLog.h"
 
 namespace {
 
@@ -162,7 +162,7 @@ TEST(ATQZProfilePPDAttributeWrapper, SettingTheTextSetsItAndKeepsTheParts) {
 
 TEST(ATQZProfilePPDAttributeWrapper, ResettingMakesTheNextRequestLookAgain) {
   const auto wrapper = wrappedValue("\"n;;/p\"");
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_EQ(wrapper->factoryPath(), "/p");
   wrapper->resetQZProperties();
   EXPECT_EQ(wrapper->factoryPath(), "/p");
@@ -183,7 +183,7 @@ TEST(ATQZProfilePPDAttributeWrapper, IsACopyAndNoView) {
 
 TEST(ATQZProfilePPDAttributeWrapper, LogsTheValueAtEachLookUntilThePartsAreFound) {
   const auto wrapper = wrappedValue("\"n;;/p\"");
-  const CapturedLog log;
+  const TestLog log;
   expectParts(wrapper, "n", "/p");
   expectParts(wrapper, "n", "/p");
   const auto messages = log.messages(kSignature);
@@ -193,7 +193,7 @@ TEST(ATQZProfilePPDAttributeWrapper, LogsTheValueAtEachLookUntilThePartsAreFound
 
 TEST(ATQZProfilePPDAttributeWrapper, LooksAndLogsAgainAtEveryRequestWhileThePartsAreAbsent) {
   const auto wrapper = wrappedValue("\"none\"");
-  const CapturedLog log;
+  const TestLog log;
   expectNeither(wrapper);
   expectNeither(wrapper);
   EXPECT_EQ(log.messages(kSignature).size(), logged({"", "", "", ""}).size());
@@ -201,7 +201,7 @@ TEST(ATQZProfilePPDAttributeWrapper, LooksAndLogsAgainAtEveryRequestWhileThePart
 
 TEST(ATQZProfilePPDAttributeWrapper, LogsAnAbsentListOfPartsAsNull) {
   const auto wrapper = wrappedValue("n;;/p");
-  const CapturedLog log;
+  const TestLog log;
   wrapper->factoryProfileComponents();
   EXPECT_EQ(log.messages(kSignature), logged({"Input n;;/p, parsed (null)"}));
 }

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "base/ATException.h"
+#include "tests/support/TestLog.h"
 #include "tests/updaters/TestDevice.h"
 #include "tests/updaters/TestDocument.h"
-#include "tests/updaters/TestLog.h"
 #include "tests/updaters/TracedUpdater.h"
 #include "updaters/ATMediaTypePPDUpdater.h"
 
@@ -116,20 +116,20 @@ TEST(GlossEnhancerDefaults, ReplacesTheDefaultAndKeepsTheOtherParts) {
 }
 
 TEST(GlossEnhancerDefaults, ReplacesEveryDefault) {
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_EQ(changed("x", "\"defaultGE='a';b;defaultGE='c'\""), "\"defaultGE='x';b;defaultGE='x'\"");
   EXPECT_EQ(log.messages(kChangeSignature), logged({"Changing GE from defaultGE='a' to defaultGE='x'",
                                                     "Changing GE from defaultGE='c' to defaultGE='x'"}));
 }
 
 TEST(GlossEnhancerDefaults, LogsAReplacementByAnEqualDefault) {
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_EQ(changed("x", "\"defaultGE='x'\""), "\"defaultGE='x'\"");
   EXPECT_EQ(log.messages(kChangeSignature), logged({"Changing GE from defaultGE='x' to defaultGE='x'"}));
 }
 
 TEST(GlossEnhancerDefaults, APartMustBeginWithTheKey) {
-  const CapturedLog log;
+  const TestLog log;
   for (const char* kept : {"\"a; defaultGE='y'\"", "\"xdefaultGE='y'\"", "\"DefaultGE='y'\"", "\"defaultge='y'\"",
                            "\"a\ndefaultGE='y'\"", "\"default\""}) {
     EXPECT_EQ(changed("x", kept), kept);
@@ -218,7 +218,7 @@ TEST(GlossEnhancerDefaults, RestoresEveryStatementWhateverItsSpecAndLogsThemInOr
       "*QZValueAttributes Other.B: \"defaultGE='1'\"\n*QZValueAttributes: \"glossy=YES;defaultGE='2'\"\n"
       "*QZValueAttributes MediaType.A: \"none\"\n*QZValueAttributes MediaType.A: \"defaultGE='3'\"\n" +
       fullGlossOption("economode-ge"));
-  const CapturedLog log;
+  const TestLog log;
   ATMediaTypePPDUpdater().restoreDefaultGlossEnhancerMediaPropertyInPPD(*ppd);
   EXPECT_EQ(valuesOf(*ppd, "QZValueAttributes"),
             (Texts{"\"defaultGE='off-ge'\"", "\"glossy=YES;defaultGE='economode-ge'\"", "\"none\"",
@@ -271,7 +271,7 @@ TEST(GlossEnhancerDefaults, TheDevicesDefaultGoesIntoTheMediumsProperties) {
 
 TEST(GlossEnhancerDefaults, WithoutADeviceDefaultNothingChangesAndNothingIsLogged) {
   const std::string statement = "*QZValueAttributes  MediaType.Plain:  \"defaultGE='x'\"\n";
-  const CapturedLog log;
+  const TestLog log;
   EXPECT_EQ(updatedBy(deviceDefault({}), statement, kPlain + kBothOptions), statement);
   EXPECT_EQ(updatedBy(deviceDefault(""), statement, kPlain + kBothOptions), statement);
   EXPECT_EQ(log.messages(kUpdateSignature), Texts());
@@ -282,7 +282,7 @@ TEST(GlossEnhancerDefaults, ADeviceDefaultThatIsNoTextIsAProgrammingError) {
 }
 
 TEST(GlossEnhancerDefaults, LogsTheDeviceDefaultAndTheChoice) {
-  const CapturedLog log;
+  const TestLog log;
   updatedBy(deviceDefault("FULLPAGE"), properties("Plain", "defaultGE='x'"), kPlain);
   updatedBy(deviceDefault("OFF", "99"), "", kPlain);
   updatedBy(deviceDefault("X", {}), "", kPlain);

@@ -9,44 +9,15 @@
 #include <vector>
 
 #include "ppd/ATPPD.h"
-#include "ppd/ATPPDParser.h"
+#include "tests/support/DocumentReading.h"
 
-/// Hands every line that a parser types to a document.
-class DocumentFiller : public IATPPDParserDelegate {
- public:
-  explicit DocumentFiller(ATPPD& ppd) : ppd_(ppd) {}
+using DocumentReading::textOf;
 
-  void didRecognizeString(ATPPDParser& /*parser*/, StatementString string, PPDLineType type) override {
-    ppd_.addString(std::move(string), type);
-  }
-  void didFailWithError(ATPPDParser& /*parser*/, const PPDParserError& error) override {
-    ADD_FAILURE() << "malformed test document: " << error.description();
-  }
-
- private:
-  ATPPD& ppd_;
-};
-
-/// The document that the lines of the text, which end with line feeds, make.
-inline std::unique_ptr<ATPPD> documentFromText(std::string_view text) {
-  auto ppd = std::make_unique<ATPPD>();
-  DocumentFiller filler(*ppd);
-  ATPPDParser parser;
-  parser.setDelegate(&filler);
-  parser.setLineNumber(1);
-  while (!text.empty()) {
-    const std::size_t size = std::min(text.find('\n'), text.size() - 1) + 1;
-    if (!parser.recognizeString(StatementString(text.substr(0, size)))) break;
-    text.remove_prefix(size);
-  }
-  return ppd;
-}
-
-/// What the object would be written as.
-inline std::string textOf(const IATPPDObject& object) {
-  std::string text;
-  for (const StatementString& string : object.strings()) text += string.view();
-  return text;
+/// The document that the lines of the text make.
+inline std::shared_ptr<ATPPD> documentFromText(std::string_view text) {
+  const std::shared_ptr<DocumentReading::Reading> reading = DocumentReading::read(text);
+  if (reading->error) ADD_FAILURE() << "malformed test document: " << reading->error->description();
+  return {reading, &reading->ppd};
 }
 
 /// A group with one option: its default and the lines of its choices.
