@@ -8,7 +8,6 @@ find_package(nlohmann_json REQUIRED)
 add_library(fmt_without_locales INTERFACE)
 target_link_libraries(fmt_without_locales INTERFACE fmt::fmt-header-only)
 target_compile_definitions(fmt_without_locales INTERFACE "FMT_STATIC_THOUSANDS_SEPARATOR=','")
-pkg_check_modules(URIPARSER REQUIRED IMPORTED_TARGET liburiparser)
 
 # utf8proc has a static library too, which costs no time at start-up.
 pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
@@ -19,4 +18,15 @@ if(AT_STATIC_RUNTIME AND UTF8PROC_STATIC)
   target_link_libraries(utf8proc INTERFACE "${UTF8PROC_STATIC}")
 else()
   target_link_libraries(utf8proc INTERFACE PkgConfig::UTF8PROC)
+endif()
+
+# uriparser has none, and most runs do not need it: it is opened at the first URL.
+pkg_check_modules(URIPARSER REQUIRED IMPORTED_TARGET liburiparser)
+add_library(uriparser INTERFACE)
+if(AT_STATIC_RUNTIME AND NOT APPLE)
+  file(REAL_PATH "${pkgcfg_lib_URIPARSER_uriparser}" library)
+  string(REGEX MATCH "liburiparser\\.so\\.[0-9]+" library "${library}")
+  target_compile_definitions(uriparser INTERFACE "AT_URIPARSER_LIBRARY=\"${library}\"")
+else()
+  target_link_libraries(uriparser INTERFACE PkgConfig::URIPARSER)
 endif()

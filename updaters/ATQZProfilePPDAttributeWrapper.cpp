@@ -68,8 +68,8 @@ void ATQZProfilePPDAttributeWrapper::setValue(const Part& value) {
 }
 
 std::shared_ptr<ATQZProfilePPDAttributeWrapper> ATQZProfilePPDAttributeWrapper::attributeWithString(
-    StatementString string) {
+    const StatementString& string) {
   auto wrapper = std::make_shared<ATQZProfilePPDAttributeWrapper>();
-  wrapper->addString(std::move(string), PPDLineTypeStatement);
+  wrapper->addString(string, PPDLineTypeStatement);
   return wrapper;
 }

@@ -14,7 +14,7 @@
 class ATQZProfilePPDAttributeWrapper : public ATPPDAttribute {
  public:
   /// A new wrapper that holds the line as a Statement.
-  static std::shared_ptr<ATQZProfilePPDAttributeWrapper> attributeWithString(StatementString string);
+  static std::shared_ptr<ATQZProfilePPDAttributeWrapper> attributeWithString(const StatementString& string);
 
   /// A new wrapper with the attribute's parts, or null when the attribute is not named exactly `QZcupsICCProfile`.
   static std::shared_ptr<ATQZProfilePPDAttributeWrapper> qzProfilePPDAttributeDecoratorWithPPDAttribute(

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "updaters/URLPath.h"
 
-#include <uriparser/Uri.h>
-
 #include <algorithm>
 
 #include "base/Text.h"
+#include "updaters/URIParser.h"
 
 namespace {
 
@@ -18,7 +17,7 @@ std::string_view pathComponent(std::string_view reference, std::size_t schemeLen
 
 std::string percentDecoded(std::string_view text) {
   std::string decoded(text);
-  const char* end = uriUnescapeInPlaceExA(decoded.data(), URI_FALSE, URI_BR_DONT_TOUCH);
+  const char* end = URIParser::shared().unescapeInPlaceEx(decoded.data(), URI_FALSE, URI_BR_DONT_TOUCH);
   decoded.resize(static_cast<std::size_t>(end - decoded.data()));
   return decoded;
 }
@@ -28,10 +27,11 @@ std::string percentDecoded(std::string_view text) {
 std::optional<std::string> pathOfURL(std::string_view url) {
   if (url.starts_with('/')) return std::string(url);
   UriUriA uri;
-  if (uriParseSingleUriExA(&uri, url.data(), url.data() + url.size(), nullptr) != URI_SUCCESS) return std::nullopt;
+  const URIParser& parser = URIParser::shared();
+  if (parser.parseSingleUriEx(&uri, url.data(), url.data() + url.size(), nullptr) != URI_SUCCESS) return std::nullopt;
   const std::size_t schemeLength =
       uri.scheme.first == nullptr ? 0 : static_cast<std::size_t>(uri.scheme.afterLast - uri.scheme.first) + 1;
-  uriFreeUriMembersA(&uri);
+  parser.freeUriMembers(&uri);
   std::string path = percentDecoded(pathComponent(url, schemeLength));
   if (path.empty() || !Text::isValidUTF8(path)) return std::nullopt;
   return path;
