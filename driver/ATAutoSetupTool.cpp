@@ -29,6 +29,7 @@ class OutputSink : public IStatementSink {
       waiting_ = text;
     }
   }
+  bool takesRuns() const override { return true; }
   /// Writes what is left; whether everything was written.
   bool finish() {
     writeWaiting();
@@ -103,6 +104,7 @@ bool ATAutoSetupTool::update() {
 void ATAutoSetupTool::composeLines() const {
   struct : IStatementSink {
     void take(const StatementString& /*string*/) override {}
+    bool takesRuns() const override { return true; }
   } nowhere;
   PPD_.giveStringsTo(nowhere);
 }
@@ -121,8 +123,8 @@ bool ATAutoSetupTool::write(ATOutput& output) const {
   return succeeded;
 }
 
-void ATAutoSetupTool::didRecognizeString(ATPPDParser& /*parser*/, StatementString string, PPDLineType type) {
-  PPD_.addString(std::move(string), type);
+void ATAutoSetupTool::didRecognizeString(ATPPDParser& /*parser*/, const StatementString& string, PPDLineType type) {
+  PPD_.addString(string, type);
 }
 
 void ATAutoSetupTool::didFailWithError(ATPPDParser& /*parser*/, const PPDParserError& error) {

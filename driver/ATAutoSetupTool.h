@@ -21,7 +21,7 @@ class ATAutoSetupTool : public IATPPDParserDelegate {
   /// Programming errors and failures of the device-model library are ATExceptions.
   bool run(ATOutput& output);
 
-  void didRecognizeString(ATPPDParser& parser, StatementString string, PPDLineType type) override;
+  void didRecognizeString(ATPPDParser& parser, const StatementString& string, PPDLineType type) override;
   void didFailWithError(ATPPDParser& parser, const PPDParserError& error) override;
 
   const std::optional<std::string>& printerURI() const { return printerURI_; }

@@ -9,7 +9,7 @@
 #include "driver/ATLog.h"
 #include "ppd/PPDExtentions.h"
 
-void ATPPD::addString(StatementString string, PPDLineType type) {
+void ATPPD::addString(const StatementString& string, PPDLineType type) {
   const auto owner = ownerOfLine(type);
   if (!owner) {
     ATLog("-[ATPPD addString:ofType:]", "ERROR: String {} of type {} is ignored!", string.view(),
@@ -20,11 +20,11 @@ void ATPPD::addString(StatementString string, PPDLineType type) {
   if (type == PPDLineTypeCloseGroup) groupOpened_ = false;
   if (!objectsMade_ && isRefusedByLastObject(*owner, type)) makeObjects();
   if (objectsMade_) {
-    makeObject({std::move(string), type, *owner});
+    makeObject({string, type, *owner});
     return;
   }
   if (*owner != Owner::lastObject) lastObjectsOwner_ = owner;
-  if (lastObjectsOwner_) lines_.add(std::move(string), type, *owner);
+  if (lastObjectsOwner_) lines_.add(string, type, *owner);
 }
 
 // Absent for a type that no line of a file has.
@@ -61,10 +61,11 @@ bool ATPPD::isRefusedByLastObject(Owner owner, PPDLineType type) const {
 
 void ATPPD::giveStringsTo(IStatementSink& sink) const {
   for (const auto& object : ATPPDCompoundObject::PPDObjects()) object->giveStringsTo(sink);
-  lines_.visitUntil([&sink](const Line& line) {
-    sink.take(line.string);
-    return false;
-  });
+  if (sink.takesRuns()) {
+    for (const StatementString& run : lines_.runs()) sink.take(run);
+  } else {
+    lines_.visit([&sink](const Line& line) { sink.take(line.string); });
+  }
 }
 
 const ATPPD::PPDObjectList& ATPPD::PPDObjects() const {
@@ -84,42 +85,37 @@ const std::vector<std::shared_ptr<ATPPDGroup>>& ATPPD::groups() const {
 
 void ATPPD::makeObjects() {
   objectsMade_ = true;
-  std::exchange(lines_, {}).visitUntil([this](const Line& line) {
-    makeObject(line);
-    return false;
-  });
+  std::exchange(lines_, {}).visit([this](const Line& line) { makeObject(line); });
 }
 
-void ATPPD::makeObject(Line line) {
+void ATPPD::makeObject(const Line& line) {
   PPDObjectList& objects = editablePPDObjects();
   switch (line.owner) {
     case Owner::newObject:
-      objects.append(ATPPDObject::objectWithString(std::move(line.string), line.type));
+      objects.append(ATPPDObject::objectWithString(line.string, line.type));
       break;
     case Owner::newAttribute: {
-      auto attribute = ATPPDAttribute::attributeWithString(std::move(line.string));
+      auto attribute = ATPPDAttribute::attributeWithString(line.string);
       listAttribute(attribute);
       objects.append(std::move(attribute));
       break;
     }
     case Owner::newOption:
-      objects.append(ATPPDOption::optionWithString(std::move(line.string)));
+      objects.append(ATPPDOption::optionWithString(line.string));
       break;
     case Owner::newGroup:
       groupsByName_.forget();
-      groups_.push_back(ATPPDGroup::groupWithString(std::move(line.string)));
+      groups_.push_back(ATPPDGroup::groupWithString(line.string));
       objects.append(groups_.back());
       break;
     case Owner::lastObject:
-      if (!objects.empty()) objects.back()->addString(std::move(line.string), line.type);
+      if (!objects.empty()) objects.back()->addString(line.string, line.type);
   }
 }
 
 // Whether any line that is not yet part of an object begins an attribute of this name.
 bool ATPPD::hasLineOfAttribute(std::string_view name) const {
-  return lines_.visitUntil([name](const Line& line) {
-    return line.owner == Owner::newAttribute && ATPPDAttribute::isNamed(line.string, name);
-  });
+  return lines_.any(Owner::newAttribute, [name](std::string_view line) { return ATPPDAttribute::isNamed(line, name); });
 }
 
 void ATPPD::listAttribute(const AttributePtr& attribute) {

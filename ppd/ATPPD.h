@@ -39,7 +39,7 @@ class ATPPD : public ATPPDCompoundObject {
 
   /// Takes the next line of the file. A line of no known type is dropped and logged; a line for the last child is
   /// dropped when there is none.
-  void addString(StatementString string, PPDLineType type) override;
+  void addString(const StatementString& string, PPDLineType type) override;
   void giveStringsTo(IStatementSink& sink) const override;
   const PPDObjectList& PPDObjects() const override;
 
@@ -98,7 +98,7 @@ class ATPPD : public ATPPDCompoundObject {
   std::optional<Owner> ownerOfLine(PPDLineType type) const;
   bool isRefusedByLastObject(Owner owner, PPDLineType type) const;
   void makeObjects();
-  void makeObject(Line line);
+  void makeObject(const Line& line);
   bool hasLineOfAttribute(std::string_view name) const;
   void listAttribute(const AttributePtr& attribute);
   AttributePtr walkToAttribute(std::string_view name, const Spec& spec) const;

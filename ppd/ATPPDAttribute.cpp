@@ -28,9 +28,9 @@ bool isEmpty(const ATPPDAttribute::Part& part) {
 
 }  // namespace
 
-std::shared_ptr<ATPPDAttribute> ATPPDAttribute::attributeWithString(StatementString string) {
+std::shared_ptr<ATPPDAttribute> ATPPDAttribute::attributeWithString(const StatementString& string) {
   auto attribute = std::make_shared<ATPPDAttribute>();
-  attribute->addString(std::move(string), PPDLineTypeStatement);
+  attribute->addString(string, PPDLineTypeStatement);
   return attribute;
 }
 

@@ -21,7 +21,7 @@ class ATPPDAttribute : public ATPPDObject {
   ATPPDAttribute() = default;
 
   /// A new attribute that holds the line as a Statement.
-  static std::shared_ptr<ATPPDAttribute> attributeWithString(StatementString string);
+  static std::shared_ptr<ATPPDAttribute> attributeWithString(const StatementString& string);
 
   /// A new attribute in canonical form, or null when the name is absent or empty. Spec and text are kept as given;
   /// an absent or empty value becomes two double quotes.

@@ -23,9 +23,9 @@ std::string nameFromChoiceString(std::string_view line) {
 
 }  // namespace
 
-std::shared_ptr<ATPPDChoice> ATPPDChoice::choiceWithString(StatementString string) {
+std::shared_ptr<ATPPDChoice> ATPPDChoice::choiceWithString(const StatementString& string) {
   auto choice = std::make_shared<ATPPDChoice>();
-  choice->addString(std::move(string), PPDLineTypeChoice);
+  choice->addString(string, PPDLineTypeChoice);
   return choice;
 }
 

@@ -19,7 +19,7 @@ class ATPPDChoice : public ATPPDObject {
   ATPPDChoice() = default;
 
   /// A new choice that holds the line.
-  static std::shared_ptr<ATPPDChoice> choiceWithString(StatementString string);
+  static std::shared_ptr<ATPPDChoice> choiceWithString(const StatementString& string);
 
   /// A new choice from its parts: the choice line, then one line `*language.option name/text: ""` for each
   /// localization. Null when the choice line cannot be made; no limit applies to the localized lines. The choice

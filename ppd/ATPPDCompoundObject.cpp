@@ -5,7 +5,7 @@
 
 #include "base/ATException.h"
 
-void ATPPDCompoundObject::addString(StatementString /*string*/, PPDLineType /*type*/) {
+void ATPPDCompoundObject::addString(const StatementString& /*string*/, PPDLineType /*type*/) {
   throw ATException::unsupportedOperation("-[ATPPDCompoundObject addString:ofType:]");
 }
 

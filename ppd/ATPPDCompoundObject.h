@@ -15,7 +15,7 @@ class ATPPDCompoundObject : public IATPPDObject {
   ATPPDCompoundObject() = default;
 
   /// Abstract: throws ATException unless a subclass overrides it.
-  void addString(StatementString string, PPDLineType type) override;
+  void addString(const StatementString& string, PPDLineType type) override;
   /// The lines of every child, in child order.
   void giveStringsTo(IStatementSink& sink) const override;
 

@@ -21,25 +21,25 @@ std::string nameFromOpenGroupStatement(std::string_view statement) {
 
 }  // namespace
 
-std::shared_ptr<ATPPDGroup> ATPPDGroup::groupWithString(StatementString string) {
+std::shared_ptr<ATPPDGroup> ATPPDGroup::groupWithString(const StatementString& string) {
   auto group = std::make_shared<ATPPDGroup>();
-  group->addString(std::move(string), PPDLineTypeOpenGroup);
+  group->addString(string, PPDLineTypeOpenGroup);
   return group;
 }
 
-void ATPPDGroup::addString(StatementString string, PPDLineType type) {
+void ATPPDGroup::addString(const StatementString& string, PPDLineType type) {
   switch (type) {
     case PPDLineTypeStatement:
     case PPDLineTypeContinuation:
     case PPDLineTypeEnd:
     case PPDLineTypeOpenGroup:
     case PPDLineTypeCloseGroup:
-      appendObjectToPPDObjects(ATPPDObject::objectWithString(std::move(string), type));
+      appendObjectToPPDObjects(ATPPDObject::objectWithString(string, type));
       break;
     case PPDLineTypeOpenUI:
       ++optionsOpened_;
       optionsByName_.forget();
-      options_.push_back(ATPPDOption::optionWithString(std::move(string)));
+      options_.push_back(ATPPDOption::optionWithString(string));
       appendObjectToPPDObjects(options_.back());
       break;
     case PPDLineTypeComment:
@@ -51,7 +51,7 @@ void ATPPDGroup::addString(StatementString string, PPDLineType type) {
     case PPDLineTypeChoiceContinuation:
     case PPDLineTypeChoiceEnd:
       // Whatever stands last takes it, an option that is closed already included: the text keeps its place.
-      if (!PPDObjects().empty()) PPDObjects().back()->addString(std::move(string), type);
+      if (!PPDObjects().empty()) PPDObjects().back()->addString(string, type);
       break;
     default:
       ATLog("-[ATPPDGroup addString:ofType:]", "String {} of type {} is ignored!", string.view(),

@@ -17,10 +17,10 @@ class ATPPDGroup : public ATPPDCompoundObject {
   ATPPDGroup() = default;
 
   /// A new group whose first object holds the OpenGroup statement.
-  static std::shared_ptr<ATPPDGroup> groupWithString(StatementString string);
+  static std::shared_ptr<ATPPDGroup> groupWithString(const StatementString& string);
 
   /// Takes one line of the block; a line of no known type is dropped and logged.
-  void addString(StatementString string, PPDLineType type) override;
+  void addString(const StatementString& string, PPDLineType type) override;
 
   /// The group's keyword, worked out once. Without a translation text behind it, it runs to the end of the statement
   /// and keeps the line end: that is meant. Throws ATException for a group without lines.

@@ -3,14 +3,14 @@
 
 #include <utility>
 
-std::shared_ptr<ATPPDObject> ATPPDObject::objectWithString(StatementString string, PPDLineType type) {
+std::shared_ptr<ATPPDObject> ATPPDObject::objectWithString(const StatementString& string, PPDLineType type) {
   auto object = std::make_shared<ATPPDObject>();
-  object->addString(std::move(string), type);
+  object->addString(string, type);
   return object;
 }
 
-void ATPPDObject::addString(StatementString string, PPDLineType /*type*/) {
-  container_.push_back(std::move(string));
+void ATPPDObject::addString(const StatementString& string, PPDLineType /*type*/) {
+  container_.push_back(string);
 }
 
 void ATPPDObject::giveStringsTo(IStatementSink& sink) const {

@@ -12,10 +12,10 @@ class ATPPDObject : public IATPPDObject {
   ATPPDObject() = default;
 
   /// A new plain object that holds the line (always of this class, also when called on a subclass).
-  static std::shared_ptr<ATPPDObject> objectWithString(StatementString string, PPDLineType type);
+  static std::shared_ptr<ATPPDObject> objectWithString(const StatementString& string, PPDLineType type);
 
   /// Appends the line to `container`; the type is not looked at and not kept.
-  void addString(StatementString string, PPDLineType type) override;
+  void addString(const StatementString& string, PPDLineType type) override;
   void giveStringsTo(IStatementSink& sink) const override;
 
   /// The lines as they were given, in order.

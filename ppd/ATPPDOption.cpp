@@ -30,9 +30,9 @@ std::string nameFromDefaultStatement(std::string_view statement) {
 
 }  // namespace
 
-std::shared_ptr<ATPPDOption> ATPPDOption::optionWithString(StatementString string) {
+std::shared_ptr<ATPPDOption> ATPPDOption::optionWithString(const StatementString& string) {
   auto option = std::make_shared<ATPPDOption>();
-  option->addString(std::move(string), PPDLineTypeOpenUI);
+  option->addString(string, PPDLineTypeOpenUI);
   return option;
 }
 
@@ -53,18 +53,17 @@ bool ATPPDOption::takesLineOfType(PPDLineType type) {
   }
 }
 
-void ATPPDOption::addString(StatementString string, PPDLineType type) {
+void ATPPDOption::addString(const StatementString& string, PPDLineType type) {
   if (!takesLineOfType(type)) {
     ATLog("-[ATPPDOption addString:ofType:]", "String {} of type {} is ignored!", string.view(),
           static_cast<int>(type));
     return;
   }
   if (type == PPDLineTypeDefaultChoice) defChoice_ = string;
-  Line line{std::move(string), type};
   if (objectsMade_) {
-    makeObject(std::move(line));
+    makeObject({string, type});
   } else if (!lines_.empty() || !continuesChoice(type)) {
-    lines_.push_back(std::move(line));
+    lines_.push_back({string, type});
   }
 }
 
@@ -80,24 +79,24 @@ const ATPPDOption::PPDObjectList& ATPPDOption::PPDObjects() const {
 
 void ATPPDOption::makeObjects() {
   objectsMade_ = true;
-  for (Line& line : std::exchange(lines_, {})) makeObject(std::move(line));
+  for (const Line& line : std::exchange(lines_, {})) makeObject(line);
 }
 
-void ATPPDOption::makeObject(Line line) {
+void ATPPDOption::makeObject(const Line& line) {
   PPDObjectList& objects = editablePPDObjects();
   switch (line.type) {
     case PPDLineTypeChoice: {
-      auto choice = ATPPDChoice::choiceWithString(std::move(line.string));
+      auto choice = ATPPDChoice::choiceWithString(line.string);
       listChoice(choice);
       objects.append(std::move(choice));
       break;
     }
     case PPDLineTypeChoiceContinuation:
     case PPDLineTypeChoiceEnd:
-      if (!objects.empty()) objects.back()->addString(std::move(line.string), line.type);
+      if (!objects.empty()) objects.back()->addString(line.string, line.type);
       break;
     default:
-      objects.append(ATPPDObject::objectWithString(std::move(line.string), line.type));
+      objects.append(ATPPDObject::objectWithString(line.string, line.type));
   }
 }
 

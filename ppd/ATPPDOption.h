@@ -25,12 +25,12 @@ class ATPPDOption : public ATPPDCompoundObject {
   ATPPDOption() = default;
 
   /// A new option whose first object holds the OpenUI statement.
-  static std::shared_ptr<ATPPDOption> optionWithString(StatementString string);
+  static std::shared_ptr<ATPPDOption> optionWithString(const StatementString& string);
 
   /// Whether lines of this type have a place in a UI block.
   static bool takesLineOfType(PPDLineType type);
   /// Takes one line of the block; a line of a type that has no place in one is dropped and logged.
-  void addString(StatementString string, PPDLineType type) override;
+  void addString(const StatementString& string, PPDLineType type) override;
   void giveStringsTo(IStatementSink& sink) const override;
   const PPDObjectList& PPDObjects() const override;
 
@@ -76,7 +76,7 @@ class ATPPDOption : public ATPPDCompoundObject {
     PPDLineType type;
   };
   void makeObjects();
-  void makeObject(Line line);
+  void makeObject(const Line& line);
   bool endsWithCloseUI() const;
   void listChoice(const std::shared_ptr<ATPPDChoice>& choice);
   void indexNames() const;

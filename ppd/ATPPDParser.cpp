@@ -63,7 +63,7 @@ bool ATPPDParser::parsePPDFileAtPath(const std::optional<std::string>& path) {
 
 bool ATPPDParser::parseFile(cups_file_t* file) {
   while (auto string = newLineFromFile(file)) {
-    if (!recognizeString(std::move(*string))) return false;
+    if (!recognizeString(*string)) return false;
   }
   return true;
 }
@@ -75,14 +75,14 @@ std::optional<StatementString> ATPPDParser::newLineFromFile(cups_file_t* file) {
   return storage_.take(size);
 }
 
-bool ATPPDParser::recognizeString(StatementString string) {
+bool ATPPDParser::recognizeString(const StatementString& string) {
   const PPDLineType type = typeOfString(string);
   if (type == PPDLineTypeInvalid) return false;
   if (type != PPDLineTypeComment && type != PPDLineTypeNewLine) lastLineType_ = type;
   if (type == PPDLineTypeStatement) lastStatementClosed_ = isPPDStatementClosed(string);
   if (type == PPDLineTypeContinuation) lastStatementClosed_ = isPPDLineTerminatedByDoubleQuoteCharacter(string);
   ++lineNumber_;
-  if (delegate_ != nullptr) delegate_->didRecognizeString(*this, std::move(string), type);
+  if (delegate_ != nullptr) delegate_->didRecognizeString(*this, string, type);
   return true;
 }
 

@@ -29,7 +29,7 @@ class ATPPDParser {
   std::optional<StatementString> newLineFromFile(cups_file_t* file);
 
   /// Types the line and hands it on; false when it was rejected (the error has been reported).
-  bool recognizeString(StatementString string);
+  bool recognizeString(const StatementString& string);
 
   /// The type of the line in the present state; reports the error itself when it returns `PPDLineTypeInvalid`.
   PPDLineType typeOfString(std::string_view string);

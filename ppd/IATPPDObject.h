@@ -10,6 +10,8 @@ class IStatementSink {
   virtual ~IStatementSink() = default;
   /// The string lives at least as long as the object that gives it is not changed.
   virtual void take(const StatementString& string) = 0;
+  /// Whether it is the text that counts, so that several unchanged lines may be given as one string.
+  virtual bool takesRuns() const { return false; }
 };
 
 /// What every object of the PPD tree does: takes lines one by one, and gives them back.
@@ -18,7 +20,7 @@ class IATPPDObject {
   virtual ~IATPPDObject() = default;
 
   /// Takes one more line.
-  virtual void addString(StatementString string, PPDLineType type) = 0;
+  virtual void addString(const StatementString& string, PPDLineType type) = 0;
 
   /// The object's lines in output order, as a new list.
   StatementStrings strings() const;

@@ -13,7 +13,7 @@ class IATPPDParserDelegate {
   virtual ~IATPPDParserDelegate() = default;
 
   /// Called once for every accepted line, in file order.
-  virtual void didRecognizeString(ATPPDParser& parser, StatementString string, PPDLineType type) = 0;
+  virtual void didRecognizeString(ATPPDParser& parser, const StatementString& string, PPDLineType type) = 0;
 
   /// Called with the error that ended the parse; whoever does not care leaves it as it is.
   virtual void didFailWithError(ATPPDParser& /*parser*/, const PPDParserError& /*error*/) {}

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <utility>
 #include <vector>
 
 #include "ppd/PPDLineType.h"
@@ -23,27 +22,31 @@ class UnmadeLines {
     Owner owner;
   };
 
-  void add(StatementString string, PPDLineType type, Owner owner) {
+  void add(const StatementString& string, PPDLineType type, Owner owner) {
     records_.push_back({static_cast<std::uint32_t>(string.size()), static_cast<std::uint8_t>(type), owner});
     if (string.size() == 0) return;
-    if (runs_.empty() || !runs_.back().join(string)) runs_.push_back(std::move(string));
+    if (runs_.empty() || !runs_.back().join(string)) runs_.push_back(string);
   }
 
-  /// Calls `visit` with each Line in order, until it returns true; whether it did.
+  /// The text of all lines, in order; a string may hold many lines.
+  const std::vector<StatementString>& runs() const { return runs_; }
+
+  /// Calls `visit` with each Line in order.
   template <class Visit>
-  bool visitUntil(Visit visit) const {
-    std::size_t run = 0;
-    std::size_t offset = 0;
-    for (const Record& record : records_) {
-      if (record.size > 0 && offset == runs_[run].size()) {
-        ++run;
-        offset = 0;
-      }
-      const StatementString string = record.size == 0 ? StatementString() : runs_[run].part(offset, record.size);
-      offset += record.size;
-      if (visit(Line{string, static_cast<PPDLineType>(record.type), record.owner})) return true;
-    }
-    return false;
+  void visit(Visit visit) const {
+    eachUntil([&visit](const StatementString& run, std::size_t offset, const Record& record) {
+      const StatementString string = record.size == 0 ? StatementString() : run.part(offset, record.size);
+      visit(Line{string, static_cast<PPDLineType>(record.type), record.owner});
+      return false;
+    });
+  }
+
+  /// Whether `test` holds for the text of any line of this owner.
+  template <class Test>
+  bool any(Owner owner, Test test) const {
+    return eachUntil([owner, &test](const StatementString& run, std::size_t offset, const Record& record) {
+      return record.owner == owner && test(run.view().substr(offset, record.size));
+    });
   }
 
  private:
@@ -52,6 +55,23 @@ class UnmadeLines {
     std::uint8_t type;
     Owner owner;
   };
+
+  // Calls `visit` with the run, the offset in it and the record of each line until it returns true; whether it did.
+  template <class Visit>
+  bool eachUntil(Visit visit) const {
+    static const StatementString none;
+    auto run = runs_.begin();
+    std::size_t offset = 0;
+    for (const Record& record : records_) {
+      if (record.size > 0 && offset == run->size()) {
+        ++run;
+        offset = 0;
+      }
+      if (visit(run == runs_.end() ? none : *run, offset, record)) return true;
+      offset += record.size;
+    }
+    return false;
+  }
 
   std::vector<StatementString> runs_;
   std::deque<Record> records_;

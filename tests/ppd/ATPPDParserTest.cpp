@@ -37,7 +37,7 @@ struct RecordingDelegate : IATPPDParserDelegate {
   std::vector<std::int64_t> lineNumbers;
   ATPPDParser* parser = nullptr;
 
-  void didRecognizeString(ATPPDParser& sender, StatementString string, PPDLineType type) override {
+  void didRecognizeString(ATPPDParser& sender, const StatementString& string, PPDLineType type) override {
     parser = &sender;
     lines.emplace_back(string.view(), type);
     lineNumbers.push_back(sender.lineNumber());
@@ -62,7 +62,7 @@ struct RecordingDelegate : IATPPDParserDelegate {
 // A delegate that leaves out the operation that it need not have.
 struct LinesOnlyDelegate : IATPPDParserDelegate {
   int lines = 0;
-  void didRecognizeString(ATPPDParser& /*parser*/, StatementString /*string*/, PPDLineType /*type*/) override {
+  void didRecognizeString(ATPPDParser& /*parser*/, const StatementString& /*string*/, PPDLineType /*type*/) override {
     ++lines;
   }
 };

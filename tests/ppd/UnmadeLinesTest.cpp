@@ -23,11 +23,12 @@ using Line = std::tuple<std::string, PPDLineType, Owner>;
 
 std::vector<Line> linesOf(const Lines& lines) {
   std::vector<Line> found;
-  const bool stopped = lines.visitUntil([&found](const Lines::Line& line) {
-    found.emplace_back(line.string.view(), line.type, line.owner);
-    return false;
-  });
-  EXPECT_FALSE(stopped);
+  lines.visit([&found](const Lines::Line& line) { found.emplace_back(line.string.view(), line.type, line.owner); });
+  std::string text;
+  for (const StatementString& run : lines.runs()) text += run.view();
+  std::string linesText;
+  for (const Line& line : found) linesText += std::get<std::string>(line);
+  EXPECT_EQ(text, linesText);
   return found;
 }
 
@@ -57,9 +58,9 @@ TEST(UnmadeLines, KeepsLinesThatLieTogetherAndOthersInOrder) {
   std::vector<Line> expected;
   StatementString::Storage first;
   StatementString::Storage second;
-  for (int number = 0; number < 2000; ++number) {
+  for (unsigned number = 0; number < 2000; ++number) {
     // Now and then from another storage, so that runs of text end; the storages' own blocks end them as well.
-    const std::string text = "*Line" + std::to_string(number) + ": " + std::string(number % 97U, 'x') + "\n";
+    const std::string text = "*Line" + std::to_string(number) + ": " + std::string(number % 97, 'x') + "\n";
     lines.add(takeFrom(number % 7 == 0 ? second : first, text), PPDLineTypeStatement, Owner::one);
     expected.emplace_back(text, PPDLineTypeStatement, Owner::one);
   }
@@ -77,15 +78,34 @@ TEST(UnmadeLines, MayHoldEmptyLinesAnywhere) {
   EXPECT_EQ(linesOf(lines), expected);
 }
 
-TEST(UnmadeLines, StopsWhereTheVisitorSaysSo) {
+TEST(UnmadeLines, KeepsUnchangedNeighboursAsOneRun) {
   Lines lines;
-  for (const char* text : {"a", "b", "c"}) lines.add(text, PPDLineTypeStatement, Owner::one);
-  std::string visited;
-  EXPECT_TRUE(lines.visitUntil([&visited](const Lines::Line& line) {
-    visited += line.string.view();
-    return line.string.view() == "b";
-  }));
-  EXPECT_EQ(visited, "ab");
+  StatementString::Storage storage;
+  for (const char* text : {"a\n", "b\n", "c\n"}) {
+    lines.add(takeFrom(storage, text), PPDLineTypeStatement, Owner::one);
+  }
+  lines.add("d\n", PPDLineTypeStatement, Owner::one);
+  ASSERT_EQ(lines.runs().size(), 2U);
+  EXPECT_EQ(lines.runs()[0].view(), "a\nb\nc\n");
+  EXPECT_EQ(lines.runs()[1].view(), "d\n");
+}
+
+TEST(UnmadeLines, TellsWhetherATestHoldsForAnyLineOfAnOwner) {
+  Lines lines;
+  EXPECT_FALSE(lines.any(Owner::one, [](std::string_view) { return true; }));
+  lines.add("", PPDLineTypeStatement, Owner::other);
+  StatementString::Storage storage;
+  lines.add(takeFrom(storage, "a"), PPDLineTypeStatement, Owner::one);
+  lines.add(takeFrom(storage, "b"), PPDLineTypeStatement, Owner::other);
+  lines.add(takeFrom(storage, "c"), PPDLineTypeStatement, Owner::one);
+  const auto is = [](std::string_view text) { return [text](std::string_view line) { return line == text; }; };
+  EXPECT_TRUE(lines.any(Owner::one, is("a")));
+  EXPECT_TRUE(lines.any(Owner::one, is("c")));
+  EXPECT_TRUE(lines.any(Owner::other, is("b")));
+  EXPECT_TRUE(lines.any(Owner::other, is("")));
+  EXPECT_FALSE(lines.any(Owner::other, is("a")));
+  EXPECT_FALSE(lines.any(Owner::one, is("b")));
+  EXPECT_FALSE(lines.any(Owner::one, is("")));
 }
 
 TEST(UnmadeLines, TheLinesOutliveTheStorage) {

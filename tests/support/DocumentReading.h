@@ -42,9 +42,9 @@ struct Reading : IATPPDParserDelegate {
   std::vector<Line> lines;  // accepted
   std::optional<PPDParserError> error;
 
-  void didRecognizeString(ATPPDParser&, StatementString string, PPDLineType type) override {
+  void didRecognizeString(ATPPDParser&, const StatementString& string, PPDLineType type) override {
     lines.push_back({std::string(string.view()), type});
-    ppd.addString(std::move(string), type);
+    ppd.addString(string, type);
   }
   void didFailWithError(ATPPDParser&, const PPDParserError& given) override { error = given; }
 };
