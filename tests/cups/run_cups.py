@@ -4,7 +4,8 @@
 
 For each example a queue is made from the result. The queue must list the custom media, the PPD read back over HTTP must
 be the tool's output byte for byte, the scheduler's log must not say that the PPD cannot be loaded, and cupstestppd must
-say nothing worse of the output than of the input.
+say nothing worse of the output than of the input. With a private colord the scheduler must register every profile of the
+result whose file exists.
 """
 import argparse
 import os
@@ -17,6 +18,8 @@ import sys
 import tempfile
 import time
 import urllib.request
+
+import colord
 
 URI = "socket://192.0.2.10:9100"
 CUPSD = "/usr/sbin/cupsd"
@@ -71,8 +74,8 @@ def free_port():
 class Scheduler:
     """A private cupsd, as an ordinary user when this runs as one; root names the user lp."""
 
-    def __init__(self, folder):
-        self.folder, self.port = folder, free_port()
+    def __init__(self, folder, environment=None):
+        self.folder, self.port, self.environment = folder, free_port(), environment
         self.address = f"127.0.0.1:{self.port}"
 
     def __enter__(self):
@@ -83,7 +86,8 @@ class Scheduler:
         (self.folder / "etc/cups-files.conf").write_text(FILES_CONF.format(self.folder, *user))
         (self.folder / "etc/cupsd.conf").write_text(CUPSD_CONF.format(self.port))
         self.process = subprocess.Popen([CUPSD, "-f", "-c", self.folder / "etc/cupsd.conf",
-                                         "-s", self.folder / "etc/cups-files.conf"], stderr=subprocess.DEVNULL)
+                                         "-s", self.folder / "etc/cups-files.conf"], env=self.environment,
+                                        stderr=subprocess.DEVNULL)
         for _ in range(500):
             try:
                 urllib.request.urlopen(f"http://{self.address}/", timeout=1).close()
@@ -140,14 +144,23 @@ class Checks:
         self.failed += not holds
         print(f"{'passed' if holds else 'FAILED'}  {what}")
 
+    def status(self):
+        print(f"{self.passed} passed, {self.failed} failed")
+        return 1 if self.failed else 0
 
-def check_example(checks, options, scheduler, example, folder):
+
+def set_up(options, example, result):
     environment = {**os.environ, "LD_LIBRARY_PATH": str(options.library_dir),
                    "QZVORANTISMODEL_SNAPSHOT": str(example / "snapshot.json")}
     output = subprocess.run([options.tool, URI, example / "input.ppd"], env=environment, stdout=subprocess.PIPE,
                             check=True).stdout
-    result = folder / f"{example.name}.ppd"
     result.write_bytes(output)
+    return output
+
+
+def check_example(checks, options, scheduler, example, folder):
+    result = folder / f"{example.name}.ppd"
+    output = set_up(options, example, result)
     scheduler.make_queue(example.name, result)
     choices = scheduler.choices(example.name, "MediaType")
     checks.expect(f"{example.name}: the queue lists {' '.join(choices)}",
@@ -155,6 +168,19 @@ def check_example(checks, options, scheduler, example, folder):
     checks.expect(f"{example.name}: the PPD comes back byte for byte", scheduler.ppd_of(example.name) == output)
     checks.expect(f"{example.name}: cupstestppd says nothing worse of the output",
                   complaints(result)[0] <= complaints(example / "input.ppd")[0])
+
+
+def check_profiles(checks, options, scheduler, daemon, example, folder):
+    without_file = colord.with_files(example, folder / f"{example.name}-files")
+    result = folder / f"{example.name}-files.ppd"
+    output = set_up(options, folder / f"{example.name}-files", result)
+    queue = f"{example.name}-profiles"
+    scheduler.make_queue(queue, result)
+    written = colord.statements(output)
+    expected = {(f"{queue}-{spec}", path) for spec, path in written if path != without_file}
+    found = daemon.registered(queue, expected)
+    checks.expect(f"{example.name}: {len(found)} of {len(written)} profiles are registered, all whose file exists",
+                  found == expected and len(expected) < len(written))
 
 
 def main():
@@ -174,8 +200,17 @@ def main():
             for example in sorted(options.examples.iterdir()):
                 check_example(checks, options, scheduler, example, folder)
             checks.expect("the scheduler loads every PPD", "cannot be loaded" not in scheduler.log())
-    print(f"{checks.passed} passed, {checks.failed} failed")
-    return 1 if checks.failed else 0
+        if os.getuid() != 0:
+            print("NOT TESTED: what colord registers: only root can give its data base a place of its own")
+            return checks.status()
+        if colord.missing():
+            sys.exit(f"NOT TESTED: not installed: {colord.missing()} (packages dbus-daemon and colord)")
+        with colord.ColorDaemon(folder / "colord") as daemon, \
+                Scheduler(folder / "cupsd-with-colord", daemon.environment) as scheduler:
+            for example in sorted(options.examples.iterdir()):
+                if b"cupsICCProfile" in (example / "input.ppd").read_bytes():
+                    check_profiles(checks, options, scheduler, daemon, example, folder)
+    return checks.status()
 
 
 if __name__ == "__main__":
