@@ -14,7 +14,7 @@
 namespace {
 
 // Looking through this many bytes of codes costs about as much as an index for the codes of a common media option.
-constexpr std::size_t kCodeScansCost = 1024 * 1024;
+constexpr std::size_t kCodeScansCost = std::size_t{1024} * 1024;
 constexpr std::size_t kCostOfAChoice = 16;
 
 bool continuesChoice(PPDLineType type) {

@@ -6,21 +6,22 @@
 
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <new>
 #include <stdexcept>
 
 namespace {
 
-constexpr std::size_t kStorageBlockSize = 64 * 1024;
+constexpr std::size_t kStorageBlockSize = std::size_t{64} * 1024;
 
 // Asks for the block's pages in one system call: a page fault for each of them costs twice as much. A kernel that does
 // not know the request leaves it at the faults.
 void makeResident([[maybe_unused]] void* block, [[maybe_unused]] std::size_t size) {
 #ifdef MADV_POPULATE_WRITE
-  const auto pageSize = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-  const std::uintptr_t first = (reinterpret_cast<std::uintptr_t>(block) + pageSize - 1) / pageSize * pageSize;
-  const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(block) + size) / pageSize * pageSize;
-  if (first < end) madvise(reinterpret_cast<void*>(first), end - first, MADV_POPULATE_WRITE);
+  const auto pageSize = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  void* firstPage = block;
+  if (std::align(pageSize, pageSize, firstPage, size) == nullptr) return;  // `size` becomes what is left from there on
+  madvise(firstPage, size / pageSize * pageSize, MADV_POPULATE_WRITE);
 #endif
 }
 

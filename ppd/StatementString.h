@@ -34,7 +34,7 @@ class StatementString {
     std::swap(size_, other.size_);
     return *this;
   }
-  ~StatementString() { release(block_); }
+  ~StatementString() { release(block_); }  // NOLINT(clang-analyzer-unix.Malloc): it does not follow the count of users
 
   std::string_view view() const {
     return block_ == nullptr ? std::string_view() : std::string_view(block_->bytes() + offset_, size_);

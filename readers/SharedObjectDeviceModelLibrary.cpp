@@ -202,7 +202,8 @@ DeviceModelLibrary* replacement = nullptr;
 
 DeviceModelLibrary& DeviceModelLibrary::defaultLibrary() {
   static SharedObjectDeviceModelLibrary library;
-  return replacement != nullptr ? *replacement : library;
+  if (replacement != nullptr) return *replacement;
+  return library;
 }
 
 void DeviceModelLibrary::setDefaultLibrary(DeviceModelLibrary* library) {
