@@ -9,7 +9,6 @@
 #include "ppd/ATPPDParser.h"
 #include "readers/ATDeviceDataReader.h"
 #include "readers/ATPPDDataReader.h"
-#include "updaters/ATPPDUpdatersFactory.h"
 
 namespace {
 
@@ -89,7 +88,7 @@ bool ATAutoSetupTool::parse() {
 }
 
 bool ATAutoSetupTool::update() {
-  const auto updaters = ATPPDUpdatersFactory::defaultFactory().updatersForPPD(PPD_);
+  const auto updaters = updatersFactory_->updatersForPPD(PPD_);
   if (updaters.empty()) return true;
   const auto reader = dataReader();
   const bool updated = std::all_of(updaters.begin(), updaters.end(),

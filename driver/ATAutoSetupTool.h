@@ -9,6 +9,7 @@
 #include "ppd/ATPPD.h"
 #include "ppd/IATPPDParserDelegate.h"
 #include "readers/IATDataReader.h"
+#include "updaters/ATPPDUpdatersFactory.h"
 
 /// One run of the tool: reads the PPD into the document, lets the updaters that the PPD names edit it, and writes it.
 class ATAutoSetupTool : public IATPPDParserDelegate {
@@ -16,6 +17,9 @@ class ATAutoSetupTool : public IATPPDParserDelegate {
   /// From the program's arguments: tool name, device URI, PPD path and, optionally, a printer ID. Null when their
   /// number is wrong, the path is not UTF-8, or neither the URI nor the ID is.
   static std::unique_ptr<ATAutoSetupTool> initWithArgc(int argc, const char* const* argv);
+
+  /// Who makes the updaters, for a program that watches a run (not owned); the default factory unless set.
+  void setUpdatersFactory(const ATPPDUpdatersFactory& factory) { updatersFactory_ = &factory; }
 
   /// True when the complete PPD was handed to `output`. Nothing is written before every updater has succeeded.
   /// Programming errors and failures of the device-model library are ATExceptions.
@@ -45,4 +49,5 @@ class ATAutoSetupTool : public IATPPDParserDelegate {
   std::optional<std::string> printerID_;
   ATPPD PPD_;
   std::optional<PPDParserError> parseError_;
+  const ATPPDUpdatersFactory* updatersFactory_ = &ATPPDUpdatersFactory::defaultFactory();
 };

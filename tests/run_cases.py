@@ -18,10 +18,12 @@ Standard error must be empty.
 import argparse
 import difflib
 import fcntl
+import json
 import os
 import pathlib
 import subprocess
 import sys
+import tempfile
 
 DEFAULT_URI = b"socket://192.0.2.10:9100"
 LOG_FILE = pathlib.Path("/Library/Caches/VorantisAutosetupTool.log")
@@ -65,6 +67,7 @@ class Runner:
         self.tool = options.tool
         self.library_dir = options.library_dir
         self.log = LOG_FILE if options.log else None
+        self.explain = options.explain
 
     def call(self, case, arguments):
         command = [*self.wrapper(), os.fsencode(self.tool), *arguments]
@@ -85,7 +88,22 @@ class Runner:
         problems += check("standard error", b"", errors)
         if self.log:
             problems += self.check_log(case)
+        if self.explain and len(arguments_of(case)) in (2, 3):
+            problems += self.check_explained(case, arguments_of(case))
         return problems
+
+    def check_explained(self, case, arguments):
+        """The program that explains a run must do the same run: the same status and the same bytes."""
+        with tempfile.TemporaryDirectory() as folder:
+            written = pathlib.Path(folder) / "written.ppd"
+            command = [os.fsencode(self.explain), b"--format=json", b"--output=" + os.fsencode(written), b"--", *arguments]
+            result = subprocess.run(command, env=environment_of(case, self.library_dir), stdin=subprocess.DEVNULL,
+                                    capture_output=True, timeout=60, check=False)
+            problems = check("status, explained", read(case / "expected.status"), b"%d\n" % result.returncode)
+            problems += check("output, explained", read(case / "expected.ppd") or b"", read(written) or b"")
+            problems += check("standard error, explained", b"", result.stderr)
+        succeeded = json.loads(result.stdout)["succeeded"]
+        return problems + check("success, explained", b"%d" % (result.returncode == 0), b"%d" % succeeded)
 
     def check_log(self, case):
         expected = read(case / "expected.log")
@@ -132,6 +150,7 @@ def main():
     parser.add_argument("--tool", type=pathlib.Path, required=True)
     parser.add_argument("--library-dir", type=pathlib.Path, required=True, help="where libQZVorantisModel.so.1 is")
     parser.add_argument("--log", action="store_true", help="the tool is a diagnostic build: check its messages too")
+    parser.add_argument("--explain", type=pathlib.Path, help="the program that explains a run, which must agree")
     parser.add_argument("--verbose", action="store_true", help="name the cases that pass, too")
     parser.add_argument("cases", type=pathlib.Path, nargs="+", help="case folders, or folders of them")
     options = parser.parse_args()

@@ -66,6 +66,7 @@ bool ATGlossyProfilePCL3PPDUpdater::addICCProfileForMediaWithData(const Record& 
   if (!reason) return added;
   ATLog("-[ATGlossyProfilePCL3PPDUpdater addICCProfileForMediaWithData:toPPD:]",
         "INFO: Cannot add profile from {}, reason: {}", record.description(), reason);
+  profilesFailedForMediaData(record, *reason);
   return false;
 }
 
@@ -76,4 +77,5 @@ void ATGlossyProfilePCL3PPDUpdater::setICCProfileForMediaWithData(const Record& 
   if (!reason) return;
   ATLog("-[ATGlossyProfilePCL3PPDUpdater setICCProfileForMediaWithData:inPPD:]",
         "INFO: Cannot set profile from {}, reason: {}", record.description(), reason);
+  profilesFailedForMediaData(record, *reason);
 }

@@ -21,12 +21,6 @@ std::string quoted(const OptionalText& text) {
   return fmt::format("\"{}\"", text);
 }
 
-// Whether the profile's name and its file's path can stand in a statement.
-bool canBeWritten(const OptionalText& name, const OptionalText& path) {
-  return name && PPDExtentions::isValidPPDTextLength(*name) && PPDExtentions::isValidPPDText(*name) && path &&
-         PPDExtentions::isValidPPDText(*path);
-}
-
 OptionalText pathOfEntry(const DeviceValue& entry) {
   return pathOf(entry.valueForKey("URL").textFor("profile URL"));
 }
@@ -42,6 +36,16 @@ DeviceValue::ListPtr profilesOf(const DeviceValue& record) {
 }
 
 }  // namespace
+
+ProfileProblem ATMediaTypePCL3PPDUpdater::problemOfProfile(const OptionalText& name, const OptionalText& path) {
+  if (!name || !PPDExtentions::isValidPPDTextLength(*name)) return ProfileProblem::lengthOfName;
+  if (!PPDExtentions::isValidPPDText(*name)) return ProfileProblem::charactersOfName;
+  if (!path) return ProfileProblem::noPath;
+  return PPDExtentions::isValidPPDText(*path) ? ProfileProblem::none : ProfileProblem::charactersOfPath;
+}
+
+void ATMediaTypePCL3PPDUpdater::profilesFailedForMediaData(const Record& /*record*/,
+                                                           const std::string& /*reason*/) const {}
 
 std::string ATMediaTypePCL3PPDUpdater::mediaTypeChoiceCodeWithName(const std::string& choiceName,
                                                                    const DeviceValue& ID) const {
@@ -104,7 +108,7 @@ void ATMediaTypePCL3PPDUpdater::addProfile(const Record& record, const ProfileEn
   static constexpr const char* kSignature = "-[ATMediaTypePCL3PPDUpdater addICCProfileForMediaWithData:toPPD:]";
   const OptionalText path = pathOfEntry(entry);
   const OptionalText name = nameOfEntry(entry);
-  if (!canBeWritten(name, path)) {
+  if (problemOfProfile(name, path) != ProfileProblem::none) {
     ATLog(kSignature, "INFO: Skip profile: {}", name);
     return;
   }
@@ -142,7 +146,7 @@ void ATMediaTypePCL3PPDUpdater::setProfile(const Record& record, const ProfileEn
   const OptionalText path = pathOfEntry(entry);
   const std::string spec = profileSpecFromMediaData(record, entry, inPPD);
   const OptionalText name = nameOfEntry(entry);
-  if (!canBeWritten(name, path)) {
+  if (problemOfProfile(name, path) != ProfileProblem::none) {
     ATLog(kSignature, "INFO: Skip profile: {}", name);
     return;
   }

@@ -9,6 +9,15 @@
 #include "updaters/ATMediaTypePPDUpdater.h"
 #include "updaters/ATQZProfilePPDAttributeWrapper.h"
 
+/// Why a profile of the device cannot stand in a statement.
+enum class ProfileProblem {
+  none,
+  lengthOfName,      ///< the name is absent, empty or longer than 80 bytes
+  charactersOfName,  ///< the name holds a quote, a colon, an angle bracket, or no Latin-1 character
+  noPath,            ///< the URL is absent or no RFC 3986 URI with a path
+  charactersOfPath,  ///< the same as for the name
+};
+
 /// The custom media type updater of PCL3 PPDs. In addition to the media choices it gives every medium colour profile
 /// statements, `*cupsICCProfile ColorModel.MediaType.Resolution/Text: "file"`, from the device's profile list; puts
 /// the profiles back that the PPD was shipped with; and takes those of removed media out.
@@ -58,7 +67,14 @@ class ATMediaTypePCL3PPDUpdater : public ATMediaTypePPDUpdater {
   /// The record's "PPDName", or else the name of the choice for its "ID"; absent without both.
   virtual DeviceValue mediaQualifierFromData(const Record& record, const ATPPD& ppd) const;
 
+  /// The first thing that keeps a profile of this name and path out of a statement.
+  static ProfileProblem problemOfProfile(const std::optional<std::string>& name,
+                                         const std::optional<std::string>& path);
+
  protected:
+  /// Hook: an error ended the adding or setting of the record's profiles, and was caught. Does nothing here.
+  virtual void profilesFailedForMediaData(const Record& record, const std::string& reason) const;
+
   static constexpr const char* kProfile = "cupsICCProfile";
   static constexpr const char* kFactoryProfile = "QZcupsICCProfile";
 

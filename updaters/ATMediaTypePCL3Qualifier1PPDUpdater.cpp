@@ -87,6 +87,7 @@ bool ATMediaTypePCL3Qualifier1PPDUpdater::addICCProfileForMediaWithData(const Re
   if (!reason) return added;
   ATLog("-[ATMediaTypePCL3Qualifier1PPDUpdater addICCProfileForMediaWithData:toPPD:]",
         "INFO: Cannot add profile from {}, reason: {}", record.description(), reason);
+  profilesFailedForMediaData(record, *reason);
   return false;
 }
 
@@ -97,6 +98,7 @@ void ATMediaTypePCL3Qualifier1PPDUpdater::setICCProfileForMediaWithData(const Re
   if (!reason) return;
   ATLog("-[ATMediaTypePCL3Qualifier1PPDUpdater setICCProfileForMediaWithData:inPPD:]",
         "INFO: Cannot set profile from {}, reason: {}", record.description(), reason);
+  profilesFailedForMediaData(record, *reason);
 }
 
 void ATMediaTypePCL3Qualifier1PPDUpdater::removeSpecializedICCQualifiers(ATPPD& ppd,

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "explain/CUPSLimits.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "explain/Wording.h"
+
+namespace {
+
+constexpr std::size_t kLongestLine = 255;
+constexpr std::size_t kLongestKeyword = 40;
+constexpr std::size_t kLongestText = 80;
+constexpr std::size_t kShown = 60;
+
+std::string shown(std::string_view line) {
+  std::string text = Wording::visible(line.substr(0, kShown));
+  return line.size() > kShown ? text + "…" : text;
+}
+
+// One statement line, taken apart as libcups does: keyword, option keyword, text.
+struct Parts {
+  std::string_view keyword, option, text;
+};
+
+Parts partsOf(std::string_view line) {
+  Parts parts;
+  line.remove_prefix(1);
+  const std::size_t keywordEnd = std::min(line.find_first_of(" \t:"), line.size());
+  parts.keyword = line.substr(0, keywordEnd);
+  line.remove_prefix(keywordEnd);
+  line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+  if (line.starts_with(':')) return parts;
+  const std::size_t optionEnd = std::min(line.find_first_of("/:"), line.size());
+  parts.option = line.substr(0, optionEnd);
+  while (parts.option.ends_with(' ') || parts.option.ends_with('\t')) parts.option.remove_suffix(1);
+  line.remove_prefix(optionEnd);
+  if (line.starts_with('/')) parts.text = line.substr(1, std::min(line.find(':'), line.size()) - 1);
+  return parts;
+}
+
+bool isPrintable(std::string_view keyword) {
+  return std::all_of(keyword.begin(), keyword.end(),
+                     [](char character) { return character > ' ' && character <= '~'; });
+}
+
+// Profiles are told apart by this number of their spec on macOS.
+unsigned long profileNumber(std::string_view spec) {
+  unsigned long number = 0;
+  for (std::size_t index = 0; index < spec.size(); ++index) {
+    number += (index + 1) * static_cast<unsigned char>(spec[index]);
+  }
+  return number;
+}
+
+class Checker {
+ public:
+  std::vector<Report::Warning> check(std::string_view text) {
+    if (text.starts_with("\xEF\xBB\xBF"))
+      warn("byte-order-mark", "CUPS refuses a PPD that begins with a byte order mark.");
+    for (std::size_t start = 0; start < text.size();) {
+      const std::size_t end = std::min(text.find_first_of("\r\n", start), text.size());
+      checkLine(text.substr(start, end - start));
+      start = end + 1;
+    }
+    if (inQuotes_) {
+      warn("unclosed-quote",
+           fmt::format("The quote that opens in this statement is never closed: {}", shown(opening_)));
+    }
+    return std::move(warnings_);
+  }
+
+ private:
+  void checkLine(std::string_view line) {
+    if (line.size() > kLongestLine) {
+      warn("line-too-long", fmt::format("CUPS refuses the whole PPD for a line of more than 255 bytes ({}): {}",
+                                        line.size(), shown(line)));
+    }
+    if (line.starts_with("*%APLWORKSET START")) {
+      warn("aplworkset", "CUPS stops reading at the comment *%APLWORKSET START.");
+    }
+    if (inQuotes_) {
+      if (line.starts_with('*') && !line.starts_with("*%") && !line.starts_with("*End")) {
+        warn("swallowed",
+             fmt::format("An odd quote in \"{}\" swallows this statement: {}", shown(opening_), shown(line)));
+      }
+      follow(line);
+    } else if (line.starts_with("*%") || line.find_first_not_of(" \t") == std::string_view::npos) {
+      return;
+    } else if (!line.starts_with('*')) {
+      warn("stray-line",
+           fmt::format("CUPS refuses the whole PPD for a line that begins no statement: {}", shown(line)));
+    } else {
+      opening_ = line;
+      checkStatement(partsOf(line), line);
+      follow(line);
+    }
+  }
+
+  void follow(std::string_view line) {
+    if (std::count(line.begin(), line.end(), '"') % 2 != 0) inQuotes_ = !inQuotes_;
+  }
+
+  void checkStatement(const Parts& parts, std::string_view line) {
+    for (const auto& [what, keyword] : {std::pair("main keyword", parts.keyword), {"option keyword", parts.option}}) {
+      if (keyword.size() > kLongestKeyword) {
+        warn("keyword-too-long", fmt::format("CUPS refuses the whole PPD for a {} of more than 40 bytes ({}): {}", what,
+                                             keyword.size(), shown(line)));
+      } else if (!isPrintable(keyword)) {
+        warn("keyword-characters",
+             fmt::format("CUPS, when strict, refuses a {} with other than printable ASCII characters: {}", what,
+                         shown(line)));
+      }
+    }
+    if (parts.text.size() > kLongestText) {
+      warn("text-too-long", fmt::format("CUPS cuts a text behind byte 80, even inside a character ({} bytes): {}",
+                                        parts.text.size(), shown(line)));
+    }
+    if (parts.keyword == "cupsICCProfile") checkProfile(std::string(parts.option));
+  }
+
+  void checkProfile(const std::string& spec) {
+    const auto [found, isNew] = profiles_.emplace(profileNumber(spec), spec);
+    if (isNew || found->second == spec) return;
+    warn("profile-collision",
+         fmt::format("macOS gives the profiles {} and {} one number; the second replaces the first.", found->second,
+                     spec));
+  }
+
+  void warn(const char* code, std::string text) { warnings_.push_back({code, std::move(text)}); }
+
+  std::vector<Report::Warning> warnings_;
+  std::map<unsigned long, std::string> profiles_;
+  bool inQuotes_ = false;
+  std::string_view opening_;  // the statement whose quote is open
+};
+
+}  // namespace
+
+std::vector<Report::Warning> CUPSLimits::brokenIn(std::string_view text) {
+  return Checker().check(text);
+}
+
+std::vector<Report::Warning> CUPSLimits::brokenByResult(std::string_view input, std::string_view result) {
+  std::set<std::pair<std::string, std::string>> before;
+  for (Report::Warning& warning : brokenIn(input)) before.emplace(warning.code, warning.text);
+  std::vector<Report::Warning> broken = brokenIn(result);
+  std::erase_if(broken, [&before](const Report::Warning& warning) {
+    return before.count({warning.code, warning.text}) != 0;
+  });
+  return broken;
+}

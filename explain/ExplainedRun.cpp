@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "explain/ExplainedRun.h"
+
+#include <exception>
+#include <memory>
+
+#include "base/Text.h"
+#include "driver/ATAutoSetupTool.h"
+#include "explain/InputLines.h"
+#include "explain/ObservedUpdaters.h"
+#include "explain/RunWarnings.h"
+#include "explain/Wording.h"
+#include "readers/ATCustomMediaTypesReaderImpl.h"
+#include "readers/ATDeviceDataReader.h"
+
+namespace {
+
+// The custom media reader, with what it answers recorded.
+class ObservedMediaReader : public ATCustomMediaTypesReaderImpl {
+ public:
+  DeviceValue dataFromDevice(const std::string& deviceURI, const std::optional<std::string>& modelName) override {
+    DeviceValue data = ATCustomMediaTypesReaderImpl::dataFromDevice(deviceURI, modelName);
+    RunRecorder::current().didReadMedia(data);
+    return data;
+  }
+};
+
+Report::Parse failedParse(const PPDParserError& error, const InputLines& input) {
+  Report::Parse parse;
+  Report::ParseFailure& failure = parse.failure.emplace();
+  failure.code = error.code;
+  failure.expected = Wording::expectedAtError(error.code);
+  failure.lineNumber = error.lineNumber;
+  if (error.lineNumber) failure.line = input.line(static_cast<std::size_t>(*error.lineNumber));
+  return parse;
+}
+
+std::string reasonOfFailure(const Report& report) {
+  if (report.parse && report.parse->failure) return "the PPD cannot be read";
+  for (const Report::Updater& updater : report.updaters) {
+    if (updater.outcome == Report::UpdaterOutcome::failed) {
+      return updater.name + " cannot update the PPD: there is no reader, since the URI or the printer ID is empty";
+    }
+  }
+  return "an updater cannot update the PPD";
+}
+
+void runTool(ATAutoSetupTool& tool, RunRecorder& recorder, ExplainedRun& run) {
+  const Observed::Factory factory;
+  tool.setUpdatersFactory(factory);
+  ATMemoryOutput output;
+  Report& report = run.report;
+  try {
+    if (tool.run(output)) {
+      run.result = output.bytes();
+    } else {
+      if (tool.parseError()) report.parse = failedParse(*tool.parseError(), InputLines::ofFile(tool.PPDPath()));
+      report.failure = reasonOfFailure(report);
+    }
+  } catch (const std::exception& error) {
+    report.failure = std::string("an error ended the run: ") + error.what();
+  }
+  const InputLines input = InputLines::ofFile(tool.PPDPath());
+  RunWarnings::addForInput(recorder, input);
+  if (report.succeeded()) RunWarnings::addForResult(recorder, report, input, tool.PPD(), run.result);
+}
+
+}  // namespace
+
+ExplainedRun ExplainedRun::of(int argc, const char* const* argv) {
+  ExplainedRun run;
+  RunRecorder recorder(run.report);
+  registerReaderImplementations();
+  ATDeviceDataReader::registerImpl(std::make_unique<ObservedMediaReader>, VMCustomMediaStorage);
+
+  Report::Arguments& arguments = run.report.arguments;
+  if (argc > 1) arguments.deviceURI = Text::fromUTF8(argv[1]);
+  if (argc > 2) arguments.PPDPath = Text::fromUTF8(argv[2]);
+  if (argc > 3) arguments.printerID = Text::fromUTF8(argv[3]);
+  const auto tool = ATAutoSetupTool::initWithArgc(argc, argv);
+  if (tool == nullptr) {
+    run.report.failure = "the tool does not accept these arguments: the path, and the URI or the ID, must be UTF-8";
+  } else {
+    runTool(*tool, recorder, run);
+  }
+  return run;
+}

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "explain/Report.h"
+
+/// A run of the tool with the tool's own engine, watched.
+struct ExplainedRun {
+  Report report;
+  std::string result;  ///< the PPD that the tool would have written; empty when the run failed
+
+  /// `argc` and `argv` as the tool gets them. Nothing is written anywhere, and no exception leaves it.
+  static ExplainedRun of(int argc, const char* const* argv);
+};

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "explain/RunWarnings.h"
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+
+#include "base/Text.h"
+#include "explain/CUPSLimits.h"
+#include "explain/Wording.h"
+
+namespace {
+
+using Wording::visible;
+
+bool hasLineEnd(std::string_view text) {
+  return text.find_first_of("\r\n") != std::string_view::npos;
+}
+
+std::string firstBadBytes(const std::string& line) {
+  std::size_t position = 0;
+  while (position < line.size() && Text::isValidUTF8(std::string_view(line).substr(0, position + 1))) ++position;
+  // A character may be cut into several bytes, each of which is no text by itself: go on while that gives text again.
+  for (std::size_t end = position + 1; end <= std::min(line.size(), position + 4); ++end) {
+    if (Text::isValidUTF8(std::string_view(line).substr(0, end))) position = end;
+  }
+  return visible(std::string_view(line).substr(position, 4));
+}
+
+void warnOfDeviceText(RunRecorder& recorder, const char* what, const Report::OptionalText& text) {
+  if (!text) return;
+  if (hasLineEnd(*text)) {
+    recorder.warn(
+        "device-line-end",
+        fmt::format("The {} \"{}\" of the device carries a line end into the PPD; CUPS may refuse the whole file "
+                    "for what follows it, or take it for a statement.",
+                    what, visible(*text)));
+  }
+  if (text->find('"') != std::string::npos) {
+    recorder.warn("device-quote",
+                  fmt::format("The {} \"{}\" of the device carries a quote into the PPD; it ends a value "
+                              "early, or opens one that swallows the statements behind it.",
+                              what, visible(*text)));
+  }
+}
+
+void warnOfMedium(RunRecorder& recorder, const Report::MediumOutcome& medium, const Report::Parse& parse) {
+  if (!medium.added) return;
+  warnOfDeviceText(recorder, "name", medium.device.name);
+  warnOfDeviceText(recorder, "ID", medium.device.ID);
+  const std::string& name = *medium.device.name;
+  if (!parse.languages.empty() && name.find(':') != std::string::npos) {
+    recorder.warn("colon-in-text",
+                  fmt::format("In the translations of \"{}\" CUPS ends the name at the colon.", visible(name)));
+  }
+}
+
+void warnOfFile(RunRecorder& recorder, const std::string& path) {
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) {
+    recorder.warn("profile-missing", fmt::format("The profile file does not exist here: {}", visible(path)));
+  } else if (!path.starts_with('/') || !S_ISREG(status.st_mode)) {
+    recorder.warn("profile-no-file",
+                  fmt::format("CUPS uses no profile that is not a file with an absolute path: {}", visible(path)));
+  } else if (status.st_uid != 0 || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+    recorder.warn(
+        "profile-permissions",
+        fmt::format("CUPS leaves a profile out that is not root's or that others may write: {}", visible(path)));
+  }
+}
+
+bool isShown(const ATPPDChoice& choice) {
+  const auto strings = choice.strings();
+  return !strings.empty() && strings[0].view().find("/:") == std::string_view::npos;
+}
+
+void warnOfChoice(RunRecorder& recorder, const Report::MediumOutcome& medium, const ATPPD& ppd,
+                  const Report::Parse& parse) {
+  if (!medium.added) return;
+  const auto group = ppd.groupForName("QZImagingOptions");
+  const auto option = group == nullptr ? nullptr : group->optionForName("MediaType");
+  if (option == nullptr) {
+    recorder.warn("no-media-option",
+                  "The PPD has no option MediaType in a group QZImagingOptions: the choices of the "
+                  "custom media are lost, though a group statement lists them.");
+    return;
+  }
+  const auto choice = option->choiceForName(*medium.choiceName);
+  if (choice == nullptr) return;
+  if (!option->PPDObjects().positionOf(choice.get())) {
+    recorder.warn("choice-not-written",
+                  fmt::format("The choice {} is listed and not written: the option MediaType does "
+                              "not end with its *CloseUI statement.",
+                              *medium.choiceName));
+  } else if (!isShown(*choice) && parse.languages.empty()) {
+    recorder.warn("name-not-shown",
+                  fmt::format("No language shows the name \"{}\" of {}: it cannot be the choice's own "
+                              "text, and the PPD lists no languages.",
+                              visible(medium.device.name.value_or("")), *medium.choiceName));
+  }
+}
+
+void warnOfProfile(RunRecorder& recorder, const Report::Profile& profile) {
+  if (profile.outcome == Report::ProfileOutcome::skipped) return;
+  if (profile.path) warnOfFile(recorder, *profile.path);
+  if (profile.spec && std::count(profile.spec->begin(), profile.spec->end(), '.') != 2) {
+    recorder.warn("spec-parts", fmt::format("The spec {} has not three parts; CUPS matches it with no choices.",
+                                            visible(*profile.spec)));
+  }
+}
+
+}  // namespace
+
+void RunWarnings::addForInput(RunRecorder& recorder, const InputLines& input) {
+  if (const auto number = input.firstThatIsNotUTF8()) {
+    recorder.warn("cut-at-non-utf8",
+                  fmt::format("Reading ended at line {}, which is not UTF-8 (bytes {}); what follows is "
+                              "not in the result.",
+                              *number, firstBadBytes(*input.line(*number))));
+  }
+  for (const std::size_t number : input.split()) {
+    recorder.warn("line-split", fmt::format("Line {} is longer than 254 bytes and is read as several lines.", number));
+  }
+}
+
+void RunWarnings::addForResult(RunRecorder& recorder, const Report& report, const InputLines& input, const ATPPD& ppd,
+                               const std::string& result) {
+  const Report::Parse parse = report.parse.value_or(Report::Parse());
+  for (const Report::Updater& updater : report.updaters) {
+    for (const Report::MediumOutcome& medium : updater.media) {
+      warnOfMedium(recorder, medium, parse);
+      warnOfChoice(recorder, medium, ppd, parse);
+      for (const Report::Profile& profile : medium.profiles) warnOfProfile(recorder, profile);
+    }
+  }
+  if (report.device) warnOfDeviceText(recorder, "media list version", report.device->listVersion);
+  for (const Report::Warning& warning : CUPSLimits::brokenByResult(input.text(), result)) {
+    recorder.warn(warning.code, warning.text);
+  }
+}

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "explain/InputLines.h"
+#include "explain/Report.h"
+#include "explain/RunRecorder.h"
+#include "ppd/ATPPD.h"
+
+/// What goes wrong in practice and can be seen after a run. `ppd` is the edited document, `result` its text.
+namespace RunWarnings {
+
+void addForInput(RunRecorder& recorder, const InputLines& input);
+void addForResult(RunRecorder& recorder, const Report& report, const InputLines& input, const ATPPD& ppd,
+                  const std::string& result);
+
+}  // namespace RunWarnings

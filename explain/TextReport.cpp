@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: MIT
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "base/Text.h"
+#include "explain/ReportWriters.h"
+#include "explain/Wording.h"
+
+namespace {
+
+using OptionalText = Report::OptionalText;
+using Wording::visible;
+
+constexpr std::size_t kWidth = 80;
+constexpr std::size_t kShownChanges = 30;  // of each updater, unless all are asked for
+
+std::size_t widthOf(std::string_view text) {
+  return static_cast<std::size_t>(
+      std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+}
+
+// The first characters that fit, with an ellipsis for what does not.
+std::string fitted(const std::string& text, std::size_t width) {
+  if (widthOf(text) <= width) return text;
+  std::size_t end = 0;
+  for (std::size_t taken = 0; taken + 1 < width; ++taken) end += Text::characterAt(text, end).size;
+  return text.substr(0, end) + "…";
+}
+
+std::string padded(const std::string& text, std::size_t width) {
+  const std::string cut = fitted(text, width);
+  return cut + std::string(width - widthOf(cut), ' ');
+}
+
+std::string shown(const OptionalText& text) {
+  return text ? visible(*text) : "-";
+}
+
+class Writer {
+ public:
+  explicit Writer(const ReportWriters::TextStyle& style) : style_(style) {}
+
+  std::string write(const Report& report) {
+    head(report);
+    if (report.parse) parse(*report.parse);
+    if (!report.updaters.empty()) updaters(report);
+    if (report.device) device(*report.device);
+    for (const Report::Updater& updater : report.updaters) media(updater);
+    for (const Report::Updater& updater : report.updaters) cleanup(updater);
+    for (const Report::Updater& updater : report.updaters) changes(updater);
+    warnings(report);
+    return std::move(text_);
+  }
+
+ private:
+  static constexpr const char* kBold = "1";
+  static constexpr const char* kGreen = "32";
+  static constexpr const char* kRed = "31";
+  static constexpr const char* kYellow = "33";
+
+  void head(const Report& report) {
+    const std::string result = report.succeeded() ? coloured("the PPD is set up (exit status 0)", kGreen)
+                                                  : coloured("nothing is written (exit status 1)", kRed);
+    field("Result", result);
+    if (!report.succeeded()) field("", report.failure);
+    field("Device URI", shown(report.arguments.deviceURI));
+    field("PPD", shown(report.arguments.PPDPath));
+    if (report.arguments.printerID) field("Printer ID", shown(report.arguments.printerID));
+  }
+
+  void parse(const Report::Parse& parse) {
+    heading("Reading the PPD");
+    if (parse.failure) {
+      const Report::ParseFailure& failure = *parse.failure;
+      if (failure.lineNumber) line(fmt::format("Line {} is malformed (error {}):", *failure.lineNumber, failure.code));
+      if (failure.line) line("  " + fitted(visible(*failure.line), kWidth - 4));
+      line("Expected: " + failure.expected);
+      return;
+    }
+    line(fmt::format("{} lines, {} statements, {} groups, {} options", parse.lines, parse.statements, parse.groups,
+                     parse.options));
+    line("Model name: " + shown(parse.modelName));
+    line("Languages: " + (parse.languages.empty() ? "none" : fmt::format("{}", fmt::join(parse.languages, " "))));
+  }
+
+  void updaters(const Report& report) {
+    heading("Updaters that the PPD names");
+    for (const Report::Updater& updater : report.updaters) {
+      line(padded(visible(updater.name), 38) + " " + outcomeOf(updater));
+      if (!updater.error.empty()) line("  " + updater.error);
+    }
+  }
+
+  std::string outcomeOf(const Report::Updater& updater) const {
+    if (!updater.known) return coloured("unknown, skipped", kYellow);
+    switch (updater.outcome) {
+      case Report::UpdaterOutcome::succeeded:
+        return fmt::format("{}, {} changes", coloured("done", kGreen), updater.changes.size());
+      case Report::UpdaterOutcome::failed:
+        return coloured("cannot update the PPD", kRed);
+      case Report::UpdaterOutcome::threw:
+        return coloured("ended by an error", kRed);
+      default:
+        return "not reached";
+    }
+  }
+
+  void device(const Report::DeviceAnswer& device) {
+    heading("What the device-model library answered");
+    if (device.familyCode) line("Family: " + (device.familyCode->empty() ? "unknown" : visible(*device.familyCode)));
+    if (!device.libraryAvailable && !device.media) {
+      if (!device.familyCode) line("There is no list of media: no library, or a printer known by its ID only.");
+      return;
+    }
+    line("Media list version: " + shown(device.listVersion));
+    if (!device.media) return;
+    if (device.media->empty()) return line("The device has no media.");
+    line(row("NAME", "ID", "CATEGORY", "PARENT", "PROFILES", "GLOSS"));
+    for (const Report::Medium& medium : *device.media) {
+      line(row(shown(medium.name), shown(medium.ID), shown(medium.categoryID), shown(medium.parentID),
+               std::to_string(medium.profiles), shown(medium.gloss)));
+    }
+  }
+
+  static std::string row(const std::string& name, const std::string& ID, const std::string& category,
+                         const std::string& parent, const std::string& profiles, const std::string& gloss) {
+    return padded(name, 23) + " " + padded(ID, 12) + " " + padded(category, 14) + " " + padded(parent, 8) + " " +
+           padded(profiles, 8) + " " + fitted(gloss, 9);
+  }
+
+  void media(const Report::Updater& updater) {
+    if (updater.media.empty()) return;
+    heading("What became of each medium: " + updater.name);
+    for (const Report::MediumOutcome& medium : updater.media) outcome(medium);
+  }
+
+  void outcome(const Report::MediumOutcome& medium) {
+    const std::string name = fmt::format("{} ({})", shown(medium.device.name), shown(medium.device.ID));
+    if (medium.device.custom) {
+      line(medium.added ? coloured("+", kGreen) + " " + fitted(name, 60) + " is the choice " + *medium.choiceName
+                        : coloured("!", kRed) + " " + fitted(name, 60) + " is left out");
+      if (!medium.added) detail("why", medium.notAdded);
+    } else {
+      line("  " + fitted(name, 60) +
+           (medium.choiceName ? " is the choice " + visible(*medium.choiceName) : " has no choice"));
+    }
+    if (medium.choiceCode) detail("code", visible(*medium.choiceCode));
+    if (medium.inherited)
+      detail("properties", fmt::format("{}, from {}", visible(*medium.inherited), shown(medium.parent)));
+    if (medium.parent && !medium.inherited)
+      detail("properties", fmt::format("none: {} has none", shown(medium.parent)));
+    for (const Report::Profile& each : medium.profiles) profile(each);
+    if (medium.profilesFailure) detail("profiles", "ended by an error: " + visible(*medium.profilesFailure));
+    if (medium.device.gloss || medium.glossBefore != medium.glossAfter) {
+      detail("gloss", fmt::format("device {}: {} before, {} after", shown(medium.device.gloss),
+                                  shown(medium.glossBefore), shown(medium.glossAfter)));
+    }
+  }
+
+  void profile(const Report::Profile& profile) {
+    switch (profile.outcome) {
+      case Report::ProfileOutcome::added:
+        return detail("profile",
+                      fmt::format("{} added: {}, {}", shown(profile.spec), shown(profile.name), shown(profile.path)));
+      case Report::ProfileOutcome::rewritten:
+        return detail("profile", fmt::format("{} rewritten: {}, {}", shown(profile.spec), shown(profile.name),
+                                             shown(profile.path)));
+      default:
+        return detail("profile",
+                      fmt::format("{} {}: {}", shown(profile.name), coloured("skipped", kYellow), profile.reason));
+    }
+  }
+
+  void cleanup(const Report::Updater& updater) {
+    if (updater.removedMedia.empty() && updater.restoredProfiles.empty()) return;
+    heading("Cleaned up and restored: " + updater.name);
+    for (const std::string& name : updater.removedMedia) line("- medium " + visible(name) + " of an earlier setup");
+    for (const std::string& spec : updater.restoredProfiles) line("  factory profile " + visible(spec));
+  }
+
+  void changes(const Report::Updater& updater) {
+    if (updater.changes.empty()) return;
+    heading("Changes of the PPD: " + updater.name);
+    std::size_t shownOnes = 0;
+    std::size_t moved = 0;
+    std::size_t more = 0;
+    for (const Report::Change& change : updater.changes) {
+      if (change.kind == Report::ChangeKind::moved && !style_.full) {
+        ++moved;
+      } else if (shownOnes == kShownChanges && !style_.full) {
+        ++more;
+      } else {
+        ++shownOnes;
+        show(change);
+      }
+    }
+    if (more > 0) line(fmt::format("… and {} more (--full)", more));
+    if (moved > 0) line(fmt::format("{} statements were removed and written again as they were (--full)", moved));
+  }
+
+  void show(const Report::Change& change) {
+    if (change.kind == Report::ChangeKind::moved) return lines('=', kBold, change.after);
+    lines('-', kRed, change.before);
+    lines('+', kGreen, change.after);
+  }
+
+  void lines(char sign, const char* colour, std::string_view statement) {
+    for (std::size_t start = 0; start < statement.size();) {
+      const std::size_t end = std::min(statement.find_first_of("\r\n", start), statement.size());
+      line(coloured(fitted(sign + std::string(" ") + visible(statement.substr(start, end - start)), kWidth - 2),
+                    colour));
+      start = end + (statement.substr(end).starts_with("\r\n") ? 2 : 1);
+    }
+  }
+
+  void warnings(const Report& report) {
+    if (report.warnings.empty()) return;
+    heading("Warnings");
+    for (const Report::Warning& warning : report.warnings) {
+      wrapped(coloured("! ", kYellow), "    ", fmt::format("{} [{}]", warning.text, warning.code));
+    }
+  }
+
+  void heading(const std::string& title) { text_ += "\n" + coloured(fitted(title, kWidth), kBold) + "\n"; }
+  void line(const std::string& content) { text_ += "  " + content + "\n"; }
+  void field(const std::string& name, const std::string& value) {
+    wrapped(padded(name, 10) + " ", std::string(11, ' '), value, "");
+  }
+  void detail(const std::string& name, const std::string& value) {
+    wrapped("    " + padded(name, 10) + " ", std::string(17, ' '), value);
+  }
+
+  // The content behind the prefix, further lines behind the indent, broken between words where possible.
+  void wrapped(const std::string& prefix, const std::string& indent, const std::string& content,
+               const std::string& margin = "  ") {
+    const std::size_t width = kWidth - indent.size();
+    std::string rest = content;
+    std::string lead = margin + prefix;
+    do {
+      std::size_t end = 0;
+      std::size_t lastBlank = 0;
+      for (std::size_t taken = 0; taken < width && end < rest.size(); ++taken) {
+        if (rest[end] == ' ') lastBlank = end;
+        end += Text::characterAt(rest, end).size;
+      }
+      if (end < rest.size() && lastBlank > 0) end = lastBlank;
+      text_ += lead + rest.substr(0, end) + "\n";
+      rest.erase(0, rest.compare(end, 1, " ") == 0 ? end + 1 : end);
+      lead = indent;
+    } while (!rest.empty());
+  }
+
+  std::string coloured(const std::string& text, const char* colour) const {
+    return style_.colour ? fmt::format("\x1b[{}m{}\x1b[0m", colour, text) : text;
+  }
+
+  const ReportWriters::TextStyle& style_;
+  std::string text_;
+};
+
+}  // namespace
+
+std::string ReportWriters::text(const Report& report, const TextStyle& style) {
+  return Writer(style).write(report);
+}

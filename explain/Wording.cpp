@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "explain/Wording.h"
+
+#include <fmt/format.h>
+
+#include "base/Text.h"
+#include "ppd/PPDParserError.h"
+
+namespace {
+
+bool isControl(char32_t character) {
+  return character < 0x20 || (character >= 0x7F && character < 0xA0) || Text::isLineEnd(character);
+}
+
+void appendByte(std::string& text, char byte) {
+  if (byte == '\n') {
+    text += "\\n";
+  } else if (byte == '\r') {
+    text += "\\r";
+  } else if (byte == '\t') {
+    text += "\\t";
+  } else {
+    text += fmt::format("\\x{:02x}", static_cast<unsigned char>(byte));
+  }
+}
+
+}  // namespace
+
+std::string Wording::visible(std::string_view text) {
+  const bool isText = Text::isValidUTF8(text);
+  std::string visible;
+  for (std::size_t position = 0; position < text.size();) {
+    const Text::Character character =
+        isText ? Text::characterAt(text, position) : Text::Character{static_cast<unsigned char>(text[position]), 1};
+    const std::string_view bytes = text.substr(position, character.size);
+    position += character.size;
+    if (isControl(character.value) || (!isText && character.value >= 0x80)) {
+      for (const char byte : bytes) appendByte(visible, byte);
+    } else {
+      visible += bytes;
+    }
+  }
+  return visible;
+}
+
+std::string Wording::of(ProfileProblem problem, const std::optional<std::string>& url) {
+  switch (problem) {
+    case ProfileProblem::lengthOfName:
+      return "its name is missing, empty or longer than 80 bytes";
+    case ProfileProblem::charactersOfName:
+      return "its name holds a character that a statement cannot: a quote, a colon, < or >, a control character, or "
+             "one beyond Latin-1";
+    case ProfileProblem::noPath:
+      return url ? fmt::format("its URL has no path by RFC 3986: {}", visible(*url)) : "it has no URL";
+    case ProfileProblem::charactersOfPath:
+      return "its path holds a character that a statement cannot: a quote, a colon, < or >, a control character, or "
+             "one beyond Latin-1";
+    default:
+      return "";
+  }
+}
+
+std::string Wording::expectedAtError(int code) {
+  switch (code) {
+    case PPDParserErrorFileNotFound:
+      return "an existing file";
+    case PPDParserErrorFileNotOpened:
+      return "a file that can be opened";
+    case PPDParserErrorStatementExpected:
+      return "a statement, which begins with \"*\" in the first column";
+    case PPDParserErrorGroupContentExpected:
+      return "a statement or an option behind *OpenGroup";
+    case PPDParserErrorUIContentExpected:
+      return "a default, a choice or *CloseUI inside the option";
+    case PPDParserErrorUnexpectedEnd:
+      return "the closing quote of the value, or another statement, before *End";
+    case PPDParserErrorUnexpectedCloseGroup:
+      return "an open group before *CloseGroup";
+    default:
+      return "";
+  }
+}

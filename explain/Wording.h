@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "updaters/ATMediaTypePCL3PPDUpdater.h"
+
+/// Words for people, shared by the writers of reports.
+namespace Wording {
+
+/// The text with control characters and what is no UTF-8 written visibly ("\n", "\x80"), so that neither a terminal nor
+/// a layout is at the mercy of a device's text.
+std::string visible(std::string_view text);
+
+/// What keeps a profile out of a statement.
+std::string of(ProfileProblem problem, const std::optional<std::string>& url);
+
+/// What the parser expected where it met the error with this code.
+std::string expectedAtError(int code);
+
+}  // namespace Wording

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+//
+// vorantis-autosetup-explain [OPTION...] DEVICE-URI PPD [PRINTER-ID]: does a run of VorantisAutosetupTool and reports
+// it. Exit status as the tool's, 0 or 1; 2 for wrong usage, or a file that cannot be written.
+
+#include <getopt.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <optional>
+#include <string>
+
+#include "explain/ExplainedRun.h"
+#include "explain/ReportWriters.h"
+
+namespace {
+
+constexpr int kUsageError = 2;
+
+constexpr const char* kUsage = R"(Usage: vorantis-autosetup-explain [OPTION...] DEVICE-URI PPD [PRINTER-ID]
+
+Does the run that VorantisAutosetupTool does with these arguments, and reports
+what it does and why, instead of writing the PPD.
+
+  -f, --format=FORMAT  text (the default), json or html
+  -o, --output=FILE    also write the PPD, to FILE
+      --full           show every changed statement
+      --help           show this help
+      --version        show the version
+
+Exit status: 0 or 1 as the tool's, 2 for wrong usage.
+Environment: NO_COLOR, and that of the device-model library.
+)";
+
+enum class Format { text, json, html };
+enum LongOption { kFull = 256, kHelp, kVersion };
+
+struct Options {
+  Format format = Format::text;
+  std::optional<std::string> output;
+  bool full = false;
+};
+
+std::optional<Format> formatNamed(const std::string& name) {
+  if (name == "text") return Format::text;
+  if (name == "json") return Format::json;
+  if (name == "html") return Format::html;
+  return std::nullopt;
+}
+
+[[noreturn]] void wrongUsage(const std::string& what) {
+  std::fprintf(stderr, "vorantis-autosetup-explain: %s\nTry 'vorantis-autosetup-explain --help'.\n", what.c_str());
+  std::exit(kUsageError);
+}
+
+[[noreturn]] void printAndExit(const char* text) {
+  const bool printed = std::fputs(text, stdout) >= 0 && std::fflush(stdout) == 0;
+  std::exit(printed ? 0 : kUsageError);
+}
+
+Options optionsFrom(int argc, char** argv) {
+  static constexpr std::array<option, 6> kOptions = {{{"format", required_argument, nullptr, 'f'},
+                                                      {"output", required_argument, nullptr, 'o'},
+                                                      {"full", no_argument, nullptr, kFull},
+                                                      {"help", no_argument, nullptr, kHelp},
+                                                      {"version", no_argument, nullptr, kVersion},
+                                                      {nullptr, 0, nullptr, 0}}};
+  Options options;
+  opterr = 0;
+  for (int found; (found = getopt_long(argc, argv, "+f:o:", kOptions.data(), nullptr)) != -1;) {
+    switch (found) {
+      case 'f':
+        if (const auto format = formatNamed(optarg)) {
+          options.format = *format;
+        } else {
+          wrongUsage(std::string("no such format: ") + optarg);
+        }
+        break;
+      case 'o':
+        options.output = optarg;
+        break;
+      case kFull:
+        options.full = true;
+        break;
+      case kHelp:
+        printAndExit(kUsage);
+      case kVersion:
+        printAndExit("vorantis-autosetup-explain " AT_VERSION "\n");
+      default:
+        wrongUsage(std::string("no such option, or an argument is missing: ") + argv[optind - 1]);
+    }
+  }
+  return options;
+}
+
+// A file that cannot be written whole is removed again.
+bool writeFile(const std::string& path, const std::string& bytes) {
+  std::FILE* file = std::fopen(path.c_str(), "wb");
+  if (file == nullptr) return false;
+  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+  if (std::fclose(file) == 0 && written) return true;
+  std::remove(path.c_str());
+  return false;
+}
+
+bool usesColour() {
+  const char* noColour = std::getenv("NO_COLOR");
+  const char* terminal = std::getenv("TERM");
+  const bool wanted = noColour == nullptr || *noColour == '\0';
+  return wanted && isatty(STDOUT_FILENO) != 0 && terminal != nullptr && std::string(terminal) != "dumb";
+}
+
+std::string reportFor(const Report& report, const Options& options) {
+  switch (options.format) {
+    case Format::json:
+      return ReportWriters::json(report);
+    case Format::html:
+      return ReportWriters::html(report);
+    default:
+      return ReportWriters::text(report, {usesColour(), options.full});
+  }
+}
+
+int explain(int argc, char** argv) {
+  const Options options = optionsFrom(argc, argv);
+  const int count = argc - optind;
+  if (count < 2 || count > 3) wrongUsage("a device URI and a PPD are needed, and a printer ID at most");
+  // The tool's own name comes first in the arguments, as when the printing system starts it.
+  argv[optind - 1] = argv[0];
+  const ExplainedRun run = ExplainedRun::of(count + 1, argv + optind - 1);
+
+  const std::string report = reportFor(run.report, options);
+  if (std::fwrite(report.data(), 1, report.size(), stdout) != report.size() || std::fflush(stdout) != 0) {
+    wrongUsage("the report cannot be written");
+  }
+  if (options.output && run.report.succeeded() && !writeFile(*options.output, run.result)) {
+    wrongUsage("cannot write " + *options.output);
+  }
+  return run.report.succeeded() ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return explain(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "vorantis-autosetup-explain: %s\n", error.what());
+    return 1;
+  }
+}

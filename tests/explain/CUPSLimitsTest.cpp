@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "explain/CUPSLimits.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cups/ppd.h>
+
+#include "tests/support/TemporaryFolder.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"  // libcups' PPD interface is what the limits are those of
+
+namespace {
+
+std::vector<std::string> codes(const std::vector<Report::Warning>& warnings) {
+  std::vector<std::string> codes;
+  for (const Report::Warning& warning : warnings) codes.push_back(warning.code);
+  return codes;
+}
+
+std::vector<std::string> brokenIn(const std::string& text) {
+  return codes(CUPSLimits::brokenIn(text));
+}
+
+// Whether libcups opens a PPD that has the statements in addition.
+bool libcupsOpens(const std::string& statements) {
+  const TemporaryFolder folder;
+  const std::string path = folder.file("a.ppd", "*PPD-Adobe: \"4.3\"\n*FormatVersion: \"4.3\"\n" + statements);
+  ppd_file_t* ppd = ppdOpenFile(path.c_str());
+  if (ppd != nullptr) ppdClose(ppd);
+  return ppd != nullptr;
+}
+
+}  // namespace
+
+TEST(CUPSLimits, NothingIsBrokenInAnOrdinaryPPD) {
+  EXPECT_THAT(brokenIn("*% A comment\n*PPD-Adobe: \"4.3\"\n\n  \t\n*MediaType A/Text: \"code\"\r\n"
+                       "*Foo: \"one\ntwo\"\n*End\n*cupsICCProfile .A./N: \"/a\"\n*cupsICCProfile .B./N: \"/b\"\n"),
+              IsEmpty());
+}
+
+TEST(CUPSLimits, ALineMayHave255Bytes) {
+  const std::string line = "*Foo: \"" + std::string(247, 'x') + "\"";
+  EXPECT_THAT(brokenIn(line + "\n"), IsEmpty());
+  EXPECT_TRUE(libcupsOpens(line + "\n"));
+  const std::string longer = "*Foo: \"" + std::string(248, 'x') + "\"";
+  EXPECT_THAT(brokenIn(longer + "\n"), ElementsAre("line-too-long"));
+  EXPECT_FALSE(libcupsOpens(longer + "\n"));
+  EXPECT_THAT(brokenIn("*% " + std::string(300, 'x') + "\n"), ElementsAre("line-too-long"));
+}
+
+TEST(CUPSLimits, AKeywordMayHave40Bytes) {
+  const std::string name(40, 'k');
+  EXPECT_THAT(brokenIn("*" + name + " " + name + "/T: \"\"\n"), IsEmpty());
+  EXPECT_TRUE(libcupsOpens("*" + name + " " + name + "/T: \"\"\n"));
+  for (const std::string& statement : {"*k" + name + ": \"\"\n", "*Foo k" + name + "/T: \"\"\n"}) {
+    EXPECT_THAT(brokenIn(statement), ElementsAre("keyword-too-long"));
+    EXPECT_FALSE(libcupsOpens(statement));
+  }
+  EXPECT_THAT(brokenIn("*cupsICCProfile .My Paper./T: \"\"\n"), ElementsAre("keyword-characters"));
+}
+
+TEST(CUPSLimits, ATextMayHave80Bytes) {
+  EXPECT_THAT(brokenIn("*Foo a/" + std::string(80, 't') + ": \"\"\n"), IsEmpty());
+  EXPECT_THAT(brokenIn("*Foo a/" + std::string(81, 't') + ": \"\"\n"), ElementsAre("text-too-long"));
+}
+
+TEST(CUPSLimits, ALineMustBeginAStatementOrContinueAValue) {
+  EXPECT_THAT(brokenIn("*Foo: \"a\"\nstray\n"), ElementsAre("stray-line"));
+  EXPECT_FALSE(libcupsOpens("*Foo: \"a\"\nstray\n"));
+  EXPECT_THAT(brokenIn("*Foo: \"a\nno stray\"\n*End\n"), IsEmpty());
+}
+
+TEST(CUPSLimits, AnOddQuoteSwallowsStatements) {
+  EXPECT_THAT(brokenIn("*Foo a/Te\"xt: \"code\"\n*Bar: 1\n*Baz: \"x\"\n"),
+              ElementsAre("swallowed", "swallowed", "unclosed-quote"));
+  EXPECT_THAT(brokenIn("*Foo: \"a\n*% comment\n*End\n"), ElementsAre("unclosed-quote"));
+}
+
+TEST(CUPSLimits, ReadingEndsAtSomeBeginnings) {
+  EXPECT_THAT(brokenIn("\xEF\xBB\xBF*PPD-Adobe: \"4.3\"\n"), ElementsAre("byte-order-mark", "stray-line"));
+  EXPECT_THAT(brokenIn("*Foo: 1\n*%APLWORKSET START\n"), ElementsAre("aplworkset"));
+}
+
+TEST(CUPSLimits, TwoProfilesMayHaveOneNumber) {
+  EXPECT_THAT(brokenIn("*cupsICCProfile RGB.Media131./A: \"/a\"\n*cupsICCProfile RGB.Media212./B: \"/b\"\n"),
+              ElementsAre("profile-collision"));
+  EXPECT_THAT(brokenIn("*cupsICCProfile RGB.A./A: \"/a\"\n*cupsICCProfile RGB.A./B: \"/b\"\n"), IsEmpty());
+}
+
+TEST(CUPSLimits, WhatTheInputBreaksAlreadyIsNotTold) {
+  const std::string before = "*Foo a/" + std::string(81, 't') + ": \"\"\n";
+  EXPECT_THAT(CUPSLimits::brokenByResult(before, "*New: 1\n" + before), IsEmpty());
+  EXPECT_THAT(codes(CUPSLimits::brokenByResult(before, before + "stray\n")), ElementsAre("stray-line"));
+}

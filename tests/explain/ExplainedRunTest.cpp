@@ -1,0 +1,331 @@
+// SPDX-License-Identifier: MIT
+#include "explain/ExplainedRun.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "explain/ReportWriters.h"
+#include "library/Snapshot.h"
+#include "tests/support/SnapshotDeviceModelLibrary.h"
+#include "tests/support/TemporaryFolder.h"
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+constexpr const char* kURI = "socket://192.0.2.10:9100";
+
+// A PPD that names the updaters, with the statements and a media option in its group.
+std::string ppd(const std::string& updaters, const std::string& statements = "") {
+  return "*PPD-Adobe: \"4.3\"\n*ModelName: \"Z9\"\n*QZPPDUpdaters: \"" + updaters + "\"\n" + statements +
+         "*OpenGroup: QZImagingOptions/Imaging Options\n*OpenUI *MediaType/Media Type: PickOne\n*DefaultMediaType: "
+         "Plain\n"
+         "*MediaType Plain/Plain: \"(1001)\"\n*MediaType Glossy/Glossy: \"(1002)\"\n*CloseUI: *MediaType\n"
+         "*OpenUI *QZGlossEnhancer/Gloss: PickOne\n*DefaultQZGlossEnhancer: off-ge\n*QZGlossEnhancer off-ge/Off: \"\"\n"
+         "*CloseUI: *QZGlossEnhancer\n*CloseGroup: QZImagingOptions\n";
+}
+
+std::string device(const std::string& media) {
+  return R"({"format": "vorantis-device-snapshot", "formatVersion": 1, "devices": [{"deviceFamilyName": "CID:QZVR2PCLS",
+             "dataStore": {"VMCustomMediaStorage": {"MediumListVersion": "7", "MediaInfo": {)" +
+         media + "}}}}]}";
+}
+
+std::string custom(const std::string& name, const std::string& id, const std::string& more = "") {
+  return "\"" + id + R"(": {"Name": ")" + name + R"(", "MediumID": ")" + id +
+         R"(", "CategoryName": "C", "CategoryID": "CUSTOM", "ICCProfiles": [)" +
+         (more.empty() || more[0] != '{' ? "]" + more : more + "]") + "}";
+}
+
+ExplainedRun explain(const std::string& ppdText, const std::optional<std::string>& snapshotText,
+                     const std::vector<const char*>& more = {}) {
+  const TemporaryFolder folder;
+  const std::string path = folder.file("input.ppd", ppdText);
+  std::optional<SnapshotDeviceModelLibrary> library;
+  if (snapshotText) library.emplace(snapshot::Snapshot::fromJSON(*snapshotText));
+  DeviceModelLibrary::setDefaultLibrary(library ? &*library : nullptr);
+  std::vector<const char*> arguments = {"tool", kURI, path.c_str()};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  ExplainedRun run = ExplainedRun::of(static_cast<int>(arguments.size()), arguments.data());
+  DeviceModelLibrary::setDefaultLibrary(nullptr);
+  return run;
+}
+
+std::vector<std::string> warningsOf(const ExplainedRun& run) {
+  std::vector<std::string> codes;
+  for (const Report::Warning& warning : run.report.warnings) codes.push_back(warning.code);
+  return codes;
+}
+
+const Report::MediumOutcome& medium(const ExplainedRun& run, std::size_t index = 0) {
+  return run.report.updaters.at(0).media.at(index);
+}
+
+}  // namespace
+
+TEST(ExplainedRun, TellsWhatWasRead) {
+  const ExplainedRun run = explain(ppd("", "*cupsLanguages: \"en de\"\n"), std::nullopt);
+  EXPECT_TRUE(run.report.succeeded());
+  ASSERT_TRUE(run.report.parse);
+  EXPECT_EQ(run.report.parse->lines, 15U);
+  EXPECT_EQ(run.report.parse->statements, 15U);
+  EXPECT_EQ(run.report.parse->groups, 1U);
+  EXPECT_EQ(run.report.parse->options, 2U);
+  EXPECT_THAT(run.report.parse->languages, ElementsAre("en", "de"));
+  EXPECT_EQ(run.report.parse->modelName, "\"Z9\"");
+  EXPECT_FALSE(run.report.device);
+}
+
+TEST(ExplainedRun, TellsTheMalformedLine) {
+  const ExplainedRun run = explain("*A: 1\n*End\n*End\n", std::nullopt);
+  EXPECT_EQ(run.report.failure, "the PPD cannot be read");
+  EXPECT_EQ(run.result, "");
+  ASSERT_TRUE(run.report.parse && run.report.parse->failure);
+  EXPECT_EQ(run.report.parse->failure->code, 6);
+  EXPECT_EQ(run.report.parse->failure->lineNumber, 3);
+  EXPECT_EQ(run.report.parse->failure->line, "*End");
+}
+
+TEST(ExplainedRun, TellsAMissingFileAndArgumentsThatAreNotAccepted) {
+  const std::array<const char*, 3> missing = {"tool", kURI, "/no/such/file"};
+  EXPECT_EQ(ExplainedRun::of(3, missing.data()).report.parse->failure->code, 1);
+  const std::array<const char*, 3> notText = {"tool", kURI, "\xFF"};
+  EXPECT_THAT(ExplainedRun::of(3, notText.data()).report.failure, HasSubstr("UTF-8"));
+}
+
+TEST(ExplainedRun, NamesTheUpdatersWithThoseThatAreUnknown) {
+  const ExplainedRun run = explain(ppd("Other ATMediaTypePSPPDUpdater  ATPDLCommandTypePPDUpdater"), device(""));
+  ASSERT_EQ(run.report.updaters.size(), 3U);
+  EXPECT_EQ(run.report.updaters[0].name, "Other");
+  EXPECT_FALSE(run.report.updaters[0].known);
+  EXPECT_EQ(run.report.updaters[1].outcome, Report::UpdaterOutcome::succeeded);
+  EXPECT_EQ(run.report.updaters[2].outcome, Report::UpdaterOutcome::succeeded);
+  EXPECT_EQ(run.report.device->familyCode, "QZVR2PCLS");
+  EXPECT_EQ(run.report.updaters[2].changes.size(), 8U);
+  EXPECT_THAT(warningsOf(run), ElementsAre("unknown-updater"));
+}
+
+TEST(ExplainedRun, TellsTheErrorThatEndedTheRunAndWhatWasNotReached) {
+  const ExplainedRun run =
+      explain(ppd("ATMediaTypePPDUpdater ATMediaTypePSPPDUpdater"), device(custom("Canvas", "4711")));
+  EXPECT_FALSE(run.report.succeeded());
+  EXPECT_EQ(run.result, "");
+  EXPECT_EQ(run.report.updaters[0].outcome, Report::UpdaterOutcome::threw);
+  EXPECT_NE(run.report.updaters[0].error, "");
+  EXPECT_EQ(run.report.updaters[1].outcome, Report::UpdaterOutcome::notRun);
+}
+
+TEST(ExplainedRun, TellsThatThereIsNoReader) {
+  const TemporaryFolder folder;
+  const std::string path = folder.file("input.ppd", ppd("ATMediaTypePSPPDUpdater"));
+  const std::array<const char*, 3> arguments = {"tool", "", path.c_str()};
+  const ExplainedRun run = ExplainedRun::of(3, arguments.data());
+  EXPECT_THAT(run.report.failure, HasSubstr("ATMediaTypePSPPDUpdater cannot update the PPD"));
+  EXPECT_EQ(run.report.updaters[0].outcome, Report::UpdaterOutcome::failed);
+}
+
+TEST(ExplainedRun, TellsWhatTheDeviceAnsweredAndWhatBecameOfAMedium) {
+  const ExplainedRun run = explain(
+      ppd("ATMediaTypePSPPDUpdater", "*QZValueAttributes MediaType.Glossy: \"glossy=YES;defaultGE='off-ge'\"\n"),
+      device(
+          custom("Canvas", "4711", R"(, "ParentID": "1002", "PropertiesInfo": {"DefaultGlossEnhancer": "FULLPAGE"})")));
+  ASSERT_TRUE(run.report.device && run.report.device->media);
+  EXPECT_TRUE(run.report.device->libraryAvailable);
+  EXPECT_EQ(run.report.device->listVersion, "7");
+  EXPECT_EQ(run.report.device->media->at(0).name, "Canvas");
+  EXPECT_EQ(run.report.device->media->at(0).parentID, "1002");
+  EXPECT_TRUE(medium(run).added);
+  EXPECT_EQ(medium(run).choiceName, "Custom1");
+  EXPECT_EQ(medium(run).choiceCode, "/QZDict /ProcSet findresource /SetMediaId get (4711) exch exec");
+  EXPECT_EQ(medium(run).parent, "Glossy");
+  EXPECT_EQ(medium(run).glossBefore, "'off-ge'");
+  EXPECT_EQ(medium(run).glossAfter, "'whole-page-ge'");
+}
+
+TEST(ExplainedRun, TellsWhyAMediumIsLeftOut) {
+  const ExplainedRun run = explain(ppd("ATMediaTypePSPPDUpdater"), device(custom(std::string(300, 'n'), "4711")));
+  EXPECT_FALSE(medium(run).added);
+  EXPECT_EQ(medium(run).notAdded, "its choice statement would be longer than 255 bytes");
+}
+
+TEST(ExplainedRun, WarnsOfAMediumThatIsNoCustomOneForWantOfAName) {
+  const ExplainedRun run = explain(ppd("ATMediaTypePSPPDUpdater"),
+                                   device(R"("a": {"Name": "Canvas", "MediumID": "9", "CategoryID": "CUSTOM"})"));
+  EXPECT_FALSE(medium(run).device.custom);
+  EXPECT_THAT(warningsOf(run), ElementsAre("record-incomplete"));
+  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("no category name for the medium \"Canvas\""));
+}
+
+TEST(ExplainedRun, TellsWhatBecameOfEachProfile) {
+  const std::string profiles =
+      R"({"URL": "file:///p/a.icc", "ICCName": "A"}, {"URL": "file:///p/b.icc", "ICCName": "B: no"},
+         {"URL": "nowhere at all", "ICCName": "C"}, {"URL": "/p/)" +
+      std::string(250, 'd') +
+      R"(", "ICCName": "D"}, {"ICCName": "E", "URL": "file:///p/%22.icc"}, {"URL": "/p/f.icc"})";
+  const ExplainedRun run = explain(ppd("ATMediaTypePCL3PPDUpdater"), device(custom("Canvas", "4711", profiles)));
+  const auto& found = medium(run).profiles;
+  ASSERT_EQ(found.size(), 6U);
+  EXPECT_EQ(found[0].outcome, Report::ProfileOutcome::added);
+  EXPECT_EQ(found[0].spec, ".Custom1.");
+  EXPECT_EQ(found[0].path, "/p/a.icc");
+  EXPECT_THAT(found[1].reason, HasSubstr("its name holds a character"));
+  EXPECT_THAT(found[2].reason, HasSubstr("no path by RFC 3986: nowhere at all"));
+  EXPECT_EQ(found[3].reason, "a statement would be longer than 255 bytes");
+  EXPECT_THAT(found[4].reason, HasSubstr("its path holds a character"));
+  EXPECT_THAT(found[5].reason, HasSubstr("its name is missing"));
+}
+
+TEST(ExplainedRun, TellsProfilesThatAreRewrittenOrHaveNoStatement) {
+  const std::string factory = R"("x": {"Name": "Plain", "MediumID": "1001", "CategoryName": "P", "CategoryID": "PHOTO",
+      "ICCProfiles": [{"URL": "/p/new.icc", "ICCName": "New"}]}, "y": {"Name": "Glossy", "MediumID": "1002",
+      "CategoryName": "P", "CategoryID": "PHOTO", "ICCProfiles": [{"URL": "/p/new.icc", "ICCName": "New"}]})";
+  const ExplainedRun run =
+      explain(ppd("ATMediaTypePCL3PPDUpdater", "*cupsICCProfile .Plain./Old: \"/p/old.icc\"\n"), device(factory));
+  EXPECT_EQ(medium(run, 0).profiles.at(0).outcome, Report::ProfileOutcome::rewritten);
+  EXPECT_EQ(medium(run, 1).profiles.at(0).outcome, Report::ProfileOutcome::skipped);
+  EXPECT_EQ(medium(run, 1).profiles.at(0).reason, "the PPD has no statement of this spec to set");
+}
+
+TEST(ExplainedRun, TellsTheErrorThatEndedTheWorkOnProfiles) {
+  const ExplainedRun run = explain(ppd("ATGlossyProfilePCL3PPDUpdater"),
+                                   device(custom("Canvas", "4711", R"({"URL": "/p/a.icc", "ICCName": "A"})")));
+  EXPECT_TRUE(run.report.succeeded());
+  EXPECT_THAT(medium(run).profilesFailure.value_or(""), HasSubstr("gloss"));
+}
+
+TEST(ExplainedRun, TellsWhatWasCleanedUpAndRestored) {
+  const std::string before =
+      "*cupsICCProfile .Custom1./Old: \"/p/old.icc\"\n*cupsICCProfile .Custom12./Other: \"/p/other.icc\"\n"
+      "*cupsICCProfile .Plain./P: \"/p/plain.icc\"\n*QZcupsICCProfile .Plain./P: \"Factory;;/p/factory.icc\"\n"
+      "*QZMediaTypeGroup CustomMedia-category/Custom Paper: \"Custom1\"\n*End\n";
+  const ExplainedRun run = explain(ppd("ATMediaTypePCL3PPDUpdater", before), device(""));
+  EXPECT_THAT(run.report.updaters[0].removedMedia, ElementsAre("Custom1"));
+  EXPECT_THAT(run.report.updaters[0].restoredProfiles, ElementsAre(".Plain."));
+  EXPECT_THAT(warningsOf(run), ElementsAre("profile-removed-for-another"));
+}
+
+TEST(ExplainedRun, WarnsOfWhatReadingCutsAndSplits) {
+  const ExplainedRun run = explain("*A: 1\n*B: \"" + std::string(300, 'x') + "\"\n*C: \xE9\n*D: 1\n", std::nullopt);
+  EXPECT_THAT(warningsOf(run), ElementsAre("cut-at-non-utf8", "line-split"));
+  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("line 4"));
+  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("\\xe9"));
+}
+
+TEST(ExplainedRun, WarnsOfAChoiceThatIsListedAndNotWritten) {
+  std::string text = ppd("ATMediaTypePSPPDUpdater");
+  text.insert(text.find("*OpenUI *QZGlossEnhancer"), "*% a comment behind the option\n");
+  EXPECT_THAT(warningsOf(explain(text, device(custom("Canvas", "4711")))), ElementsAre("choice-not-written"));
+}
+
+TEST(ExplainedRun, WarnsOfAMediaOptionThatIsMissingOrOutsideEveryGroup) {
+  const std::string option =
+      "*OpenUI *MediaType/Media: PickOne\n*DefaultMediaType: P\n*MediaType P/P: \"\"\n*CloseUI: *MediaType\n";
+  const ExplainedRun run =
+      explain("*QZPPDUpdaters: \"ATMediaTypePSPPDUpdater\"\n" + option, device(custom("Canvas", "4711")));
+  EXPECT_THAT(warningsOf(run), ElementsAre("option-outside-group", "no-media-option"));
+}
+
+TEST(ExplainedRun, WarnsOfAnIDInsideAnotherCode) {
+  const auto withParent = [](const char* parent) {
+    return warningsOf(explain(ppd("ATMediaTypePSPPDUpdater"),
+                              device(custom("Canvas", "4711", std::string(R"(, "ParentID": ")") + parent + "\""))));
+  };
+  EXPECT_THAT(withParent("100"), ElementsAre("id-inside-code"));
+  EXPECT_THAT(withParent("1001"), IsEmpty());
+}
+
+TEST(ExplainedRun, WarnsOfANameThatNoLanguageShows) {
+  const std::string media = device(custom("Papier \xC3\xA0 grain", "4711"));
+  EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater"), media)), ElementsAre("name-not-shown"));
+  EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater", "*cupsLanguages: \"de\"\n"), media)), IsEmpty());
+}
+
+TEST(ExplainedRun, WarnsOfDeviceTextsThatBreakThePPD) {
+  const std::string languages = "*cupsLanguages: \"en de\"\n";
+  const auto warnings = [&](const char* name) {
+    return warningsOf(explain(ppd("ATMediaTypePSPPDUpdater", languages), device(custom(name, "4711"))));
+  };
+  EXPECT_THAT(warnings("Two\\nLines"), Contains("device-line-end"));
+  EXPECT_THAT(warnings("Two\\nLines"), Contains("stray-line"));
+  EXPECT_THAT(warnings("6\\\" roll"), Contains("device-quote"));
+  EXPECT_THAT(warnings("6\\\" roll"), Contains("swallowed"));
+  EXPECT_THAT(warnings("A: B"), ElementsAre("colon-in-text"));
+  EXPECT_THAT(warnings("Plain"), IsEmpty());
+}
+
+TEST(ExplainedRun, WarnsOfProfileFilesThatCUPSLeavesOut) {
+  const TemporaryFolder folder;
+  const std::string file = folder.file("a.icc", "profile");
+  const auto warnings = [](const std::string& url) {
+    return warningsOf(explain(ppd("ATMediaTypePCL3PPDUpdater"),
+                              device(custom("Canvas", "4711", R"({"ICCName": "A", "URL": ")" + url + "\"}"))));
+  };
+  EXPECT_THAT(warnings("/no/such/file.icc"), ElementsAre("profile-missing"));
+  EXPECT_THAT(warnings(folder.path()), ElementsAre("profile-no-file"));
+  std::filesystem::permissions(file, std::filesystem::perms::others_write, std::filesystem::perm_options::add);
+  EXPECT_THAT(warnings(file), ElementsAre("profile-permissions"));
+}
+
+// The three writers
+
+namespace {
+
+ExplainedRun exampleRun() {
+  return explain(ppd("ATMediaTypePCL3PPDUpdater Other", "*cupsLanguages: \"en de\"\n"),
+                 device(custom("<b>Canvas & \\u001b[31mred</b>", "4711", R"({"URL": "/p/a.icc", "ICCName": "A"})")));
+}
+
+}  // namespace
+
+TEST(ReportWriters, TextIsAtMost80ColumnsWideAndPlainUnlessColourIsAskedFor) {
+  const std::string text = ReportWriters::text(exampleRun().report, {});
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = text.find('\n', start);
+    const std::string line = text.substr(start, end - start);
+    const auto width = std::count_if(line.begin(), line.end(), [](char byte) { return (byte & 0xC0) != 0x80; });
+    EXPECT_LE(width, 80) << line;
+    start = end + 1;
+  }
+  EXPECT_THAT(text, HasSubstr("is the choice Custom1"));
+  EXPECT_THAT(text, Not(HasSubstr("\x1b")));
+  EXPECT_THAT(ReportWriters::text(exampleRun().report, {true, false}), HasSubstr("\x1b[1m"));
+}
+
+TEST(ReportWriters, TextShowsTheFirstChangesUnlessAllAreAskedFor) {
+  std::string media;
+  for (int number = 0; number < 50; ++number) media += (number ? "," : "") + custom("M", std::to_string(4000 + number));
+  const ExplainedRun run = explain(ppd("ATMediaTypePSPPDUpdater"), device(media));
+  EXPECT_THAT(ReportWriters::text(run.report, {}), HasSubstr("more (--full)"));
+  EXPECT_THAT(ReportWriters::text(run.report, {false, true}), Not(HasSubstr("--full")));
+}
+
+TEST(ReportWriters, JSONHasTheSchemaVersionAndTheWholeRun) {
+  const auto json = snapshot::parseJSON(ReportWriters::json(exampleRun().report));
+  EXPECT_EQ(*json.member("schema")->string(), "vorantis-autosetup-explain");
+  EXPECT_EQ(std::get<std::int64_t>(json.member("schemaVersion")->value), 1);
+  EXPECT_TRUE(std::get<bool>(json.member("succeeded")->value));
+  const auto& updaters = *json.member("updaters")->array();
+  ASSERT_EQ(updaters.size(), 2U);
+  EXPECT_EQ(*updaters[0].member("outcome")->string(), "succeeded");
+  EXPECT_EQ(*updaters[0].member("media")->array()->at(0).member("choiceName")->string(), "Custom1");
+  EXPECT_EQ(*json.member("device")->member("media")->array()->at(0).member("name")->string(),
+            "<b>Canvas & \x1b[31mred</b>");
+}
+
+TEST(ReportWriters, HTMLEscapesWhatTheDeviceSays) {
+  const std::string html = ReportWriters::html(exampleRun().report);
+  EXPECT_THAT(html, HasSubstr("&lt;b&gt;Canvas &amp; \\x1b[31mred&lt;/b&gt;"));
+  EXPECT_THAT(html, Not(HasSubstr("<b>")));
+  EXPECT_THAT(html, Not(HasSubstr("\x1b")));
+  EXPECT_THAT(html, Not(HasSubstr("http")));  // the page needs no other file
+}

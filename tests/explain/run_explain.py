@@ -1,0 +1,91 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Calls the program that explains a run as people do: its options, its exit status and what it writes where."""
+import argparse
+import json
+import os
+import pathlib
+import pty
+import subprocess
+import sys
+import tempfile
+
+URI = "socket://192.0.2.10:9100"
+
+
+class Checks:
+    def __init__(self, options):
+        self.options, self.failed = options, 0
+        self.example = options.examples / "pcl3"
+        self.environment = {name: value for name, value in os.environ.items() if name != "NO_COLOR"}
+        self.environment.update({"LD_LIBRARY_PATH": str(options.library_dir), "TERM": "xterm",
+                                 "QZVORANTISMODEL_SNAPSHOT": str(self.example / "snapshot.json")})
+
+    def call(self, *arguments, **more):
+        return subprocess.run([self.options.explain, *arguments], env={**self.environment, **more}, capture_output=True,
+                              stdin=subprocess.DEVNULL, check=False)
+
+    def on_terminal(self, *arguments, **more):
+        """What is written to a terminal."""
+        ours, theirs = pty.openpty()
+        process = subprocess.Popen([self.options.explain, *arguments], env={**self.environment, **more}, stdout=theirs)
+        os.close(theirs)
+        output = b""
+        try:
+            while chunk := os.read(ours, 65536):
+                output += chunk
+        except OSError:  # the end, on Linux
+            pass
+        os.close(ours)
+        process.wait()
+        return output
+
+    def expect(self, what, holds):
+        self.failed += not holds
+        print(f"{'passed' if holds else 'FAILED'}  {what}")
+
+    def run(self, folder):
+        ppd = str(self.example / "input.ppd")
+        report = self.call(URI, ppd)
+        self.expect("a report, status 0, silent", report.returncode == 0 and b"Custom1" in report.stdout and not report.stderr)
+        self.expect("no colours in a file", b"\x1b" not in report.stdout)
+        self.expect("colours on a terminal", b"\x1b[" in self.on_terminal(URI, ppd))
+        self.expect("no colours with NO_COLOR", b"\x1b" not in self.on_terminal(URI, ppd, NO_COLOR="1"))
+        self.expect("no colours on a dumb terminal", b"\x1b" not in self.on_terminal(URI, ppd, TERM="dumb"))
+        self.expect("JSON", json.loads(self.call("--format=json", URI, ppd).stdout)["succeeded"])
+        self.expect("HTML", self.call("-f", "html", URI, ppd).stdout.startswith(b"<!DOCTYPE html>"))
+        written = folder / "written.ppd"
+        tool = subprocess.run([self.options.tool, URI, ppd], env=self.environment, capture_output=True, check=True).stdout
+        self.call("-o", str(written), URI, ppd)
+        self.expect("-o writes what the tool writes", written.read_bytes() == tool)
+
+        malformed = folder / "malformed.ppd"
+        malformed.write_text("text\n")
+        unwritten = folder / "unwritten.ppd"
+        failed = self.call("-o", str(unwritten), URI, str(malformed))
+        self.expect("a failed run: status 1, a report, no file",
+                    failed.returncode == 1 and b"Line 1 is malformed" in failed.stdout and not unwritten.exists())
+        for what, arguments in {"no arguments": [], "one argument": [URI], "four arguments": [URI, ppd, "id", "more"],
+                                "an unknown option": ["--what", URI, ppd], "an unknown format": ["-f", "pdf", URI, ppd],
+                                "a file that cannot be written": ["-o", "/no/such/folder/a", URI, ppd]}.items():
+            result = self.call(*arguments)
+            self.expect(f"{what}: status 2, said on standard error", result.returncode == 2 and result.stderr != b"")
+        self.expect("--help", self.call("--help").stdout.startswith(b"Usage: ") and self.call("--help").returncode == 0)
+        self.expect("--version", self.call("--version").stdout.startswith(b"vorantis-autosetup-explain "))
+        full = subprocess.run([self.options.explain, URI, ppd], env=self.environment, stdout=open("/dev/full", "wb"),
+                              stderr=subprocess.PIPE, check=False)
+        self.expect("a full disk: status 2", full.returncode == 2)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    for name in ("tool", "explain", "library-dir", "examples"):
+        parser.add_argument(f"--{name}", type=pathlib.Path, required=True)
+    checks = Checks(parser.parse_args())
+    with tempfile.TemporaryDirectory() as folder:
+        checks.run(pathlib.Path(folder))
+    return 1 if checks.failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
