@@ -1,0 +1,20 @@
+# SPDX-License-Identifier: MIT
+# bash completion of vorantis-autosetup-explain
+
+_vorantis_autosetup_explain() {
+  local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  [ "$word" = "=" ] && word=
+  [ "$previous" = "=" ] && previous=${COMP_WORDS[COMP_CWORD - 2]}
+  case $previous in
+    -f | --format) mapfile -t COMPREPLY < <(compgen -W "text json html" -- "$word") ;;
+    -o | --output) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
+    *)
+      if [[ $word == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "--format= --output= --full --help --version" -- "$word")
+      else
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+      fi
+      ;;
+  esac
+}
+complete -o nospace -o filenames -F _vorantis_autosetup_explain vorantis-autosetup-explain

@@ -1,0 +1,77 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Checks the documents: links lead somewhere, code that they show is the code that the tests compile, the commands that
+they name exist, and the quick ones work.
+"""
+import argparse
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+
+DOCUMENTS = ("README.md", "CONTRIBUTING.md", "SECURITY.md", "CHANGELOG.md", "docs/*.md")
+SHOWN_CODE = ("tests/updaters/ATMediaTypeIDPPDUpdater.h", "tests/updaters/ATMediaTypeIDPPDUpdaterTest.cpp")
+# Commands that are steps of the test command themselves, or need a terminal or a print server.
+RUN_ELSEWHERE = ("./demo", "./test", "gdb ", "lpadmin ", "cmake --preset debug && ", "cmake --install ", "scripts/package",
+                 "cmake --build --preset release --target ", "VorantisAutosetupTool ", "vorantis-autosetup-explain")
+
+
+class Checks:
+    def __init__(self, root):
+        self.root, self.failed = root, 0
+        self.documents = {path: path.read_text() for pattern in DOCUMENTS for path in sorted(root.glob(pattern))}
+
+    def expect(self, what, holds):
+        self.failed += not holds
+        print(f"{'passed' if holds else 'FAILED'}  {what}")
+
+    def links(self):
+        for path, text in self.documents.items():
+            for target in re.findall(r"\]\(([^)#]+)[^)]*\)", text):
+                if "://" not in target:
+                    self.expect(f"{path.relative_to(self.root)} links to {target}", (path.parent / target).exists())
+
+    def code(self):
+        shown = re.findall(r"```cpp\n(.*?)```", self.documents[self.root / "CONTRIBUTING.md"], re.DOTALL)
+        for name in SHOWN_CODE:
+            self.expect(f"CONTRIBUTING.md shows {name}", (self.root / name).read_text() in shown)
+
+    def commands(self):
+        """Shell blocks, and inline code in the left-hand sense of a command: a word that names a program, then arguments."""
+        for path, text in self.documents.items():
+            blocks = re.findall(r"```sh\n(.*?)```", text, re.DOTALL)
+            inline = re.findall(r"`((?:\./|python3 |cmake |scripts/|gdb )[^`]*)`", re.sub(r"```.*?```", "", text, flags=re.DOTALL))
+            for command in [line.split("  #")[0].strip() for block in blocks for line in block.splitlines()] + inline:
+                self.command(path.relative_to(self.root), command)
+
+    def command(self, path, command):
+        if command.startswith("./test ") or command == "./test":
+            steps = [step.strip(",…`") for step in command.split()[1:]]
+            known = re.findall(r"^step_(\w+)\(\)", (self.root / "test").read_text(), re.MULTILINE)
+            self.expect(f"{path}: {command}: the steps exist", set(filter(None, steps)) <= set(known))
+        elif command.startswith("./demo ") and not command.startswith("./demo ["):
+            self.expect(f"{path}: {command}: the example exists", (self.root / "examples" / command.split()[1]).is_dir())
+        elif command.startswith("cmake --build --preset release --target "):
+            target = command.split()[5].strip("`")
+            self.expect(f"{path}: the target {target} exists", f"add_custom_target({target}" in
+                        (self.root / "bench/CMakeLists.txt").read_text())
+        elif command.startswith("python3 "):
+            done = subprocess.run(shlex.split(command), cwd=self.root, capture_output=True, check=False)
+            self.expect(f"{path}: {command}", done.returncode == 0)
+        else:
+            self.expect(f"{path}: {command}: is run elsewhere", command.startswith(RUN_ELSEWHERE))
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    parser.add_argument("root", type=pathlib.Path, help="the project's top folder")
+    checks = Checks(parser.parse_args().root.resolve())
+    checks.links()
+    checks.code()
+    checks.commands()
+    return 1 if checks.failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
