@@ -20,8 +20,8 @@ table { border-collapse: collapse; } td, th { padding: .15rem .8rem .15rem 0; te
 th { font-weight: 600; color: #57606a; }
 code, pre { font: 13px/1.4 ui-monospace, monospace; overflow-wrap: anywhere; }
 pre { background: #f6f8fa; padding: .6rem; white-space: pre-wrap; }
-ins { text-decoration: none; background: #dafbe1; display: block; }
-del { text-decoration: none; background: #ffebe9; display: block; }
+ins, del { text-decoration: none; display: block; min-height: 1.4em; }
+ins { background: #dafbe1; } del { background: #ffebe9; }
 .good { color: #116329; } .bad { color: #a40e26; } .warning { color: #7d4e00; }
 </style></head><body>
 )";
@@ -68,6 +68,7 @@ class Page {
     if (report.device && report.device->media) media(*report.device);
     for (const Report::Updater& updater : report.updaters) {
       outcomes(updater);
+      cleanup(updater);
       changes(updater);
     }
     return html_ + "</body></html>\n";
@@ -174,14 +175,24 @@ class Page {
                        code(profile.path));
   }
 
+  void cleanup(const Report::Updater& updater) {
+    if (updater.removedMedia.empty() && updater.restoredProfiles.empty()) return;
+    heading("Cleaned up and restored: " + escaped(updater.name));
+    html_ += "<ul>\n";
+    for (const std::string& name : updater.removedMedia)
+      html_ += "<li>medium " + code(name) + " of an earlier setup</li>\n";
+    for (const std::string& spec : updater.restoredProfiles) html_ += "<li>factory profile " + code(spec) + "</li>\n";
+    html_ += "</ul>\n";
+  }
+
   void changes(const Report::Updater& updater) {
     if (updater.changes.empty()) return;
     heading("Changes of the PPD: " + escaped(updater.name));
     html_ += "<pre>";
     for (const Report::Change& change : updater.changes) {
       if (change.kind == Report::ChangeKind::moved) continue;
-      if (!change.before.empty()) html_ += "<del>" + escaped(change.before) + "</del>";
-      if (!change.after.empty()) html_ += "<ins>" + escaped(change.after) + "</ins>";
+      for (const std::string& line : Wording::visibleLines(change.before)) html_ += "<del>" + escaped(line) + "</del>";
+      for (const std::string& line : Wording::visibleLines(change.after)) html_ += "<ins>" + escaped(line) + "</ins>";
     }
     html_ += "</pre>\n";
   }

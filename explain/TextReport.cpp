@@ -127,7 +127,7 @@ class Writer {
 
   static std::string row(const std::string& name, const std::string& ID, const std::string& category,
                          const std::string& parent, const std::string& profiles, const std::string& gloss) {
-    return padded(name, 23) + " " + padded(ID, 12) + " " + padded(category, 14) + " " + padded(parent, 8) + " " +
+    return padded(name, 20) + " " + padded(ID, 10) + " " + padded(category, 17) + " " + padded(parent, 8) + " " +
            padded(profiles, 8) + " " + fitted(gloss, 9);
   }
 
@@ -208,11 +208,8 @@ class Writer {
   }
 
   void lines(char sign, const char* colour, std::string_view statement) {
-    for (std::size_t start = 0; start < statement.size();) {
-      const std::size_t end = std::min(statement.find_first_of("\r\n", start), statement.size());
-      line(coloured(fitted(sign + std::string(" ") + visible(statement.substr(start, end - start)), kWidth - 2),
-                    colour));
-      start = end + (statement.substr(end).starts_with("\r\n") ? 2 : 1);
+    for (const std::string& each : Wording::visibleLines(statement)) {
+      line(coloured(fitted(sign + std::string(" ") + each, kWidth - 2), colour));
     }
   }
 

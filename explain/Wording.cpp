@@ -3,6 +3,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "base/Text.h"
 #include "ppd/PPDParserError.h"
 
@@ -41,6 +43,16 @@ std::string Wording::visible(std::string_view text) {
     }
   }
   return visible;
+}
+
+std::vector<std::string> Wording::visibleLines(std::string_view statement) {
+  std::vector<std::string> lines;
+  for (std::size_t start = 0; start < statement.size();) {
+    const std::size_t end = std::min(statement.find_first_of("\r\n", start), statement.size());
+    lines.push_back(visible(statement.substr(start, end - start)));
+    start = end + (statement.substr(end).starts_with("\r\n") ? 2 : 1);
+  }
+  return lines;
 }
 
 std::string Wording::of(ProfileProblem problem, const std::optional<std::string>& url) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "updaters/ATMediaTypePCL3PPDUpdater.h"
 
@@ -13,6 +14,9 @@ namespace Wording {
 /// The text with control characters and what is no UTF-8 written visibly ("\n", "\x80"), so that neither a terminal nor
 /// a layout is at the mercy of a device's text.
 std::string visible(std::string_view text);
+
+/// The lines of a statement, each visible.
+std::vector<std::string> visibleLines(std::string_view statement);
 
 /// What keeps a profile out of a statement.
 std::string of(ProfileProblem problem, const std::optional<std::string>& url);

@@ -12,7 +12,7 @@ import sys
 LAYERS = ("base", "driver", "ppd", "readers", "updaters")
 
 
-def counts_of(build, root):
+def counts_of(build):
     """For each source of the layers: line number -> how often it ran."""
     counts = collections.defaultdict(collections.Counter)
     for data in build.rglob("*.gcda"):
@@ -20,7 +20,10 @@ def counts_of(build, root):
         raw = result.stdout
         report = json.loads(gzip.decompress(raw) if raw[:2] == b"\x1f\x8b" else raw.splitlines()[0])
         for source in report["files"]:
-            path = os.path.relpath(os.path.join(report["current_working_directory"], source["file"]), root)
+            path = source["file"]  # relative to the project's top folder, since paths are mapped so in the build
+            if os.path.isabs(path):
+                continue
+            path = os.path.normpath(path)
             if path.split("/")[0] in LAYERS:
                 for line in source["lines"]:
                     counts[path][line["line_number"]] += line["count"]
@@ -28,9 +31,9 @@ def counts_of(build, root):
 
 
 def main():
-    build, root = pathlib.Path(sys.argv[1]).resolve(), pathlib.Path(sys.argv[2]).resolve()
+    build = pathlib.Path(sys.argv[1]).resolve()
     totals = collections.defaultdict(lambda: [0, 0])
-    for path, lines in sorted(counts_of(build, root).items()):
+    for path, lines in sorted(counts_of(build).items()):
         ran = sum(1 for count in lines.values() if count)
         missed = [str(number) for number, count in sorted(lines.items()) if not count]
         for name in (path.split("/")[0], "all layers"):

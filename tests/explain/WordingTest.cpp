@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "explain/Wording.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+using testing::ElementsAre;
 
 TEST(Wording, MakesControlCharactersVisible) {
   EXPECT_EQ(Wording::visible("a\nb\r\tc\x1b[31m\x7f"), "a\\nb\\r\\tc\\x1b[31m\\x7f");
@@ -11,6 +14,12 @@ TEST(Wording, MakesControlCharactersVisible) {
 
 TEST(Wording, MakesBytesVisibleThatAreNoText) {
   EXPECT_EQ(Wording::visible("a\xE9z"), "a\\xe9z");
+}
+
+TEST(Wording, TakesAStatementApartIntoLines) {
+  EXPECT_THAT(Wording::visibleLines("*A: \"x\r\n\ty\"\n*End\n\n"), ElementsAre("*A: \"x", "\\ty\"", "*End", ""));
+  EXPECT_THAT(Wording::visibleLines(""), ElementsAre());
+  EXPECT_THAT(Wording::visibleLines("no line end"), ElementsAre("no line end"));
 }
 
 TEST(Wording, SaysWhatIsExpectedForEveryErrorOfTheParser) {

@@ -37,6 +37,13 @@ constexpr const char* kSignature = "-[ATQZProfilePPDAttributeWrapper factoryProf
 
 }  // namespace
 
+TEST(ATQZProfilePPDAttributeWrapper, IsMadeFromALineToo) {
+  const WrapperPtr wrapper =
+      ATQZProfilePPDAttributeWrapper::attributeWithString("*QZcupsICCProfile .Plain./Text: \"n;;/p\"\n");
+  expectParts(wrapper, "n", "/p");
+  EXPECT_EQ(wrapper->spec(), ".Plain.");
+}
+
 TEST(ATQZProfilePPDAttributeWrapper, GivesNameAndPathOfAFactoryProfile) {
   expectParts(wrapped("*QZcupsICCProfile .Glossy./Glossy: \"Glossy Paper;;/Library/Profiles/glossy.icc\"\n"),
               "Glossy Paper", "/Library/Profiles/glossy.icc");
