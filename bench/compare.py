@@ -48,7 +48,7 @@ def peers(options, folder):
 
     def through_augeas(ppd):
         shutil.copyfile(ppd, root / "etc/x.ppd")
-        return ["augtool", "-r", root, "--noautoload", "--new", "-f", script]
+        return [shutil.which("augtool"), "-r", root, "--noautoload", "--new", "-f", script]
 
     def augeas_gives_back(ppd):
         new = root / "etc/x.ppd.augnew"
@@ -59,7 +59,7 @@ def peers(options, folder):
     def merged(ppd):
         output = folder / "merged.ppd"
         output.unlink(missing_ok=True)
-        standard_output(["ppdmerge", "-o", output, ppd])
+        standard_output([shutil.which("ppdmerge"), "-o", output, ppd])
         return output.read_bytes() if output.exists() else b""
 
     def written(command):
@@ -77,7 +77,7 @@ def peers(options, folder):
     return [Peer("floor program", "reads lines, writes them", floor, written(floor)),
             Peer("VorantisAutosetupTool", "model, writes it back", tool, written(tool)),
             Peer("ppdOpenFile", "model, writes nothing", lambda ppd: [options.ppdopenfile, ppd]),
-            Peer("ppdmerge", "model, writes it back", lambda ppd: ["ppdmerge", "-o", folder / "m.ppd", ppd], merged),
+            Peer("ppdmerge", "model, writes it back", lambda ppd: [shutil.which("ppdmerge"), "-o", folder / "m.ppd", ppd], merged),
             Peer("python3-cups", "model beside the lines", cups, written(cups)),
             Peer("augeas (Simplelines)", "lines, inserts one", through_augeas, augeas_gives_back)]
 

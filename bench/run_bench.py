@@ -109,7 +109,7 @@ class Bench:
 
 def plain_ppd(size):
     """A PPD of about this size: option blocks, constraints and comments in the proportions of a real one."""
-    parts = ['*PPD-Adobe: "4.3"\n*ModelName: "Z9"\n*LanguageEncoding: ISOLatin1\n']
+    parts = ['*PPD-Adobe: "4.3"\n*ModelName: "Z9"\n*LanguageEncoding: ISOLatin1\n*LanguageVersion: English\n']
     length = len(parts[0])
     option = 0
     while length < size:
