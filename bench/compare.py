@@ -111,13 +111,13 @@ def draw(curves, path):
     data.write_text("\n\n\n".join(blocks) + "\n")
     plots = ", ".join(f'"{data}" index {index} with linespoints title "{name}"' for index, (name, _) in enumerate(curves))
     subprocess.run(["gnuplot"], check=True, text=True, input=f"""
-set terminal svg size 800,450 font "sans,13" background "white"
+set terminal svg size 900,420 font "sans,13" background "white"
 set output "{path}"
 set title "A PPD read and, but for ppdOpenFile, written back"
 set xlabel "size, KB"
 set ylabel "time, ms"
 set yrange [0:*]
-set key left top
+set key outside right top
 set grid
 plot {plots}
 """)
@@ -144,10 +144,13 @@ def main():
         times = bench.measure(options.runs, *(peer.command(ppd) for peer in compared))
         rows = [(peer, time, peer.gives_back and given_back(peer, ppds)) for peer, time in zip(compared, times)]
         print_table(rows, ppds)
-        curves = []
-        sized = [(size, bench.write(f"{size}.ppd", run_bench.plain_ppd(size))) for size in SIZES]
-        for peer in compared[:5]:
-            curves.append((peer.name, [(size, bench.measure(options.runs, peer.command(path))[0][0]) for size, path in sized]))
+        compared = compared[:5]  # augeas would hide the others
+        curves = [(peer.name, []) for peer in compared]
+        for size in SIZES:
+            ppd = bench.write(f"{size}.ppd", run_bench.plain_ppd(size))
+            times = bench.measure(options.runs, *(peer.command(ppd) for peer in compared))
+            for (_, points), time in zip(curves, times):
+                points.append((size, time[0]))
         draw(curves, options.plot)
         print(f"plot: {options.plot}")
     print(f"({platform.system()} {platform.machine()}, {os.cpu_count()} processors, smallest of {options.runs} runs)")

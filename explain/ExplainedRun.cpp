@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <memory>
+#include <utility>
 
 #include "base/Text.h"
 #include "driver/ATAutoSetupTool.h"
@@ -26,12 +27,13 @@ class ObservedMediaReader : public ATCustomMediaTypesReaderImpl {
 };
 
 Report::Parse failedParse(const PPDParserError& error, const InputLines& input) {
-  Report::Parse parse;
-  Report::ParseFailure& failure = parse.failure.emplace();
+  Report::ParseFailure failure;
   failure.code = error.code;
   failure.expected = Wording::expectedAtError(error.code);
   failure.lineNumber = error.lineNumber;
   if (error.lineNumber) failure.line = input.line(static_cast<std::size_t>(*error.lineNumber));
+  Report::Parse parse;
+  parse.failure = std::move(failure);
   return parse;
 }
 

@@ -139,7 +139,7 @@ void RunRecorder::warnOfMissingKey(const DeviceValue& record) {
 }
 
 void RunRecorder::didReadFamily(const std::string& familyCode) {
-  if (!report_.device) report_.device.emplace();
+  if (!report_.device) report_.device = Report::DeviceAnswer();
   report_.device->familyCode = familyCode;
 }
 
