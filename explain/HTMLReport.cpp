@@ -65,7 +65,11 @@ class Page {
     if (report.parse) parse(*report.parse);
     warnings(report);
     if (!report.updaters.empty()) updaters(report);
-    if (report.device && report.device->media) media(*report.device);
+    if (report.device && !report.device->libraryAvailable) {
+      heading("The device-model library is not there");
+    } else if (report.device && report.device->media) {
+      media(*report.device);
+    }
     for (const Report::Updater& updater : report.updaters) {
       outcomes(updater);
       cleanup(updater);

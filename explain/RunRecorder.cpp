@@ -5,6 +5,7 @@
 
 #include "base/Text.h"
 #include "explain/Wording.h"
+#include "readers/DeviceModelLibrary.h"
 #include "updaters/ATMediaTypePCL3PPDUpdater.h"
 #include "updaters/URLPath.h"
 
@@ -113,7 +114,7 @@ void RunRecorder::didNameUpdater(std::string_view name, bool known) {
 
 void RunRecorder::didReadMedia(const DeviceValue& mediaList) {
   Report::DeviceAnswer answer = report_.device.value_or(Report::DeviceAnswer());
-  answer.libraryAvailable = mediaList.map() != nullptr && mediaList.map()->size() > 0;
+  answer.libraryAvailable = DeviceModelLibrary::defaultLibrary().isAvailable();
   answer.listVersion = valueOf(mediaList, "MedaListVersion");
   if (const auto list = mediaList.valueForKey("MediaList").list()) {
     answer.media.emplace();
@@ -140,6 +141,7 @@ void RunRecorder::warnOfMissingKey(const DeviceValue& record) {
 
 void RunRecorder::didReadFamily(const std::string& familyCode) {
   if (!report_.device) report_.device = Report::DeviceAnswer();
+  report_.device->libraryAvailable = DeviceModelLibrary::defaultLibrary().isAvailable();
   report_.device->familyCode = familyCode;
 }
 

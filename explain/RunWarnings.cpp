@@ -103,6 +103,7 @@ void warnOfChoice(RunRecorder& recorder, const Report::MediumOutcome& medium, co
 
 void warnOfProfile(RunRecorder& recorder, const Report::Profile& profile) {
   if (profile.outcome == Report::ProfileOutcome::skipped) return;
+  warnOfDeviceText(recorder, "profile spec", profile.spec);
   if (profile.path) warnOfFile(recorder, *profile.path);
   if (profile.spec && std::count(profile.spec->begin(), profile.spec->end(), '.') != 2) {
     recorder.warn("spec-parts", fmt::format("The spec {} has not three parts; CUPS matches it with no choices.",

@@ -48,6 +48,10 @@ class Writer {
     if (report.parse) parse(*report.parse);
     if (!report.updaters.empty()) updaters(report);
     if (report.device) device(*report.device);
+    if (!report.device && report.arguments.printerID && !report.updaters.empty()) {
+      heading("The device-model library was not asked");
+      line("A printer that is known by its ID only has no media for the updaters.");
+    }
     for (const Report::Updater& updater : report.updaters) media(updater);
     for (const Report::Updater& updater : report.updaters) cleanup(updater);
     for (const Report::Updater& updater : report.updaters) changes(updater);
@@ -110,13 +114,10 @@ class Writer {
 
   void device(const Report::DeviceAnswer& device) {
     heading("What the device-model library answered");
+    if (!device.libraryAvailable) line("The library is not there.");
     if (device.familyCode) line("Family: " + (device.familyCode->empty() ? "unknown" : visible(*device.familyCode)));
-    if (!device.libraryAvailable && !device.media) {
-      if (!device.familyCode) line("There is no list of media: no library, or a printer known by its ID only.");
-      return;
-    }
-    line("Media list version: " + shown(device.listVersion));
     if (!device.media) return;
+    line("Media list version: " + shown(device.listVersion));
     if (device.media->empty()) return line("The device has no media.");
     line(row("NAME", "ID", "CATEGORY", "PARENT", "PROFILES", "GLOSS"));
     for (const Report::Medium& medium : *device.media) {

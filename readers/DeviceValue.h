@@ -39,6 +39,11 @@ class DeviceValue {
   const std::string* text() const;
   ListPtr list() const;
   MapPtr map() const;
+  /// The number or the boolean, or null when the value is none of this type.
+  const std::int64_t* integer() const { return std::get_if<std::int64_t>(&value_); }
+  const std::uint64_t* unsignedInteger() const { return std::get_if<std::uint64_t>(&value_); }
+  const double* real() const { return std::get_if<double>(&value_); }
+  const bool* flag() const { return std::get_if<bool>(&value_); }
 
   /// Whether this is a string with these bytes. A value of another type equals no string.
   bool equals(std::string_view string) const { return text() != nullptr && *text() == string; }

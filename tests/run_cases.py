@@ -68,6 +68,7 @@ class Runner:
         self.library_dir = options.library_dir
         self.log = LOG_FILE if options.log else None
         self.explain = options.explain
+        self.capture = options.capture
 
     def call(self, case, arguments):
         command = [*self.wrapper(), os.fsencode(self.tool), *arguments]
@@ -90,7 +91,31 @@ class Runner:
             problems += self.check_log(case)
         if self.explain and len(arguments_of(case)) in (2, 3):
             problems += self.check_explained(case, arguments_of(case))
+        if self.capture and self.explain and len(arguments_of(case)) in (2, 3):
+            problems += self.check_captured(case, arguments_of(case))
         return problems
+
+    def check_captured(self, case, arguments):
+        """With the snapshot that is captured of the case's device, the tool must write the same."""
+        environment = environment_of(case, self.library_dir)
+        report = subprocess.run([os.fsencode(self.explain), b"--format=json", b"--", *arguments], env=environment,
+                                capture_output=True, timeout=60, check=False).stdout
+        model_name = (json.loads(report)["parse"] or {}).get("modelName")
+        device = [arguments[-1] if len(arguments) == 3 else arguments[0]]
+        device += [model_name.encode()] if model_name is not None and len(arguments) == 2 else []
+        with tempfile.TemporaryDirectory() as folder:
+            snapshot = pathlib.Path(folder) / "snapshot.json"
+            captured = subprocess.run([os.fsencode(self.capture), b"--", *device], env=environment, capture_output=True,
+                                      timeout=60, check=False)
+            if captured.returncode != 0:  # no library, a snapshot that cannot be used, or a URI that is no text
+                return [] if captured.returncode in (1, 2) and captured.stderr and not captured.stdout else ["captured badly"]
+            snapshot.write_bytes(captured.stdout)
+            environment["QZVORANTISMODEL_SNAPSHOT"] = str(snapshot)
+            environment["LD_LIBRARY_PATH"] = str(self.library_dir)
+            result = subprocess.run([os.fsencode(self.tool), *arguments], env=environment, stdin=subprocess.DEVNULL,
+                                    capture_output=True, timeout=60, check=False)
+        return check("status, replayed", read(case / "expected.status"), b"%d\n" % result.returncode) + \
+            check("output, replayed", read(case / "expected.ppd") or b"", result.stdout)
 
     def check_explained(self, case, arguments):
         """The program that explains a run must do the same run: the same status and the same bytes."""
@@ -151,6 +176,7 @@ def main():
     parser.add_argument("--library-dir", type=pathlib.Path, required=True, help="where libQZVorantisModel.so.1 is")
     parser.add_argument("--log", action="store_true", help="the tool is a diagnostic build: check its messages too")
     parser.add_argument("--explain", type=pathlib.Path, help="the program that explains a run, which must agree")
+    parser.add_argument("--capture", type=pathlib.Path, help="the program that captures a device, for replays")
     parser.add_argument("--verbose", action="store_true", help="name the cases that pass, too")
     parser.add_argument("cases", type=pathlib.Path, nargs="+", help="case folders, or folders of them")
     options = parser.parse_args()

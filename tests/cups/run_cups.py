@@ -72,7 +72,7 @@ def free_port():
 
 
 class Scheduler:
-    """A private cupsd, as an ordinary user when this runs as one; root names the user lp."""
+    """A private cupsd, as an ordinary user."""
 
     def __init__(self, folder, environment=None):
         self.folder, self.port, self.environment = folder, free_port(), environment
@@ -82,10 +82,10 @@ class Scheduler:
         for name in ("etc/ppd", "run/certs", "cache", "spool/tmp", "log"):
             (self.folder / name).mkdir(parents=True)
         self.folder.chmod(0o755)
-        user = ("lp", "lp") if os.getuid() == 0 else (pwd.getpwuid(os.getuid()).pw_name, "nogroup")
+        user, command = self.account()
         (self.folder / "etc/cups-files.conf").write_text(FILES_CONF.format(self.folder, *user))
         (self.folder / "etc/cupsd.conf").write_text(CUPSD_CONF.format(self.port))
-        self.process = subprocess.Popen([CUPSD, "-f", "-c", self.folder / "etc/cupsd.conf",
+        self.process = subprocess.Popen([*command, CUPSD, "-f", "-c", self.folder / "etc/cupsd.conf",
                                          "-s", self.folder / "etc/cups-files.conf"], env=self.environment,
                                         stderr=subprocess.DEVNULL)
         for _ in range(500):
@@ -97,6 +97,17 @@ class Scheduler:
             except OSError:
                 time.sleep(0.02)
         sys.exit("the private scheduler does not answer")
+
+    def account(self):
+        """The user and group of the configuration, and the command that makes the scheduler run as them. colord, which
+        runs as root here, talks to root only."""
+        if os.getuid() != 0:
+            return (pwd.getpwuid(os.getuid()).pw_name, "nogroup"), []
+        if self.environment is not None:
+            return ("lp", "lp"), []
+        for path in (self.folder, *self.folder.rglob("*")):
+            os.chown(path, 65534, 65534)
+        return ("nobody", "nogroup"), ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"]
 
     def __exit__(self, *_):
         self.process.terminate()

@@ -14,7 +14,8 @@ DOCUMENTS = ("README.md", "CONTRIBUTING.md", "SECURITY.md", "CHANGELOG.md", "doc
 SHOWN_CODE = ("tests/updaters/ATMediaTypeIDPPDUpdater.h", "tests/updaters/ATMediaTypeIDPPDUpdaterTest.cpp")
 # Commands that are steps of the test command themselves, or need a terminal or a print server.
 RUN_ELSEWHERE = ("./demo", "./test", "gdb ", "lpadmin ", "cmake --preset debug && ", "cmake --install ", "scripts/package",
-                 "cmake --build --preset release --target ", "VorantisAutosetupTool ", "vorantis-autosetup-explain")
+                 "cmake --build --preset release --target ", "VorantisAutosetupTool ", "vorantis-autosetup-explain",
+                 "vorantis-device-snapshot")
 
 
 class Checks:

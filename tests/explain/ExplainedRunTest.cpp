@@ -152,6 +152,26 @@ TEST(ExplainedRun, TellsWhatTheDeviceAnsweredAndWhatBecameOfAMedium) {
   EXPECT_EQ(medium(run).glossAfter, "'whole-page-ge'");
 }
 
+TEST(ExplainedRun, TellsThatTheLibraryIsNotThereOrWasNotAsked) {
+  struct : SnapshotDeviceModelLibrary {
+    using SnapshotDeviceModelLibrary::SnapshotDeviceModelLibrary;
+    bool isAvailable() override { return false; }
+  } absent(snapshot::Snapshot{});
+  const TemporaryFolder folder;
+  const std::string path = folder.file("input.ppd", ppd("ATMediaTypePSPPDUpdater"));
+  const std::array<const char*, 4> arguments = {"tool", kURI, path.c_str(), "an-id"};
+  DeviceModelLibrary::setDefaultLibrary(&absent);
+  const ExplainedRun withoutLibrary = ExplainedRun::of(3, arguments.data());
+  const ExplainedRun withID = ExplainedRun::of(4, arguments.data());
+  DeviceModelLibrary::setDefaultLibrary(nullptr);
+  ASSERT_TRUE(withoutLibrary.report.device);
+  EXPECT_FALSE(withoutLibrary.report.device->libraryAvailable);
+  EXPECT_FALSE(withoutLibrary.report.device->media);
+  EXPECT_THAT(ReportWriters::text(withoutLibrary.report, {}), HasSubstr("The library is not there."));
+  EXPECT_FALSE(withID.report.device);
+  EXPECT_THAT(ReportWriters::text(withID.report, {}), HasSubstr("known by its ID only"));
+}
+
 TEST(ExplainedRun, TellsWhyAMediumIsLeftOut) {
   const ExplainedRun run = explain(ppd("ATMediaTypePSPPDUpdater"), device(custom(std::string(300, 'n'), "4711")));
   EXPECT_FALSE(medium(run).added);

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "readers/DeviceModelLibrary.h"
+
+/// What a device-model library answers for one device, as the stored library's JSON: replayed by it, the tool gets the
+/// same answers and writes the same PPD.
+namespace DeviceSnapshot {
+
+/// Asks the library all that the tool would ask it. `modelName` is the value of the PPD's `*ModelName`, quotes
+/// included, or absent when the PPD has none. Throws ATException when the library is not there or fails, and for a
+/// value that JSON cannot hold.
+std::string of(DeviceModelLibrary& library, const std::string& uri, const std::optional<std::string>& modelName);
+
+}  // namespace DeviceSnapshot

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+//
+// vorantis-device-snapshot DEVICE-URI [MODEL-NAME]: writes what the device-model library answers for a device to
+// standard output, as a snapshot that the stored library replays. Exit status 0, 1 when the library fails, 2 for wrong
+// usage.
+
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <optional>
+#include <string>
+
+#include "base/Text.h"
+#include "capture/DeviceSnapshot.h"
+
+namespace {
+
+constexpr int kUsageError = 2;
+
+constexpr const char* kUsage = R"(Usage: vorantis-device-snapshot DEVICE-URI [MODEL-NAME]
+
+Asks the device-model library all that VorantisAutosetupTool would ask it for
+this device, and writes the answers to standard output as a device snapshot.
+The stored library replays it: set QZVORANTISMODEL_SNAPSHOT to its path.
+
+MODEL-NAME is the value of *ModelName in the queue's PPD, its double quotes
+included; leave it out when the PPD has none.
+
+      --help     show this help
+      --version  show the version
+
+Exit status: 0, 1 when the library is not there or fails, 2 for wrong usage.
+)";
+
+bool print(const std::string& text) {
+  return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+}
+
+int fail(int status, const char* what) {
+  std::fprintf(stderr, "vorantis-device-snapshot: %s\n", what);
+  if (status == kUsageError) std::fputs("Try 'vorantis-device-snapshot --help'.\n", stderr);
+  return status;
+}
+
+int capture(int count, const char* const* arguments) {
+  if (count > 0 && std::strcmp(arguments[0], "--help") == 0) return print(kUsage) ? 0 : kUsageError;
+  if (count > 0 && std::strcmp(arguments[0], "--version") == 0) {
+    return print("vorantis-device-snapshot " AT_VERSION "\n") ? 0 : kUsageError;
+  }
+  if (count > 0 && std::strcmp(arguments[0], "--") == 0) {
+    ++arguments;
+    --count;
+  } else if (count > 0 && std::strncmp(arguments[0], "--", 2) == 0) {
+    return fail(kUsageError, "no such option");
+  }
+  if (count < 1 || count > 2) return fail(kUsageError, "a device URI is needed, and a model name at most");
+  const auto uri = Text::fromUTF8(arguments[0]);
+  const auto modelName = count > 1 ? Text::fromUTF8(arguments[1]) : std::nullopt;
+  if (!uri || (count > 1 && !modelName)) return fail(kUsageError, "the arguments must be UTF-8");
+  if (print(DeviceSnapshot::of(DeviceModelLibrary::defaultLibrary(), *uri, modelName))) return 0;
+  return fail(1, "the snapshot cannot be written");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return capture(argc - 1, argv + 1);
+  } catch (const std::exception& error) {
+    return fail(1, error.what());
+  }
+}

@@ -1,0 +1,52 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Calls the program that captures a device as people do: its options, its exit status and what it writes where."""
+import argparse
+import json
+import os
+import pathlib
+import subprocess
+import sys
+
+URI = "socket://192.0.2.10:9100"
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    for name in ("capture", "library-dir", "examples"):
+        parser.add_argument(f"--{name}", type=pathlib.Path, required=True)
+    options = parser.parse_args()
+    environment = {**os.environ, "LD_LIBRARY_PATH": str(options.library_dir),
+                   "QZVORANTISMODEL_SNAPSHOT": str(options.examples / "pcl3/snapshot.json")}
+    failed = 0
+
+    def call(*arguments, **more):
+        return subprocess.run([options.capture, *arguments], env={**environment, **more}, capture_output=True, check=False)
+
+    def expect(what, holds):
+        nonlocal failed
+        failed += not holds
+        print(f"{'passed' if holds else 'FAILED'}  {what}")
+
+    captured = call(URI, '"Vorantis Z6 44in"')
+    devices = json.loads(captured.stdout)["devices"]
+    expect("a snapshot with the device's media, silent", captured.returncode == 0 and not captured.stderr and
+           "MediaInfo" in devices[0]["dataStore"]["VMCustomMediaStorage"])
+    expect("another model has none", "dataStore" not in json.loads(call(URI, '"Other"').stdout)["devices"][0])
+    for what, status, result in (("no arguments", 2, call()), ("three arguments", 2, call(URI, "model", "more")),
+                                 ("an unknown option", 2, call("--what", URI)),
+                                 ("arguments that are not UTF-8", 2, call(b"\xff")),
+                                 ("no library", 1, call(URI, LD_LIBRARY_PATH="/nowhere")),
+                                 ("a snapshot that cannot be read", 1, call(URI, QZVORANTISMODEL_SNAPSHOT="/no/such/file"))):
+        expect(f"{what}: status {status}, said on standard error, nothing written",
+               result.returncode == status and result.stderr and not result.stdout)
+    full = subprocess.run([options.capture, URI], env=environment, stdout=open("/dev/full", "wb"), stderr=subprocess.PIPE,
+                          check=False)
+    expect("a full disk: status 1", full.returncode == 1)
+    expect("--help", call("--help").returncode == 0 and call("--help").stdout.startswith(b"Usage: "))
+    expect("--version", call("--version").stdout.startswith(b"vorantis-device-snapshot "))
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
