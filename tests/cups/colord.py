@@ -5,6 +5,7 @@ import pathlib
 import re
 import shutil
 import subprocess
+import tempfile
 import time
 
 PROFILES = pathlib.Path("/usr/share/color/icc/colord")
@@ -16,6 +17,13 @@ BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration
 <allow send_destination="*" eavesdrop="true"/><allow receive_sender="*" eavesdrop="true"/></policy></busconfig>
 """
 PROFILE_STATEMENT = re.compile(rb'^\*cupsICCProfile ([^/:]*)(?:/[^:]*)?: "([^"]*)"', re.MULTILINE)
+
+
+def can_have_its_own_data():
+    """Whether a mount namespace can be made here, in which another folder takes the place of colord's."""
+    with tempfile.TemporaryDirectory() as folder:
+        command = ["unshare", "-m", "mount", "--bind", folder, folder]
+        return os.getuid() == 0 and subprocess.run(command, stderr=subprocess.DEVNULL, check=False).returncode == 0
 
 
 def missing():
