@@ -82,20 +82,12 @@ def peers(options, folder):
             Peer("augeas (Simplelines)", "lines, inserts one", through_augeas, augeas_gives_back)]
 
 
-def is_utf8(data):
-    try:
-        data.decode()
-        return True
-    except UnicodeDecodeError:
-        return False
-
-
 def given_back(peer, ppds):
     return sum(peer.gives_back(ppd) == ppd.read_bytes() for ppd in ppds)
 
 
 def print_table(rows, ppds):
-    text = sum(is_utf8(ppd.read_bytes()) for ppd in ppds)
+    text = sum(ppdarchive.is_utf8(ppd.read_bytes()) for ppd in ppds)
     print(f"| Program | What it does | Time, ms | Median, ms | Peak memory, MB | Of {len(ppds)} PPDs, back byte for byte |")
     print("|---|---|---:|---:|---:|---:|")
     for peer, (smallest, median, _, memory), back in rows:

@@ -50,5 +50,13 @@ def extract(folder, count):
     return sorted(folder.glob("*.ppd"))
 
 
+def is_utf8(data):
+    try:
+        data.decode()
+        return True
+    except UnicodeDecodeError:
+        return False
+
+
 if __name__ == "__main__":
     print(len(extract(sys.argv[1], int(sys.argv[2]))), "PPDs")

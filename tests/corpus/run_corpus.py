@@ -86,24 +86,16 @@ class Tool:
         return result.returncode, result.stdout
 
 
-def is_utf8(data):
-    try:
-        data.decode()
-        return True
-    except UnicodeDecodeError:
-        return False
-
-
 def reason_for(ppd, status, output, given):
     """Why the output is as it is; the run fails when the independent model does not say the same."""
-    if status == 0 and output == given and is_utf8(given):
+    if status == 0 and output == given and ppdarchive.is_utf8(given):
         return "comes back byte for byte"
     expected_status, expected, _ = model.run([URI.encode(), os.fsencode(ppd)], None, True)
     if (status, output) != (expected_status, expected):
         return "NOT AS EXPECTED"
     if status == 1:
         return "is refused: a malformed line"
-    if given.startswith(output) and not is_utf8(given):
+    if given.startswith(output) and not ppdarchive.is_utf8(given):
         return "is read up to a line that is not UTF-8"
     return "loses lines behind an option outside every group"
 
