@@ -50,20 +50,20 @@ std::string reasonOfFailure(const Report& report) {
 void runTool(ATAutoSetupTool& tool, RunRecorder& recorder, ExplainedRun& run) {
   const Observed::Factory factory;
   tool.setUpdatersFactory(factory);
+  const InputLines input = InputLines::ofFile(tool.PPDPath());
   ATMemoryOutput output;
   Report& report = run.report;
   try {
     if (tool.run(output)) {
       run.result = output.bytes();
     } else {
-      if (tool.parseError()) report.parse = failedParse(*tool.parseError(), InputLines::ofFile(tool.PPDPath()));
+      if (tool.parseError()) report.parse = failedParse(*tool.parseError(), input);
       report.failure = reasonOfFailure(report);
     }
   } catch (const std::exception& error) {
     report.failure = std::string("an error ended the run: ") + error.what();
   }
-  const InputLines input = InputLines::ofFile(tool.PPDPath());
-  RunWarnings::addForInput(recorder, input);
+  RunWarnings::addForInput(recorder, report, input);
   if (report.succeeded()) RunWarnings::addForResult(recorder, report, input, tool.PPD(), run.result);
 }
 

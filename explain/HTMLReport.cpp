@@ -65,6 +65,7 @@ class Page {
     if (report.parse) parse(*report.parse);
     warnings(report);
     if (!report.updaters.empty()) updaters(report);
+    if (report.device && report.device->familyCode) heading("Family: " + code(report.device->familyCode));
     if (report.device && !report.device->libraryAvailable) {
       heading("The device-model library is not there");
     } else if (report.device && report.device->media) {

@@ -3,6 +3,8 @@
 
 #include <fmt/format.h>
 
+#include <cctype>
+
 #include "base/Text.h"
 #include "explain/Wording.h"
 #include "readers/DeviceModelLibrary.h"
@@ -96,8 +98,8 @@ void RunRecorder::didParse(const ATPPD& ppd) {
   for (const auto& object : ppd.PPDObjects()) {
     const auto* option = dynamic_cast<const ATPPDOption*>(object.get());
     if (option == nullptr || !isLookedFor(option->name(), ppd)) continue;
-    warn("option-outside-group",
-         fmt::format("The option {} stands outside every group, where no updater finds it.", option->name()));
+    warn("option-outside-group", fmt::format("The option {} stands outside every group, where no updater finds it.",
+                                             Wording::visible(option->name())));
   }
   report_.parse = parse;
 }
@@ -108,8 +110,8 @@ void RunRecorder::didNameUpdater(std::string_view name, bool known) {
   updater.name = name;
   updater.known = known;
   report_.updaters.push_back(std::move(updater));
-  if (!known)
-    warn("unknown-updater", fmt::format("No updater is named \"{}\"; it is skipped.", Wording::visible(name)));
+  if (known) return;
+  warn("unknown-updater", fmt::format("No updater is named \"{}\"; it is skipped.", Wording::visible(name)));
 }
 
 void RunRecorder::didReadMedia(const DeviceValue& mediaList) {

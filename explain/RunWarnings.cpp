@@ -56,23 +56,31 @@ void warnOfMedium(RunRecorder& recorder, const Report::MediumOutcome& medium, co
   }
 }
 
+// Whether only root may change it.
+bool belongsToRoot(const struct stat& status) {
+  return status.st_uid == 0 && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
 void warnOfFile(RunRecorder& recorder, const std::string& path) {
   struct stat status;
+  struct stat folder;
   if (stat(path.c_str(), &status) != 0) {
     recorder.warn("profile-missing", fmt::format("The profile file does not exist here: {}", visible(path)));
   } else if (!path.starts_with('/') || !S_ISREG(status.st_mode)) {
     recorder.warn("profile-no-file",
                   fmt::format("CUPS uses no profile that is not a file with an absolute path: {}", visible(path)));
-  } else if (status.st_uid != 0 || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+  } else if (!belongsToRoot(status) || stat(path.substr(0, path.rfind('/') + 1).c_str(), &folder) != 0 ||
+             !belongsToRoot(folder)) {
     recorder.warn(
         "profile-permissions",
-        fmt::format("CUPS leaves a profile out that is not root's or that others may write: {}", visible(path)));
+        fmt::format("CUPS leaves a profile out when it or its folder is not root's, or others may write there: {}",
+                    visible(path)));
   }
 }
 
-bool isShown(const ATPPDChoice& choice) {
-  const auto strings = choice.strings();
-  return !strings.empty() && strings[0].view().find("/:") == std::string_view::npos;
+// Whether the choice, as an updater made it, has a text of its own.
+bool hasText(const ATPPDChoice& choice) {
+  return !choice.container().front().view().starts_with(fmt::format("*MediaType {}/:", Text::orNull(choice.name())));
 }
 
 void warnOfChoice(RunRecorder& recorder, const Report::MediumOutcome& medium, const ATPPD& ppd,
@@ -93,7 +101,7 @@ void warnOfChoice(RunRecorder& recorder, const Report::MediumOutcome& medium, co
                   fmt::format("The choice {} is listed and not written: the option MediaType does "
                               "not end with its *CloseUI statement.",
                               *medium.choiceName));
-  } else if (!isShown(*choice) && parse.languages.empty()) {
+  } else if (!hasText(*choice) && parse.languages.empty()) {
     recorder.warn("name-not-shown",
                   fmt::format("No language shows the name \"{}\" of {}: it cannot be the choice's own "
                               "text, and the PPD lists no languages.",
@@ -113,8 +121,9 @@ void warnOfProfile(RunRecorder& recorder, const Report::Profile& profile) {
 
 }  // namespace
 
-void RunWarnings::addForInput(RunRecorder& recorder, const InputLines& input) {
-  if (const auto number = input.firstThatIsNotUTF8()) {
+void RunWarnings::addForInput(RunRecorder& recorder, const Report& report, const InputLines& input) {
+  const bool isMalformed = report.parse && report.parse->failure;  // reading ended there, and not at a line's bytes
+  if (const auto number = input.firstThatIsNotUTF8(); number && !isMalformed) {
     recorder.warn("cut-at-non-utf8",
                   fmt::format("Reading ended at line {}, which is not UTF-8 (bytes {}); what follows is "
                               "not in the result.",

@@ -11,7 +11,7 @@
 /// What goes wrong in practice and can be seen after a run. `ppd` is the edited document, `result` its text.
 namespace RunWarnings {
 
-void addForInput(RunRecorder& recorder, const InputLines& input);
+void addForInput(RunRecorder& recorder, const Report& report, const InputLines& input);
 void addForResult(RunRecorder& recorder, const Report& report, const InputLines& input, const ATPPD& ppd,
                   const std::string& result);
 

@@ -15,6 +15,7 @@ using OptionalText = Report::OptionalText;
 using Wording::visible;
 
 constexpr std::size_t kWidth = 80;
+constexpr std::size_t kNameWidth = 45;
 constexpr std::size_t kShownChanges = 30;  // of each updater, unless all are asked for
 
 std::size_t widthOf(std::string_view text) {
@@ -69,7 +70,7 @@ class Writer {
     const std::string result = report.succeeded() ? coloured("the PPD is set up (exit status 0)", kGreen)
                                                   : coloured("nothing is written (exit status 1)", kRed);
     field("Result", result);
-    if (!report.succeeded()) field("", report.failure);
+    if (!report.succeeded()) field("", visible(report.failure));
     field("Device URI", shown(report.arguments.deviceURI));
     field("PPD", shown(report.arguments.PPDPath));
     if (report.arguments.printerID) field("Printer ID", shown(report.arguments.printerID));
@@ -86,15 +87,16 @@ class Writer {
     }
     line(fmt::format("{} lines, {} statements, {} groups, {} options", parse.lines, parse.statements, parse.groups,
                      parse.options));
-    line("Model name: " + shown(parse.modelName));
-    line("Languages: " + (parse.languages.empty() ? "none" : fmt::format("{}", fmt::join(parse.languages, " "))));
+    paragraph("Model name: " + shown(parse.modelName));
+    paragraph("Languages: " +
+              (parse.languages.empty() ? "none" : visible(fmt::format("{}", fmt::join(parse.languages, " ")))));
   }
 
   void updaters(const Report& report) {
     heading("Updaters that the PPD names");
     for (const Report::Updater& updater : report.updaters) {
       line(padded(visible(updater.name), 38) + " " + outcomeOf(updater));
-      if (!updater.error.empty()) line("  " + updater.error);
+      if (!updater.error.empty()) paragraph("  " + visible(updater.error));
     }
   }
 
@@ -115,9 +117,10 @@ class Writer {
   void device(const Report::DeviceAnswer& device) {
     heading("What the device-model library answered");
     if (!device.libraryAvailable) line("The library is not there.");
-    if (device.familyCode) line("Family: " + (device.familyCode->empty() ? "unknown" : visible(*device.familyCode)));
+    if (device.familyCode)
+      paragraph("Family: " + (device.familyCode->empty() ? "unknown" : visible(*device.familyCode)));
     if (!device.media) return;
-    line("Media list version: " + shown(device.listVersion));
+    paragraph("Media list version: " + shown(device.listVersion));
     if (device.media->empty()) return line("The device has no media.");
     line(row("NAME", "ID", "CATEGORY", "PARENT", "PROFILES", "GLOSS"));
     for (const Report::Medium& medium : *device.media) {
@@ -141,18 +144,20 @@ class Writer {
   void outcome(const Report::MediumOutcome& medium) {
     const std::string name = fmt::format("{} ({})", shown(medium.device.name), shown(medium.device.ID));
     if (medium.device.custom) {
-      line(medium.added ? coloured("+", kGreen) + " " + fitted(name, 60) + " is the choice " + *medium.choiceName
-                        : coloured("!", kRed) + " " + fitted(name, 60) + " is left out");
+      line(medium.added
+               ? coloured("+", kGreen) + " " + fitted(name, kNameWidth) + " is the choice " + *medium.choiceName
+               : coloured("!", kRed) + " " + fitted(name, kNameWidth) + " is left out");
       if (!medium.added) detail("why", medium.notAdded);
     } else {
-      line("  " + fitted(name, 60) +
-           (medium.choiceName ? " is the choice " + visible(*medium.choiceName) : " has no choice"));
+      paragraph("  " + fitted(name, kNameWidth) +
+                (medium.choiceName ? " is the choice " + visible(*medium.choiceName) : " has no choice"));
     }
     if (medium.choiceCode) detail("code", visible(*medium.choiceCode));
-    if (medium.inherited)
+    if (medium.inherited) {
       detail("properties", fmt::format("{}, from {}", visible(*medium.inherited), shown(medium.parent)));
-    if (medium.parent && !medium.inherited)
+    } else if (medium.parent) {
       detail("properties", fmt::format("none: {} has none", shown(medium.parent)));
+    }
     for (const Report::Profile& each : medium.profiles) profile(each);
     if (medium.profilesFailure) detail("profiles", "ended by an error: " + visible(*medium.profilesFailure));
     if (medium.device.gloss || medium.glossBefore != medium.glossAfter) {
@@ -178,8 +183,9 @@ class Writer {
   void cleanup(const Report::Updater& updater) {
     if (updater.removedMedia.empty() && updater.restoredProfiles.empty()) return;
     heading("Cleaned up and restored: " + updater.name);
-    for (const std::string& name : updater.removedMedia) line("- medium " + visible(name) + " of an earlier setup");
-    for (const std::string& spec : updater.restoredProfiles) line("  factory profile " + visible(spec));
+    for (const std::string& name : updater.removedMedia)
+      paragraph("- medium " + visible(name) + " of an earlier setup");
+    for (const std::string& spec : updater.restoredProfiles) paragraph("  factory profile " + visible(spec));
   }
 
   void changes(const Report::Updater& updater) {
@@ -223,7 +229,9 @@ class Writer {
   }
 
   void heading(const std::string& title) { text_ += "\n" + coloured(fitted(title, kWidth), kBold) + "\n"; }
+  // What is known to fit into a line, and what may not.
   void line(const std::string& content) { text_ += "  " + content + "\n"; }
+  void paragraph(const std::string& content) { wrapped("", "    ", content); }
   void field(const std::string& name, const std::string& value) {
     wrapped(padded(name, 10) + " ", std::string(11, ' '), value, "");
   }

@@ -241,6 +241,10 @@ TEST(ExplainedRun, WarnsOfWhatReadingCutsAndSplits) {
   EXPECT_THAT(run.report.warnings[0].text, HasSubstr("\\xe9"));
 }
 
+TEST(ExplainedRun, DoesNotBlameBytesBehindAMalformedLine) {
+  EXPECT_THAT(warningsOf(explain("text\n*C: \xE9\n", std::nullopt)), IsEmpty());
+}
+
 TEST(ExplainedRun, WarnsOfAChoiceThatIsListedAndNotWritten) {
   std::string text = ppd("ATMediaTypePSPPDUpdater");
   text.insert(text.find("*OpenUI *QZGlossEnhancer"), "*% a comment behind the option\n");
@@ -292,7 +296,12 @@ TEST(ExplainedRun, WarnsOfProfileFilesThatCUPSLeavesOut) {
   };
   EXPECT_THAT(warnings("/no/such/file.icc"), ElementsAre("profile-missing"));
   EXPECT_THAT(warnings(folder.path()), ElementsAre("profile-no-file"));
-  std::filesystem::permissions(file, std::filesystem::perms::others_write, std::filesystem::perm_options::add);
+  using std::filesystem::perm_options;
+  using std::filesystem::permissions;
+  permissions(file, std::filesystem::perms::others_write, perm_options::add);
+  EXPECT_THAT(warnings(file), ElementsAre("profile-permissions"));
+  permissions(file, std::filesystem::perms::others_write, perm_options::remove);
+  permissions(folder.path(), std::filesystem::perms::others_write, perm_options::add);
   EXPECT_THAT(warnings(file), ElementsAre("profile-permissions"));
 }
 
@@ -308,7 +317,15 @@ ExplainedRun exampleRun() {
 }  // namespace
 
 TEST(ReportWriters, TextIsAtMost80ColumnsWideAndPlainUnlessColourIsAskedFor) {
-  const std::string text = ReportWriters::text(exampleRun().report, {});
+  const std::string longName(90, 'n');
+  const std::string languages =
+      "*cupsLanguages: \"en de fr it es pt nl da sv fi no pl cs hu ru tr ja ko zh_CN zh_TW x\x1b[31m\"\n";
+  const ExplainedRun wide =
+      explain(ppd("ATMediaTypePCL3PPDUpdater " + longName, languages),
+              device(custom(longName, longName, R"({"URL": "/p/)" + longName + R"(.icc", "ICCName": "A"})") +
+                     R"(, "f": {"Name": ")" + longName +
+                     R"(", "MediumID": "1001", "CategoryName": "P", "CategoryID": "PHOTO"})"));
+  const std::string text = ReportWriters::text(exampleRun().report, {}) + ReportWriters::text(wide.report, {});
   for (std::size_t start = 0; start < text.size();) {
     const std::size_t end = text.find('\n', start);
     const std::string line = text.substr(start, end - start);

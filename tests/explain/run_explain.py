@@ -72,6 +72,11 @@ class Checks:
             self.expect(f"{what}: status 2, said on standard error", result.returncode == 2 and result.stderr != b"")
         self.expect("--help", self.call("--help").stdout.startswith(b"Usage: ") and self.call("--help").returncode == 0)
         self.expect("--version", self.call("--version").stdout.startswith(b"vorantis-autosetup-explain "))
+        words = "vorantis-autosetup-explain --format = h"
+        script = (f'. "{self.options.examples.parent}/completions/vorantis-autosetup-explain.bash"; COMP_WORDS=({words}); '
+                  'COMP_CWORD=3; _vorantis_autosetup_explain; echo "${COMPREPLY[*]}"')
+        completed = subprocess.run(["bash", "-c", script], capture_output=True, text=True, check=False).stdout
+        self.expect("completion of a format", completed == "html\n")
         full = subprocess.run([self.options.explain, URI, ppd], env=self.environment, stdout=open("/dev/full", "wb"),
                               stderr=subprocess.PIPE, check=False)
         self.expect("a full disk: status 2", full.returncode == 2)
