@@ -2,7 +2,8 @@
 add_library(at_options INTERFACE)
 target_include_directories(at_options INTERFACE "${PROJECT_SOURCE_DIR}")
 target_compile_options(at_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual)
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+  $<$<COMPILE_LANGUAGE:CXX,OBJCXX>:-Wnon-virtual-dtor> $<$<COMPILE_LANGUAGE:CXX,OBJCXX>:-Woverloaded-virtual>)
 target_compile_options(at_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
 if(AT_WARNINGS_AS_ERRORS)
   target_compile_options(at_options INTERFACE -Werror)

@@ -195,17 +195,3 @@ DeviceValue SharedObjectDeviceModelLibrary::takeValue(QZVMValue* value) {
   const std::unique_ptr<QZVMValue, void (*)(QZVMValue*)> owner(value, interface_->releaseValue);
   return Reader(*interface_).read(value);
 }
-
-namespace {
-DeviceModelLibrary* replacement = nullptr;
-}
-
-DeviceModelLibrary& DeviceModelLibrary::defaultLibrary() {
-  static SharedObjectDeviceModelLibrary library;
-  if (replacement != nullptr) return *replacement;
-  return library;
-}
-
-void DeviceModelLibrary::setDefaultLibrary(DeviceModelLibrary* library) {
-  replacement = library;
-}

@@ -5,7 +5,8 @@ build_packages="g++ cmake ninja-build pkg-config libcups2-dev libfmt-dev liburip
   nlohmann-json3-dev"
 demo_packages="$build_packages cups-client diffutils"
 test_packages="$demo_packages clang-14 libclang-rt-14-dev libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev
-  openprinting-ppds python3 valgrind cups cups-daemon dbus-daemon colord clang-tidy-14 cppcheck lintian"
+  openprinting-ppds python3 valgrind cups cups-daemon dbus-daemon colord clang-tidy-14 cppcheck lintian gobjc++
+  libgnustep-base-dev libc++-14-dev musl-dev lld-14 llvm-14"
 
 say() { printf '\n==> %s\n' "$*"; }
 

@@ -42,14 +42,21 @@ def arguments_of(case):
     return [line.replace(b"@PPD@", ppd).replace(b"@DIR@", os.fsencode(case)) for line in lines]
 
 
-def environment_of(case, library_dir):
+def environment_of(case, options):
     environment = {name: value for name, value in os.environ.items() if not name.startswith("QZVORANTISMODEL_")}
     environment.pop("LD_LIBRARY_PATH", None)
     if read(case / "library") is None:
-        environment["LD_LIBRARY_PATH"] = str(library_dir)
+        environment.update(library_of(options))
     if (case / "snapshot.json").exists():
         environment["QZVORANTISMODEL_SNAPSHOT"] = str(case / "snapshot.json")
     return environment
+
+
+def library_of(options):
+    """The environment in which the programs find the device-model library."""
+    if options.framework:
+        return {"AT_TEST_FRAMEWORK": str(options.framework)}
+    return {"LD_LIBRARY_PATH": str(options.library_dir)}
 
 
 def difference(name, expected, actual):
@@ -65,14 +72,14 @@ def check(name, expected, actual):
 class Runner:
     def __init__(self, options):
         self.tool = options.tool
-        self.library_dir = options.library_dir
+        self.options = options
         self.log = LOG_FILE if options.log else None
         self.explain = options.explain
         self.capture = options.capture
 
     def call(self, case, arguments):
         command = [*self.wrapper(), os.fsencode(self.tool), *arguments]
-        result = subprocess.run(command, env=environment_of(case, self.library_dir), stdin=subprocess.DEVNULL,
+        result = subprocess.run(command, env=environment_of(case, self.options), stdin=subprocess.DEVNULL,
                                 capture_output=True, timeout=60, check=False)
         return result.returncode, result.stdout, result.stderr
 
@@ -97,7 +104,7 @@ class Runner:
 
     def check_captured(self, case, arguments):
         """With the snapshot that is captured of the case's device, the tool must write the same."""
-        environment = environment_of(case, self.library_dir)
+        environment = environment_of(case, self.options)
         report = subprocess.run([os.fsencode(self.explain), b"--format=json", b"--", *arguments], env=environment,
                                 capture_output=True, timeout=60, check=False).stdout
         model_name = (json.loads(report)["parse"] or {}).get("modelName")
@@ -111,7 +118,7 @@ class Runner:
                 return [] if captured.returncode in (1, 2) and captured.stderr and not captured.stdout else ["captured badly"]
             snapshot.write_bytes(captured.stdout)
             environment["QZVORANTISMODEL_SNAPSHOT"] = str(snapshot)
-            environment["LD_LIBRARY_PATH"] = str(self.library_dir)
+            environment.update(library_of(self.options))
             result = subprocess.run([os.fsencode(self.tool), *arguments], env=environment, stdin=subprocess.DEVNULL,
                                     capture_output=True, timeout=60, check=False)
         return check("status, replayed", read(case / "expected.status"), b"%d\n" % result.returncode) + \
@@ -122,7 +129,7 @@ class Runner:
         with tempfile.TemporaryDirectory() as folder:
             written = pathlib.Path(folder) / "written.ppd"
             command = [os.fsencode(self.explain), b"--format=json", b"--output=" + os.fsencode(written), b"--", *arguments]
-            result = subprocess.run(command, env=environment_of(case, self.library_dir), stdin=subprocess.DEVNULL,
+            result = subprocess.run(command, env=environment_of(case, self.options), stdin=subprocess.DEVNULL,
                                     capture_output=True, timeout=60, check=False)
             problems = check("status, explained", read(case / "expected.status"), b"%d\n" % result.returncode)
             problems += check("output, explained", read(case / "expected.ppd") or b"", read(written) or b"")
@@ -173,7 +180,9 @@ def run_all(options):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
     parser.add_argument("--tool", type=pathlib.Path, required=True)
-    parser.add_argument("--library-dir", type=pathlib.Path, required=True, help="where libQZVorantisModel.so.1 is")
+    library = parser.add_mutually_exclusive_group(required=True)
+    library.add_argument("--library-dir", type=pathlib.Path, help="where libQZVorantisModel.so.1 is")
+    library.add_argument("--framework", type=pathlib.Path, help="an Objective-C framework, for programs that use one")
     parser.add_argument("--log", action="store_true", help="the tool is a diagnostic build: check its messages too")
     parser.add_argument("--explain", type=pathlib.Path, help="the program that explains a run, which must agree")
     parser.add_argument("--capture", type=pathlib.Path, help="the program that captures a device, for replays")

@@ -1,0 +1,49 @@
+/* SPDX-License-Identifier: MIT */
+#include "readers/framework/ObjectiveCGuard.h"
+
+#import <Foundation/Foundation.h>
+#include <stdlib.h>
+#include <string.h>
+
+/* Lossy, because a text that cannot be told exactly is better than none. */
+static char* copyOfText(NSString* text) {
+  NSData* bytes = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
+  char* copy = bytes == nil ? NULL : malloc([bytes length] + 1);
+  if (copy == NULL) return NULL;
+  if ([bytes length] > 0) memcpy(copy, [bytes bytes], [bytes length]);
+  copy[[bytes length]] = '\0';
+  return copy;
+}
+
+/* An exception may be of a class whose own operations throw; what was learnt until then is kept. */
+static void describeException(NSException* exception, ATCaughtException* caught) {
+  @try {
+    caught->name = copyOfText([exception name]);
+    caught->reason = copyOfText([exception reason]);
+    caught->userInfo = copyOfText([[exception userInfo] description]);
+  } @catch (id second) {
+    (void)second;
+  }
+}
+
+/* Anything may be thrown, not only exceptions. */
+static void describeObject(id object, ATCaughtException* caught) {
+  @try {
+    caught->name = copyOfText(NSStringFromClass([object class]));
+    caught->reason = copyOfText([object description]);
+  } @catch (id second) {
+    (void)second;
+  }
+}
+
+int ATRunGuarded(void (*body)(void*), void* context, ATCaughtException* caught) {
+  @try {
+    body(context);
+    return 0;
+  } @catch (NSException* exception) {
+    describeException(exception, caught);
+  } @catch (id object) {
+    describeObject(object, caught);
+  }
+  return 1;
+}

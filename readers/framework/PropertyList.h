@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "readers/DeviceValue.h"
+
+/// Device values as Foundation's property lists, and back: NSString, NSNumber, NSArray and NSDictionary with string
+/// keys. For Objective-C++ only.
+namespace PropertyList {
+
+/// How large a property list may be, in bytes of text and a constant for each value and each key: as large as a
+/// snapshot that the stored library reads. Only a library gone wrong has more: an enumerator without an end, or lists
+/// that hold one another so often that they cannot be written out.
+inline constexpr std::size_t kLargestSize = std::size_t{64} << 20;
+inline constexpr std::size_t kSizeOfValue = 16;
+/// How deeply the values may be nested, as in the library's C interface.
+inline constexpr int kDeepestNesting = 64;
+
+/// Values of our own, with nothing shared between places; nil is absent. A map's entries come in the order in which
+/// its enumerator visits them. Throws ATException for an object of another kind, a key that is no string, a text that
+/// is not Unicode, and for a list that goes too deep or is too large, such as one that holds itself.
+DeviceValue deviceValueOf(id object);
+
+/// An autoreleased property list; nil for an absent value. Members of a list or map that are absent are left out.
+id objectOf(const DeviceValue& value);
+
+/// The same for single texts.
+std::string stringOf(NSString* text);
+NSString* textOf(std::string_view string);
+
+}  // namespace PropertyList

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#include "readers/framework/PropertyList.h"
+
+#include <limits>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "base/ATException.h"
+#include "base/Text.h"
+
+namespace {
+
+ATException unusable(std::string reason) {
+  return {"ATDeviceModelLibraryException", "the device-model library gave " + std::move(reason)};
+}
+
+std::string classNameOf(id object) {
+  return PropertyList::stringOf(NSStringFromClass([object class]));
+}
+
+// Foundation has no type of its own for booleans, only a class.
+bool isBoolean(NSNumber* number) {
+  return [number class] == [[NSNumber numberWithBool:YES] class];
+}
+
+DeviceValue numberOf(NSNumber* number) {
+  if (isBoolean(number)) return [number boolValue] != NO;
+  switch (*[number objCType]) {
+    case 'f':
+    case 'd':
+      return [number doubleValue];
+    case 'L':
+    case 'Q':
+      if (const std::uint64_t value = [number unsignedLongLongValue]; value > std::numeric_limits<std::int64_t>::max())
+        return value;
+      break;
+    default:
+      break;
+  }
+  return static_cast<std::int64_t>([number longLongValue]);
+}
+
+// Reads one property list, adding up its size.
+class Reader {
+ public:
+  DeviceValue read(id object, int nesting) {
+    spend(PropertyList::kSizeOfValue);
+    if ([object isKindOfClass:[NSString class]]) return readText(object);
+    if ([object isKindOfClass:[NSNumber class]]) return numberOf(object);
+    if ([object isKindOfClass:[NSArray class]]) return readList(object, nesting);
+    if ([object isKindOfClass:[NSDictionary class]]) return readMap(object, nesting);
+    throw unusable("an object of the class " + classNameOf(object) + ", which is no string, number, list or map");
+  }
+
+ private:
+  void spend(std::size_t size) {
+    if (size > left_) throw unusable("more than can be right");
+    left_ -= size;
+  }
+
+  static void checkNesting(int nesting) {
+    if (nesting >= PropertyList::kDeepestNesting) throw unusable("values that are nested too deeply");
+  }
+
+  std::string readText(NSString* text) {
+    std::string string = PropertyList::stringOf(text);
+    spend(string.size());
+    return string;
+  }
+
+  DeviceValue readList(NSArray* array, int nesting) {
+    checkNesting(nesting);
+    auto list = std::make_shared<DeviceValue::List>();
+    NSEnumerator* elements = [array objectEnumerator];
+    while (id element = [elements nextObject]) list->push_back(read(element, nesting + 1));
+    return list;
+  }
+
+  DeviceValue readMap(NSDictionary* dictionary, int nesting) {
+    checkNesting(nesting);
+    auto map = std::make_shared<DeviceMap>();
+    NSEnumerator* keys = [dictionary keyEnumerator];
+    while (id key = [keys nextObject]) {
+      if (![key isKindOfClass:[NSString class]]) throw unusable("a map with a key of the class " + classNameOf(key));
+      spend(PropertyList::kSizeOfValue);
+      std::string name = readText(key);
+      const id member = [dictionary objectForKey:key];
+      if (member != nil) map->add(std::move(name), read(member, nesting + 1));
+    }
+    return map;
+  }
+
+  std::size_t left_ = PropertyList::kLargestSize;
+};
+
+id arrayOf(const DeviceValue::List& list) {
+  NSMutableArray* array = [NSMutableArray arrayWithCapacity:list.size()];
+  for (const DeviceValue& element : list) {
+    if (const id object = PropertyList::objectOf(element)) [array addObject:object];
+  }
+  return array;
+}
+
+id dictionaryOf(const DeviceMap& map) {
+  NSMutableDictionary* dictionary = [NSMutableDictionary dictionaryWithCapacity:map.size()];
+  for (const auto& [key, member] : map.entries()) {
+    if (const id object = PropertyList::objectOf(member))
+      [dictionary setObject:object forKey:PropertyList::textOf(key)];
+  }
+  return dictionary;
+}
+
+}  // namespace
+
+DeviceValue PropertyList::deviceValueOf(id object) {
+  return object == nil ? DeviceValue() : Reader().read(object, 0);
+}
+
+id PropertyList::objectOf(const DeviceValue& value) {
+  if (const auto* text = value.text()) return textOf(*text);
+  if (const auto* integer = value.integer()) return [NSNumber numberWithLongLong:*integer];
+  if (const auto* integer = value.unsignedInteger()) return [NSNumber numberWithUnsignedLongLong:*integer];
+  if (const auto* number = value.real()) return [NSNumber numberWithDouble:*number];
+  if (const auto* flag = value.flag()) return [NSNumber numberWithBool:*flag ? YES : NO];
+  if (const auto list = value.list()) return arrayOf(*list);
+  if (const auto map = value.map()) return dictionaryOf(*map);
+  return nil;
+}
+
+std::string PropertyList::stringOf(NSString* text) {
+  NSData* bytes = [text dataUsingEncoding:NSUTF8StringEncoding];
+  if (bytes == nil) throw unusable("a text that is not Unicode");
+  auto string = Text::fromUTF8({static_cast<const char*>([bytes bytes]), [bytes length]});
+  if (!string) throw unusable("a text that is not Unicode");
+  return std::move(*string);
+}
+
+NSString* PropertyList::textOf(std::string_view string) {
+  return [[[NSString alloc] initWithBytes:string.data() length:string.size()
+                                 encoding:NSUTF8StringEncoding] autorelease];
+}
