@@ -14,7 +14,7 @@ if(AT_SANITIZE)
 endif()
 # Objects have both forms, so that only the tool pays for the optimisation at link time, and not every test program.
 add_library(at_link_time_optimisation INTERFACE)
-if(AT_LTO)
+if(AT_LTO AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(at_options INTERFACE -flto=auto -ffat-lto-objects)
   target_link_options(at_link_time_optimisation INTERFACE -flto=auto)
 endif()
@@ -30,6 +30,8 @@ add_library(at_static_runtime INTERFACE)
 if(AT_STATIC_RUNTIME AND NOT APPLE AND NOT AT_SANITIZE)
   target_link_options(at_static_runtime INTERFACE -static-libstdc++ -static-libgcc "LINKER:--gc-sections")
   target_compile_options(at_options INTERFACE -ffunction-sections -fdata-sections)
+elseif(APPLE)
+  target_link_options(at_static_runtime INTERFACE "LINKER:-dead_strip")
 endif()
 
 # A layer: a static library of all sources of its folder, allowed to use only what it links.

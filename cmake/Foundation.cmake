@@ -1,9 +1,5 @@
 # Objective-C and Foundation: the maker's framework on macOS, GNUstep elsewhere, where only tests use it.
-if(APPLE)
-  set(AT_FRAMEWORK_TESTS OFF)
-else()
-  option(AT_FRAMEWORK_TESTS "Test the back end for macOS's device-model framework with GNUstep" OFF)
-endif()
+option(AT_FRAMEWORK_TESTS "Test the back end for macOS's device-model framework with a framework of our own" OFF)
 if(NOT APPLE AND NOT AT_FRAMEWORK_TESTS)
   return()
 endif()
@@ -22,9 +18,19 @@ set(CMAKE_OBJCXX_EXTENSIONS OFF)
 
 # What every target with Objective-C sources links. Memory is managed by hand: GNUstep's runtime here has no ARC.
 add_library(foundation INTERFACE)
+
+# Adds the back end for the framework to a target.
+function(at_add_framework_sources target)
+  set(folder "${PROJECT_SOURCE_DIR}/readers/framework")
+  set(sources "${folder}/FrameworkDeviceModelLibrary.mm" "${folder}/ObjectiveCGuard.m" "${folder}/PropertyList.mm")
+  target_sources(${target} PRIVATE ${sources})
+  set_source_files_properties(${sources} TARGET_DIRECTORY ${target} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+  target_link_libraries(${target} PUBLIC foundation)
+endfunction()
+
 target_compile_options(foundation INTERFACE $<$<COMPILE_LANGUAGE:OBJC>:-std=c11>)
 if(APPLE)
-  target_link_libraries(foundation INTERFACE "-framework Foundation")
+  target_link_libraries(foundation INTERFACE "-framework Foundation" objc)
   return()
 endif()
 

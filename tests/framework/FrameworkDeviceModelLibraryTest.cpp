@@ -7,14 +7,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+
 #ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();  // of the sanitizer's runtime; GCC has no header
 #else
 #include <malloc.h>
 #endif
-
-#include <cstdint>
-#include <limits>
 
 #include "base/ATException.h"
 #include "readers/ATDeviceFamilyNameReaderImpl.h"

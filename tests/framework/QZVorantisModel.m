@@ -124,6 +124,15 @@ static void keepSpec(NSDictionary* spec) {
   snprintf(lastSpec, sizeof lastSpec, "%s", [text UTF8String]);
 }
 
+static QZVMServiceInfo* handleOf(AVMServiceInfo* info) {
+#ifdef AVM_WITHOUT_SERVICE_INFO
+  (void)info;
+  return NULL; /* nobody has one */
+#else
+  return info->handle_;
+#endif
+}
+
 #ifndef AVM_WITHOUT_SERVICE_INFO
 @implementation AVMServiceInfo
 + (AVMServiceInfo*)infoWithHandle:(QZVMServiceInfo*)handle {
@@ -226,7 +235,7 @@ static void keepSpec(NSDictionary* spec) {
   id answer = nil;
   QZVMStore* handle = NULL;
   if (AVMTestAnswers(@"registeredStoreForServiceInfo:", &answer)) return answer;
-  if (!gives(QZVorantisModelInterface()->registeredStoreForServiceInfo(info->handle_, &handle))) return nil;
+  if (!gives(QZVorantisModelInterface()->registeredStoreForServiceInfo(handleOf(info), &handle))) return nil;
   AVMDataStore* store = [[[AVMDataStore alloc] init] autorelease];
   store->handle_ = handle;
   return store;
@@ -258,7 +267,7 @@ static void keepSpec(NSDictionary* spec) {
   id answer = nil;
   QZVMValue* value = NULL;
   if (AVMTestAnswers(@"deviceFamilyName", &answer)) return answer;
-  return gives(QZVorantisModelInterface()->deviceFamilyName(info_->handle_, &value)) ? objectOf(value) : nil;
+  return gives(QZVorantisModelInterface()->deviceFamilyName(handleOf(info_), &value)) ? objectOf(value) : nil;
 }
 @end
 

@@ -159,8 +159,8 @@ static id shared(unsigned depth) {
 static id cyclicMap(void) {
   static NSMutableDictionary* map;
   if (map == nil) {
-    map = [[NSMutableDictionary alloc] init];
-    [map setObject:map forKey:@"MediaInfo"];
+    id itself = map = [[NSMutableDictionary alloc] init];
+    [map setObject:itself forKey:@"MediaInfo"];
   }
   return map;
 }
@@ -168,8 +168,8 @@ static id cyclicMap(void) {
 static id cyclicList(void) {
   static NSMutableArray* list;
   if (list == nil) {
-    list = [[NSMutableArray alloc] init];
-    [list addObject:list];
+    id itself = list = [[NSMutableArray alloc] init];
+    [list addObject:itself];
   }
   return list;
 }

@@ -1,0 +1,15 @@
+# A program that is installed: its sources come from its folder, the C++ runtime with it.
+include(GNUInstallDirs)
+
+function(at_add_program name)
+  add_executable(${name} main.cpp)
+  target_link_libraries(${name} PRIVATE ${ARGN} at_static_runtime)
+  target_compile_definitions(${name} PRIVATE AT_VERSION="${PROJECT_VERSION}")
+  if(APPLE)
+    target_link_libraries(${name} PRIVATE device_model_framework)
+  endif()
+  install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tool)
+  if(APPLE)
+    at_sign_installed(${name} tool)
+  endif()
+endfunction()

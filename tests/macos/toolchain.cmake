@@ -1,0 +1,37 @@
+# Compiles for macOS on another system, with Clang and the SDK of tests/macos/make-sdk: to see that it compiles and
+# links, with nothing newer than the oldest macOS. What comes out does not run.
+set(CMAKE_SYSTEM_NAME Darwin)
+set(CMAKE_SYSTEM_VERSION 20)
+set(sdk "${CMAKE_CURRENT_LIST_DIR}/../../build/macos-sdk")
+cmake_path(NORMAL_PATH sdk)
+set(CMAKE_OSX_SYSROOT "${sdk}" CACHE PATH "")
+
+foreach(language C CXX OBJC OBJCXX)
+  set(CMAKE_${language}_COMPILER_TARGET x86_64-apple-macos)
+  set(CMAKE_${language}_FLAGS_INIT "-D_GNU_SOURCE -B${sdk}/usr/bin")
+endforeach()
+set(CMAKE_C_COMPILER clang-14)
+set(CMAKE_CXX_COMPILER clang++-14)
+# libc++ is a Mac's default. Clang would take the headers that lie beside it, without the marks.
+foreach(language CXX OBJCXX)
+  string(APPEND CMAKE_${language}_FLAGS_INIT " -stdlib=libc++ -nostdinc++ -Wno-unused-command-line-argument -isystem ${sdk}/usr/include/c++/v1")
+endforeach()
+foreach(kind EXE SHARED MODULE)
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-fuse-ld=lld")
+endforeach()
+set(CMAKE_AR llvm-ar-14 CACHE STRING "")
+set(CMAKE_RANLIB llvm-ranlib-14 CACHE STRING "")
+set(CMAKE_INSTALL_NAME_TOOL llvm-install-name-tool-14 CACHE STRING "")
+# Archives of universal objects.
+foreach(language C CXX OBJC OBJCXX)
+  set(CMAKE_${language}_ARCHIVE_CREATE "llvm-libtool-darwin-14 -static -o <TARGET> <OBJECTS>")
+  set(CMAKE_${language}_ARCHIVE_APPEND "")
+  set(CMAKE_${language}_ARCHIVE_FINISH "")
+endforeach()
+
+set(CMAKE_FIND_ROOT_PATH "${sdk}")
+foreach(kind LIBRARY INCLUDE PACKAGE)
+  set(CMAKE_FIND_ROOT_PATH_MODE_${kind} ONLY)
+endforeach()
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(ENV{PKG_CONFIG_LIBDIR} "${sdk}/usr/lib/pkgconfig")
