@@ -14,6 +14,10 @@ ATException ATException::outOfRange(const std::string& signature) {
   return {"ATRangeException", signature + ": position out of range"};
 }
 
+ATException ATException::libraryFailure(std::string reason) {
+  return {"ATDeviceModelLibraryException", std::move(reason)};
+}
+
 ATException ATException::wrongType(const std::string& use) {
   return {"ATInvalidArgumentException", "value of the wrong type: " + use};
 }

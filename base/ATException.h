@@ -22,6 +22,8 @@ class ATException : public std::exception {
   static ATException unsupportedOperation(const std::string& signature);
   /// An index or a position outside its list or string.
   static ATException outOfRange(const std::string& signature);
+  /// A device-model library that failed, or gave what nobody can use.
+  static ATException libraryFailure(std::string reason);
   /// A value of another type than the one that `use` needs.
   static ATException wrongType(const std::string& use);
 

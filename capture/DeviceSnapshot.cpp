@@ -99,8 +99,7 @@ class Capture {
 
 std::string DeviceSnapshot::of(DeviceModelLibrary& library, const std::string& uri,
                                const std::optional<std::string>& modelName) {
-  if (!library.isAvailable())
-    throw ATException("ATDeviceModelLibraryException", "the device-model library is not there");
+  if (!library.isAvailable()) throw ATException::libraryFailure("the device-model library is not there");
   const JSON snapshot = {{"format", "vorantis-device-snapshot"},
                          {"formatVersion", 1},
                          {"offersServiceInfoWithSpec", library.offersServiceInfoWithSpec()},

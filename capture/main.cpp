@@ -68,5 +68,7 @@ int main(int argc, char** argv) {
     return capture(argc - 1, argv + 1);
   } catch (const std::exception& error) {
     return fail(1, error.what());
+  } catch (...) {
+    return fail(1, "an exception of an unknown type");
   }
 }

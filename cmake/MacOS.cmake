@@ -10,8 +10,9 @@ endif()
 set(CMAKE_INSTALL_BINDIR Utilities CACHE STRING "Where the programs go in the folder of the printer driver")
 
 # Linked weakly: a program starts without the framework too. No symbol of it is used, only its classes, by name.
+# Where the framework is not at hand, a text stub that names its place does: tests/macos/sdk has one.
 find_library(QZVORANTISMODEL_FRAMEWORK QZVorantisModel REQUIRED PATHS /Library/Frameworks
-  DOC "The maker's device-model framework, or a text stub (.tbd) of it")
+  DOC "The maker's device-model framework, QZVorantisModel.framework")
 get_filename_component(framework_folder "${QZVORANTISMODEL_FRAMEWORK}" DIRECTORY)
 add_library(device_model_framework INTERFACE)
 target_link_options(device_model_framework INTERFACE "-F${framework_folder}" "SHELL:-weak_framework QZVorantisModel")

@@ -37,6 +37,9 @@ class DeviceModelLibrary {
     bool skipReachabilityCheck = true;     ///< kVMSkipReachabilityCheckProp, always given
   };
 
+  /// A library's value that is nested more deeply is an ATException.
+  static constexpr int kDeepestNesting = 64;
+
   virtual ~DeviceModelLibrary() = default;
 
   /// The library of this process. Nothing is loaded before the first question to it.

@@ -11,19 +11,13 @@
 
 namespace {
 
-constexpr int kDeepestNesting = 64;
-
-ATException libraryError(std::string reason) {
-  return {"ATDeviceModelLibraryException", std::move(reason)};
-}
-
 // An object of the library, given back to it by the release function of its type.
 template <class Base, class Handle>
 class Owned : public Base {
  public:
   using Release = void (*)(Handle*);
   Owned(Handle* handle, Release release) : handle_(handle), release_(release) {
-    if (handle == nullptr) throw libraryError("the device-model library gave a null object");
+    if (handle == nullptr) throw ATException::libraryFailure("the device-model library gave a null object");
   }
   Owned(const Owned&) = delete;
   Owned& operator=(const Owned&) = delete;
@@ -46,7 +40,7 @@ QZVMText textOf(std::string_view text) {
 
 std::string stringOf(QZVMText text) {
   auto string = Text::fromUTF8({text.bytes, text.size});
-  if (!string) throw libraryError("the device-model library gave a text that is not UTF-8");
+  if (!string) throw ATException::libraryFailure("the device-model library gave a text that is not UTF-8");
   return std::move(*string);
 }
 
@@ -75,7 +69,7 @@ class Reader {
   explicit Reader(const QZVMInterface& library) : library_(library) {}
 
   DeviceValue read(const QZVMValue* value, int nesting = 0) const {
-    if (value == nullptr) throw libraryError("the device-model library gave a null value");
+    if (value == nullptr) throw ATException::libraryFailure("the device-model library gave a null value");
     switch (library_.kind(value)) {
       case QZVM_STRING:
         return stringOf(library_.stringValue(value));
@@ -92,12 +86,13 @@ class Reader {
       case QZVM_MAP:
         return readMap(value, nesting);
     }
-    throw libraryError("the device-model library gave a value of an unknown kind");
+    throw ATException::libraryFailure("the device-model library gave a value of an unknown kind");
   }
 
  private:
   static void checkNesting(int nesting) {
-    if (nesting >= kDeepestNesting) throw libraryError("the device-model library's value is nested too deeply");
+    if (nesting >= DeviceModelLibrary::kDeepestNesting)
+      throw ATException::libraryFailure("the device-model library's value is nested too deeply");
   }
 
   DeviceValue readList(const QZVMValue* value, int nesting) const {
@@ -135,7 +130,8 @@ bool SharedObjectDeviceModelLibrary::succeeded(int result) {
   if (result == QZVM_OK) return true;
   if (result == QZVM_ABSENT) return false;
   const QZVMText error = interface_->lastError();
-  throw libraryError(Text::fromUTF8({error.bytes, error.size}).value_or("the device-model library failed"));
+  throw ATException::libraryFailure(
+      Text::fromUTF8({error.bytes, error.size}).value_or("the device-model library failed"));
 }
 
 bool SharedObjectDeviceModelLibrary::offersServiceInfoWithSpec() {

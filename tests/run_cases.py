@@ -9,6 +9,7 @@ A case folder is named after what it shows and holds
     arguments        the arguments, one a line, "@PPD@" for the path of input.ppd and "@DIR@" for the case folder; none:
                      the URI socket://192.0.2.10:9100 and the PPD; an empty file: no arguments at all
     library          the word "absent" when no device-model library may be found
+    capture          the word "fails" when the snapshot cannot be used, but the run does not need it
     expected.ppd     the bytes on standard output (none when nothing may be written)
     expected.status  the exit status
     expected.log     the messages of the diagnostic build, "@TOOL@" for the tool and "@PPD@" for the PPD
@@ -61,7 +62,7 @@ def library_of(options):
 
 def difference(name, expected, actual):
     def lines(data):
-        return [repr(line) for line in data.splitlines(keepends=True)]
+        return [repr(line) for line in data.splitlines(keepends=True)] if isinstance(data, bytes) else [repr(data)]
     return "\n".join(difflib.unified_diff(lines(expected), lines(actual), f"expected {name}", f"actual {name}", lineterm=""))
 
 
@@ -114,8 +115,8 @@ class Runner:
             snapshot = pathlib.Path(folder) / "snapshot.json"
             captured = subprocess.run([os.fsencode(self.capture), b"--", *device], env=environment, capture_output=True,
                                       timeout=60, check=False)
-            if captured.returncode != 0:  # no library, a snapshot that cannot be used, or a URI that is no text
-                return [] if captured.returncode in (1, 2) and captured.stderr and not captured.stdout else ["captured badly"]
+            if captured.returncode != 0:
+                return self.check_refused(case, device, captured)
             snapshot.write_bytes(captured.stdout)
             environment["QZVORANTISMODEL_SNAPSHOT"] = str(snapshot)
             environment.update(library_of(self.options))
@@ -123,6 +124,18 @@ class Runner:
                                     capture_output=True, timeout=60, check=False)
         return check("status, replayed", read(case / "expected.status"), b"%d\n" % result.returncode) + \
             check("output, replayed", read(case / "expected.ppd") or b"", result.stdout)
+
+    @staticmethod
+    def check_refused(case, device, captured):
+        """Only a device that nobody can know is not captured; what is wrong is said."""
+        def is_text(argument):
+            return argument.decode(errors="replace").encode() == argument
+        unusable = (case / "library").exists() or (case / "capture").exists() or read(case / "expected.status") == b"1\n"
+        problems = check("status, captured", 1 if all(map(is_text, device)) else 2, captured.returncode)
+        problems += check("nothing, captured", b"", captured.stdout)
+        if not unusable and all(map(is_text, device)) or not captured.stderr:
+            problems.append(f"not captured: {captured.stderr!r}")
+        return problems
 
     def check_explained(self, case, arguments):
         """The program that explains a run must do the same run: the same status and the same bytes."""

@@ -134,8 +134,7 @@ DeviceValue propertiesOf(const DeviceModelLibrary::ServiceInfoSpec& spec) {
 }  // namespace
 
 bool FrameworkDeviceModelLibrary::isAvailable() {
-  const AutoreleasePool pool;
-  return NSClassFromString(@"AVMDataStoreFactory") != Nil;
+  return guarded([] { return NSClassFromString(@"AVMDataStoreFactory") != Nil; });
 }
 
 bool FrameworkDeviceModelLibrary::offersServiceInfoWithSpec() {

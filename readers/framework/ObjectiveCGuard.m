@@ -15,12 +15,30 @@ static char* copyOfText(NSString* text) {
   return copy;
 }
 
+/* A member of a user info: texts and numbers as they are, of all else the class only, since it may hold itself. */
+static NSString* memberDescription(id member) {
+  const BOOL isPlain = [member isKindOfClass:[NSString class]] || [member isKindOfClass:[NSNumber class]];
+  return isPlain ? [member description] : NSStringFromClass([member class]);
+}
+
+static NSString* userInfoDescription(NSDictionary* userInfo) {
+  if (userInfo == nil) return nil;
+  NSMutableString* text = [NSMutableString stringWithString:@"{"];
+  NSEnumerator* keys = [userInfo keyEnumerator];
+  id key;
+  while ((key = [keys nextObject]) != nil) {
+    [text appendFormat:@"%@ = %@; ", memberDescription(key), memberDescription([userInfo objectForKey:key])];
+  }
+  [text appendString:@"}"];
+  return text;
+}
+
 /* An exception may be of a class whose own operations throw; what was learnt until then is kept. */
 static void describeException(NSException* exception, ATCaughtException* caught) {
   @try {
     caught->name = copyOfText([exception name]);
     caught->reason = copyOfText([exception reason]);
-    caught->userInfo = copyOfText([[exception userInfo] description]);
+    caught->userInfo = copyOfText(userInfoDescription([exception userInfo]));
   } @catch (id second) {
     (void)second;
   }
@@ -30,7 +48,7 @@ static void describeException(NSException* exception, ATCaughtException* caught)
 static void describeObject(id object, ATCaughtException* caught) {
   @try {
     caught->name = copyOfText(NSStringFromClass([object class]));
-    caught->reason = copyOfText([object description]);
+    caught->reason = copyOfText(memberDescription(object));
   } @catch (id second) {
     (void)second;
   }

@@ -13,13 +13,11 @@
 /// keys. For Objective-C++ only.
 namespace PropertyList {
 
-/// How large a property list may be, in bytes of text and a constant for each value and each key: as large as a
-/// snapshot that the stored library reads. Only a library gone wrong has more: an enumerator without an end, or lists
-/// that hold one another so often that they cannot be written out.
+/// How large a property list may be: kSizeOfValue for each value and each key, and the bytes of its texts. Only a
+/// library gone wrong has more: an enumerator without an end, or lists that hold one another so often that they cannot
+/// be written out.
 inline constexpr std::size_t kLargestSize = std::size_t{64} << 20;
 inline constexpr std::size_t kSizeOfValue = 16;
-/// How deeply the values may be nested, as in the library's C interface.
-inline constexpr int kDeepestNesting = 64;
 
 /// Values of our own, with nothing shared between places; nil is absent. A map's entries come in the order in which
 /// its enumerator visits them. Throws ATException for an object of another kind, a key that is no string, a text that

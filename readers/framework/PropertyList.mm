@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "readers/framework/PropertyList.h"
 
+#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <string>
@@ -8,11 +9,12 @@
 
 #include "base/ATException.h"
 #include "base/Text.h"
+#include "readers/DeviceModelLibrary.h"
 
 namespace {
 
-ATException unusable(std::string reason) {
-  return {"ATDeviceModelLibraryException", "the device-model library gave " + std::move(reason)};
+ATException unusable(const std::string& what) {
+  return ATException::libraryFailure("the device-model library gave " + what);
 }
 
 std::string classNameOf(id object) {
@@ -28,6 +30,8 @@ DeviceValue numberOf(NSNumber* number) {
   if (isBoolean(number)) return [number boolValue] != NO;
   switch (*[number objCType]) {
     case 'f':
+      // The number that is meant: 0.1 and not the 0.10000000149011612 that is nearest to it.
+      return std::strtod([[number stringValue] UTF8String], nullptr);
     case 'd':
       return [number doubleValue];
     case 'L':
@@ -60,7 +64,7 @@ class Reader {
   }
 
   static void checkNesting(int nesting) {
-    if (nesting >= PropertyList::kDeepestNesting) throw unusable("values that are nested too deeply");
+    if (nesting >= DeviceModelLibrary::kDeepestNesting) throw unusable("values that are nested too deeply");
   }
 
   std::string readText(NSString* text) {

@@ -124,9 +124,12 @@ static void keepSpec(NSDictionary* spec) {
   snprintf(lastSpec, sizeof lastSpec, "%s", [text UTF8String]);
 }
 
+/* As strict as a framework may be: what is no service information of its own is an exception. */
 static QZVMServiceInfo* handleOf(AVMServiceInfo* info) {
+  if (![info isKindOfClass:NSClassFromString(@"AVMServiceInfo")]) {
+    [NSException raise:NSInvalidArgumentException format:@"no service information: %@", [info class]];
+  }
 #ifdef AVM_WITHOUT_SERVICE_INFO
-  (void)info;
   return NULL; /* nobody has one */
 #else
   return info->handle_;

@@ -205,7 +205,7 @@ static id numberNamed(NSString* name) {
   if ([name isEqualToString:@"unsigned"]) return [NSNumber numberWithUnsignedLongLong:UINT64_MAX];
   if ([name isEqualToString:@"small-unsigned"]) return [NSNumber numberWithUnsignedLongLong:9];
   if ([name isEqualToString:@"real"]) return [NSNumber numberWithDouble:2.5];
-  if ([name isEqualToString:@"float"]) return [NSNumber numberWithFloat:0.5F];
+  if ([name isEqualToString:@"float"]) return [NSNumber numberWithFloat:0.1F];
   if ([name isEqualToString:@"decimal"]) return [NSDecimalNumber decimalNumberWithString:@"1.25"];
   return nil;
 }
@@ -272,6 +272,16 @@ static id mapNamed(NSString* name) {
   return nil;
 }
 
+/* An exception whose user info holds a map that holds itself. */
+static NSException* cyclicException(void) {
+  static NSException* exception;
+  if (exception == nil) {
+    NSDictionary* info = [NSDictionary dictionaryWithObject:cyclicMap() forKey:@"map"];
+    exception = [[NSException alloc] initWithName:@"AVMCyclicException" reason:@"see its user info" userInfo:info];
+  }
+  return exception;
+}
+
 static void throwNamed(NSString* name) {
   if ([name isEqualToString:@"throw"]) {
     NSDictionary* info = [NSDictionary dictionaryWithObject:@"4711" forKey:@"code"];
@@ -280,6 +290,8 @@ static void throwNamed(NSString* name) {
   if ([name isEqualToString:@"throw-bare"])
     [[AVMBareException exceptionWithName:@"AVMBareException" reason:nil userInfo:nil] raise];
   if ([name isEqualToString:@"throw-surrogate"]) [NSException raise:@"AVMTextException" format:@"%@", loneSurrogate()];
+  if ([name isEqualToString:@"throw-cyclic"]) [cyclicException() raise];
+  if ([name isEqualToString:@"throw-map"]) @throw cyclicMap();
   if ([name isEqualToString:@"throw-text"]) @throw @"a text that was thrown";
   if ([name isEqualToString:@"throw-hostile"]) {
     @throw [[[AVMHostileException alloc] initWithName:@"x" reason:@"y" userInfo:nil] autorelease];

@@ -44,7 +44,7 @@ LACKING = [
 # never asked).
 MEDIA_CHAIN = ["defaultSystemDataStoreFactory", "registeredStoreForServiceInfo:", "itemForKey:", "representedObject"]
 STATUS_CHAIN = ["newStatusFactory", "interfaceForProtocol:serviceInfo:", "deviceFamilyName"]
-EXCEPTIONS = ["throw", "throw-bare", "throw-surrogate", "throw-text", "throw-hostile"]
+EXCEPTIONS = ["throw", "throw-bare", "throw-surrogate", "throw-text", "throw-hostile", "throw-cyclic", "throw-map"]
 OTHER_KINDS = ["object", "date", "data", "null", "url", "class", "hostile-object"]
 TEXTS_AND_NUMBERS = ["text", "yes", "real", "unsigned", "list", "nested-64"]
 NO_END = ["cyclic-map", "cyclic-list", "shared", "endless-map", "endless-map-of-nothing", "throwing-map"]
@@ -53,7 +53,7 @@ ANSWERS = [
     ("respondsToSelector:", "nil", "no media", "first set"),
     ("respondsToSelector:", "throw", "failure", "failure"),
     ("serviceInfoWithSpec:", "nil", "no media", "second set"),
-    *[("serviceInfoWithSpec:", answer, "failure", "failure") for answer in EXCEPTIONS],
+    *[("serviceInfoWithSpec:", answer, "failure", "failure") for answer in EXCEPTIONS + OTHER_KINDS],
     *[(step, "nil", "no media", None) for step in MEDIA_CHAIN],
     *[(step, answer, "failure", None) for step in MEDIA_CHAIN for answer in EXCEPTIONS + OTHER_KINDS],
     *[("representedObject", answer, "failure", None) for answer in TEXTS_AND_NUMBERS + NO_END + UNUSABLE],
@@ -66,6 +66,12 @@ ANSWERS = [
     ("deviceFamilyName", "text", None, "second set"),
     ("deviceFamilyName", "empty-text", None, "second set"),
     ("deviceFamilyName", "text-with-zero", None, "second set"),
+]
+
+# The same of a framework that has no serviceInfoWithSpec:.
+OLDER_ANSWERS = [
+    ("serviceInfoWithURI:", "nil", "no media", "second set"),
+    *[("serviceInfoWithURI:", answer, "failure", "failure") for answer in EXCEPTIONS + OTHER_KINDS],
 ]
 
 
@@ -129,6 +135,8 @@ def main():
         runner.run(framework, "", media, commands)
     for operation, answer, media, commands in ANSWERS:
         runner.run("Whole", f"{operation} {answer}", media, commands)
+    for operation, answer, media, commands in OLDER_ANSWERS:
+        runner.run("WITHOUT_SPEC", f"{operation} {answer}", media, commands)
     runner.run_large()
     print(f"{runner.passed} passed, {runner.failed} failed")
     return 1 if runner.failed else 0

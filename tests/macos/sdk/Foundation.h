@@ -77,6 +77,8 @@ __attribute__((objc_root_class))
 
 @interface NSMutableString : NSString
 + (instancetype)string;
++ (instancetype)stringWithString:(NSString*)string;
+- (void)appendString:(NSString*)string;
 - (void)appendFormat:(NSString*)format, ... __attribute__((format(__NSString__, 1, 2)));
 @end
 
@@ -98,6 +100,7 @@ __attribute__((objc_root_class))
 - (BOOL)boolValue;
 - (long long)longLongValue;
 - (unsigned long long)unsignedLongLongValue;
+- (NSString*)stringValue;
 - (double)doubleValue;
 @end
 
