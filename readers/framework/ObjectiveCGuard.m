@@ -3,14 +3,13 @@
 
 #import <Foundation/Foundation.h>
 #include <stdlib.h>
-#include <string.h>
 
 /* Lossy, because a text that cannot be told exactly is better than none. */
 static char* copyOfText(NSString* text) {
   NSData* bytes = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
   char* copy = bytes == nil ? NULL : malloc([bytes length] + 1);
   if (copy == NULL) return NULL;
-  if ([bytes length] > 0) memcpy(copy, [bytes bytes], [bytes length]);
+  [bytes getBytes:copy length:[bytes length]];
   copy[[bytes length]] = '\0';
   return copy;
 }

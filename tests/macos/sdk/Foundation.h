@@ -85,6 +85,7 @@ __attribute__((objc_root_class))
 @interface NSData : NSObject
 + (instancetype)dataWithBytes:(const void*)bytes length:(NSUInteger)length;
 - (const void*)bytes;
+- (void)getBytes:(void*)buffer length:(NSUInteger)length;
 - (NSUInteger)length;
 @end
 
