@@ -43,6 +43,9 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
   bool parse_error(std::size_t position, const std::string& /*token*/,
                    const nlohmann::detail::exception& error) override {
     error_ = error.what();
+    // It quotes the text up to the error, which may be a byte that is no UTF-8; an error's text must be UTF-8.
+    std::replace_if(
+        error_.begin(), error_.end(), [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; }, '?');
     errorPosition_ = position;
     return false;
   }

@@ -9,9 +9,11 @@
 using snapshot::Error;
 using snapshot::parseJSON;
 using snapshot::Value;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 
 namespace {
@@ -218,6 +220,10 @@ TEST(SnapshotJSON, LoneSurrogateIsAnErrorWithTheLine) {
 TEST(SnapshotJSON, TextThatIsNotUTF8IsAnErrorWithTheLine) {
   expectErrorsWithTheLine({"\"\xFF\"", "\"a\x80\"", "\"\xC0\xAF\"", "\"\xED\xA0\x80\"", "\"\xF4\x90\x80\x80\"",
                            "\"\xE2\x82\"", "\xFF", "{\"\xFF\": 1}"});
+}
+
+TEST(SnapshotJSON, ErrorQuotesNoByteThatIsNotUTF8) {
+  EXPECT_THAT(errorOf("\"canv\xE4s\""), AllOf(HasSubstr("canv?"), Not(HasSubstr("\xE4"))));
 }
 
 TEST(SnapshotJSON, ZeroByteIsAnErrorWithTheLine) {
