@@ -17,15 +17,22 @@ class ATOpenLogFileTest : public testing::Test {
  protected:
   ATOpenLogFileTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 
+  // Ends the process, which takes no object apart.
+  [[noreturn]] void end(int status) {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_.path(), ignored);
+    std::_Exit(status);
+  }
+
+  // Ends the process: with status 0 when the file has these contents.
+  [[noreturn]] void endWithContents(const std::string& path, const std::string& expected) {
+    const std::string contents = contentsOfFile(path);
+    if (contents != expected) std::fprintf(stderr, "the file holds: %s\n", contents.c_str());
+    end(contents == expected ? 0 : 1);
+  }
+
   TemporaryFolder folder_;
 };
-
-// Ends the process: with status 0 when the file has these contents.
-[[noreturn]] void exitWithContents(const std::string& path, const std::string& expected) {
-  const std::string contents = contentsOfFile(path);
-  if (contents != expected) std::fprintf(stderr, "the file holds: %s\n", contents.c_str());
-  std::_Exit(contents == expected ? 0 : 1);
-}
 
 }  // namespace
 
@@ -34,7 +41,7 @@ TEST_F(ATOpenLogFileTest, OpensAFileThatExistsAndEmptiesIt) {
       {
         const std::string path = folder_.file("log", "old messages\n");
         ATOpenLogFile(path.c_str());
-        exitWithContents(path, "");
+        endWithContents(path, "");
       },
       testing::ExitedWithCode(0), "");
 }
@@ -45,7 +52,7 @@ TEST_F(ATOpenLogFileTest, MakesNoFile) {
         const std::string path = folder_.path("log");
         ATOpenLogFile(path.c_str());
         ATLogMessage("signature", "message");
-        std::_Exit(std::filesystem::exists(path) ? 1 : 0);
+        end(std::filesystem::exists(path) ? 1 : 0);
       },
       testing::ExitedWithCode(0), "");
 }
@@ -58,7 +65,7 @@ TEST_F(ATOpenLogFileTest, ReportsNoFailureAndTriesTheNextPath) {
         ATLogMessage("signature", "lost");
         ATOpenLogFile(path.c_str());
         ATLogMessage("signature", "message");
-        exitWithContents(path, "signature: message\n");
+        endWithContents(path, "signature: message\n");
       },
       testing::ExitedWithCode(0), "");
 }
@@ -73,8 +80,8 @@ TEST_F(ATOpenLogFileTest, KeepsTheFirstFile) {
         ATOpenLogFile(second.c_str());
         ATOpenLogFile(first.c_str());
         ATLogMessage("signature", "two");
-        if (contentsOfFile(second) != "untouched") std::_Exit(2);
-        exitWithContents(first, "signature: one\nsignature: two\n");
+        if (contentsOfFile(second) != "untouched") end(2);
+        endWithContents(first, "signature: one\nsignature: two\n");
       },
       testing::ExitedWithCode(0), "");
 }
@@ -83,7 +90,7 @@ TEST_F(ATOpenLogFileTest, WithoutAFileMessagesGoNowhere) {
   EXPECT_EXIT(
       {
         ATLogMessage("signature", "message");
-        std::_Exit(0);
+        end(0);
       },
       testing::ExitedWithCode(0), "^$");
 }
