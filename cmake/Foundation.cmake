@@ -18,6 +18,7 @@ set(CMAKE_OBJCXX_EXTENSIONS OFF)
 
 # What every target with Objective-C sources links. Memory is managed by hand: GNUstep's runtime here has no ARC.
 add_library(foundation INTERFACE)
+target_compile_options(foundation INTERFACE $<$<COMPILE_LANGUAGE:OBJC>:-std=c11>)
 
 # Adds the back end for the framework to a target.
 function(at_add_framework_sources target)
@@ -28,7 +29,6 @@ function(at_add_framework_sources target)
   target_link_libraries(${target} PUBLIC foundation)
 endfunction()
 
-target_compile_options(foundation INTERFACE $<$<COMPILE_LANGUAGE:OBJC>:-std=c11>)
 if(APPLE)
   target_link_libraries(foundation INTERFACE "-framework Foundation" objc)
   return()
