@@ -1,4 +1,4 @@
-# A program that is installed: its sources come from its folder, the C++ runtime with it.
+# A program that is installed: main.cpp of its folder, with the libraries that it is given.
 include(GNUInstallDirs)
 
 function(at_add_program name)
