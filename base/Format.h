@@ -3,16 +3,17 @@
 
 #include <fmt/format.h>
 
+#include <concepts>
 #include <optional>
-#include <string>
+#include <string_view>
 
 #include "base/Text.h"
 
 /// An absent text is formatted as "(null)", in statements and in messages alike.
-template <>
-struct fmt::formatter<std::optional<std::string>> : fmt::formatter<std::string_view> {
+template <std::convertible_to<std::string_view> String>
+struct fmt::formatter<std::optional<String>> : fmt::formatter<std::string_view> {
   template <class Context>
-  auto format(const std::optional<std::string>& text, Context& context) const {
+  auto format(const std::optional<String>& text, Context& context) const {
     return fmt::formatter<std::string_view>::format(Text::orNull(text), context);
   }
 };

@@ -68,6 +68,13 @@ inline std::size_t skip(std::string_view text, std::size_t position, CharacterCl
   return position;
 }
 
+/// The position, from `position` on, of the first character that is neither white space nor a line end, or the text's
+/// size. Nearly always it is `position`.
+inline std::size_t skipBlanks(std::string_view text, std::size_t position) {
+  const bool isPrintable = position < text.size() && text[position] > ' ' && text[position] <= '~';
+  return isPrintable ? position : skip(text, position, isBlank);
+}
+
 /// The text without the characters of the class at both ends; a part of the same storage.
 std::string_view trim(std::string_view text, CharacterClass characterClass);
 
@@ -95,6 +102,8 @@ inline bool startsWithIgnoringCase(std::string_view text, std::string_view prefi
 }
 
 /// The text, or "(null)" for an absent one: the form in which an absent value is printed everywhere.
-std::string_view orNull(const std::optional<std::string>& text);
+inline std::string_view orNull(std::optional<std::string_view> text) {
+  return text.value_or("(null)");
+}
 
 }  // namespace Text

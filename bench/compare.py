@@ -4,7 +4,7 @@
 ppdOpenFile (reads into its model), python3-cups and ppdmerge (write it back), and augeas (inserts a line).
 
 Prints a table of time and peak memory on a PPD of 300 KB, and of how many of 500 real PPDs each gives back byte for
-byte; draws time against size with gnuplot. With --output FOLDER both are written there, for docs/performance.md.
+byte; draws time against size with gnuplot. With --output FOLDER both are written there.
 """
 import argparse
 import os

@@ -2,20 +2,24 @@
 # SPDX-License-Identifier: MIT
 """Measures whole runs of the tool and prints the figures that the project watches.
 
-  floor   on a PPD of 300 KB that names no updaters, the tool's time over that of a program that only reads the file with
-          the CUPS reader and writes it back; and what each further byte costs, start-up subtracted, over what it costs
-          libcups' ppdOpenFile; and the memory above the floor program's
-  growth  the exponent with which time grows in lines, media, profiles and in what an earlier setup left, from runs of
-          four sizes each (1 is proportional)
+  floor   on a PPD of 300 KB that names no updaters, the tool's time and instructions over those of a program that only
+          reads the file with the CUPS reader and writes it back; and what each further byte costs, start-up subtracted,
+          over what it costs libcups' ppdOpenFile; and the memory above the floor program's
+  setup   on a PPD of 200 KB and a device of 200 media, with 3 profiles each and 20 languages, the tool's instructions
+          over those that ppdOpenFile spends on reading the result once, for a first setup and for one on its result;
+          and the memory above the floor program's
+  growth  the exponent with which instructions grow in lines, media, profiles and in what an earlier setup left, from
+          runs of four sizes each (1 is proportional); a quadratic share of a tenth at the largest size shows as 1.04
 
-Times are the smallest of many runs that take turns with those they are compared with. The benchmark measures and never
-fails.
+Times are the smallest of many runs that take turns with those they are compared with. Instructions are counted with
+valgrind's callgrind and are the same in each run. The benchmark measures and never fails.
 """
 import argparse
 import json
 import math
 import os
 import pathlib
+import re
 import subprocess
 import tempfile
 
@@ -78,25 +82,53 @@ class Bench:
             per_byte = (whole[0] - start[0]) / size * 1e9
             print(f"  {name:14} {whole[0] * 1e3:7.2f} ms  median {whole[1] * 1e3:7.2f} ms  processor {whole[2] * 1e3:6.2f} ms"
                   f"  start-up {start[0] * 1e3:5.2f} ms  each byte {per_byte:5.2f} ns")
-        print(f"  tool / floor program: {tool[0] / floor[0]:.3f} (medians {tool[1] / floor[1]:.3f})")
-        print(f"  each byte, tool / ppdOpenFile: {(tool[0] - tool0[0]) / (libcups[0] - libcups0[0]):.3f}")
+        print(f"  time, tool / floor program: {tool[0] / floor[0]:.3f} (medians {tool[1] / floor[1]:.3f})")
+        print(f"  time, tool / ppdOpenFile: {tool[0] / libcups[0]:.3f}")
+        print(f"  time of each byte, tool / ppdOpenFile: {(tool[0] - tool0[0]) / (libcups[0] - libcups0[0]):.3f}")
+        counted = [self.instructions(command) for command in (
+            [self.options.floor, ppd], self.tool(ppd), [self.options.ppdopenfile, ppd], self.tool(empty),
+            [self.options.ppdopenfile, small])]
+        print(f"  instructions, tool / floor program: {counted[1] / counted[0]:.3f}")
+        print(f"  instructions of each byte, tool / ppdOpenFile: "
+              f"{(counted[1] - counted[3]) / (counted[2] - counted[4]):.3f}")
         print(f"  memory above the floor program: {(tool[3] - floor[3]) / size:.2f} times the PPD's size")
 
+    def instructions(self, command, snapshot=None):
+        """How many instructions one run takes."""
+        environment = {**self.environment, **({"QZVORANTISMODEL_SNAPSHOT": str(snapshot)} if snapshot else {})}
+        counts = self.folder / "callgrind.out"
+        line = ["valgrind", "--tool=callgrind", f"--callgrind-out-file={counts}", *map(str, command)]
+        subprocess.run(line, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+        return int(re.search(r"^summary: (\d+)", counts.read_text(), re.MULTILINE).group(1))
+
+    def large_setup(self):
+        ppd, snapshot = self.setup("ATMediaTypePCL3PPDUpdater", 200, 3, plain=200_000)
+        again, _ = self.setup("ATMediaTypePCL3PPDUpdater", 200, 3, plain=200_000, twice=True)
+        size = again.stat().st_size
+        once = self.instructions([self.options.ppdopenfile, again])
+        floor = self.measure(20, [self.options.floor, ppd])[0][3]
+        print(f"a setup of 200 media with 3 profiles and 20 languages, result of {size} bytes:")
+        for name, given in (("first", ppd), ("on its result", again)):
+            counted = self.instructions(self.tool(given), snapshot)
+            memory = self.measure(20, self.tool(given), snapshot=snapshot)[0][3] - floor
+            print(f"  {name:14} instructions / ppdOpenFile of the result {counted / once:.3f}   "
+                  f"memory above the floor program / result {memory / size:.2f}")
+
     def growth(self, name, sizes, make):
-        """Prints the times for the sizes, and the exponent fitted to time above start-up."""
-        start = self.measure(20, self.tool(self.write("start.ppd", "")))[0][0]
+        """Prints the instructions for the sizes, and the exponent fitted to those above start-up."""
+        start = self.instructions(self.tool(self.write("start.ppd", "")))
         points = []
         for size in sizes:
             ppd, snapshot = make(size)
-            seconds = self.measure(self.options.growth_runs, self.tool(ppd), snapshot=snapshot)[0][0] - start
-            points.append((size, seconds))
-        exponent = fitted_exponent(points)
-        times = ", ".join(f"{size}: {seconds * 1e3:.1f} ms" for size, seconds in points)
-        print(f"  {name:44} exponent {exponent:.2f}   {times}")
+            points.append((size, self.instructions(self.tool(ppd), snapshot) - start))
+        counts = ", ".join(f"{size}: {count / 1e6:.0f}" for size, count in points)
+        print(f"  {name:44} exponent {fitted_exponent(points):.2f}   millions {counts}", flush=True)
 
-    def setup(self, updater, media, profiles=0, twice=False, statements=""):
-        """A PPD and a snapshot with so many media; twice: the PPD is the result of an earlier setup."""
+    def setup(self, updater, media, profiles=0, twice=False, statements="", plain=0):
+        """A PPD and a snapshot with so many media; twice: the PPD is the result of an earlier setup; plain: how many
+        bytes of other statements the PPD has."""
         factory = FACTORY.format(languages=LANGUAGES, updater=updater, statements=statements)
+        factory += plain_ppd(plain).split("\n", maxsplit=4)[4] if plain else ""
         ppd = self.write("setup.ppd", factory)
         snapshot = self.write("setup.json", json.dumps(snapshot_of(media, profiles)))
         if twice:
@@ -139,7 +171,7 @@ def snapshot_of(media, profiles):
 
 def fitted_exponent(points):
     xs = [math.log(size) for size, _ in points]
-    ys = [math.log(max(seconds, 1e-6)) for _, seconds in points]
+    ys = [math.log(count) for _, count in points]
     mean_x, mean_y = sum(xs) / len(xs), sum(ys) / len(ys)
     return sum((x - mean_x) * (y - mean_y) for x, y in zip(xs, ys)) / sum((x - mean_x) ** 2 for x in xs)
 
@@ -154,15 +186,15 @@ def main():
     for name in ("tool", "floor", "ppdopenfile", "measure", "library-dir"):
         parser.add_argument(f"--{name}", type=pathlib.Path, required=True)
     parser.add_argument("--runs", type=int, default=300)
-    parser.add_argument("--growth-runs", type=int, default=3)
     options = parser.parse_args()
     with tempfile.TemporaryDirectory() as folder:
         bench = Bench(options, pathlib.Path(folder))
         bench.floor()
-        print("growth (the tool's time above start-up):")
-        bench.growth("lines, no updaters", (20_000, 40_000, 80_000, 160_000),
+        bench.large_setup()
+        print("growth (the tool's instructions above start-up):")
+        bench.growth("lines, no updaters", (5_000, 10_000, 20_000, 40_000),
                      lambda n: (bench.write("lines.ppd", plain_ppd(n * 43)), None))
-        media = (500, 1000, 2000, 4000)
+        media = (250, 500, 1000, 2000)
         postscript, pcl3 = "ATMediaTypePSPPDUpdater", "ATMediaTypePCL3PPDUpdater"
         bench.growth("media, 20 languages, PostScript", media, lambda n: bench.setup(postscript, n))
         bench.growth("media again, on an earlier setup, PostScript", media, lambda n: bench.setup(postscript, n, twice=True))
@@ -172,7 +204,7 @@ def main():
                         "ATGlossyProfilePCL3PPDUpdater"):
             bench.growth(f"media again, 3 profiles, {updater[11:-10]}", media,
                          lambda n, updater=updater: bench.setup(updater, n, 3, twice=True))
-        bench.growth("factory profile statements, qualifier 1", (1000, 2000, 4000, 8000),
+        bench.growth("factory profile statements, qualifier 1", (500, 1000, 2000, 4000),
                      lambda n: bench.setup("ATMediaTypePCL3Qualifier1PPDUpdater", 1, 1, statements=factory_statements(n)))
 
 

@@ -13,35 +13,57 @@ namespace {
 using JSON = nlohmann::ordered_json;
 using Info = std::unique_ptr<DeviceModelLibrary::ServiceInfo>;
 
-JSON of(const DeviceValue& value);
-
 JSON ofNumber(double number) {
   if (!std::isfinite(number)) throw ATException::wrongType("a number that JSON cannot hold");
   return number;
 }
 
-JSON ofMap(const DeviceMap& map) {
-  JSON object = JSON::object();
-  for (const auto& [key, member] : map.entries()) object[key] = of(member);
-  return object;
-}
+// Makes JSON of values, and notes what has to be left out.
+class Converter {
+ public:
+  explicit Converter(std::vector<std::string>& leftOut) : leftOut_(leftOut) {}
 
-JSON ofList(const DeviceValue::List& list) {
-  JSON array = JSON::array();
-  for (const DeviceValue& element : list) array.push_back(of(element));
-  return array;
-}
+  JSON of(const DeviceValue& value) {
+    if (const auto* text = value.text()) return *text;
+    if (const auto* integer = value.integer()) return *integer;
+    if (const auto* integer = value.unsignedInteger()) return *integer;
+    if (const auto* number = value.real()) return ofNumber(*number);
+    if (const auto* flag = value.flag()) return *flag;
+    if (const auto list = value.list()) return ofList(*list);
+    if (const auto map = value.map()) return ofMap(*map);
+    return nullptr;
+  }
 
-JSON of(const DeviceValue& value) {
-  if (const auto* text = value.text()) return *text;
-  if (const auto* integer = value.integer()) return *integer;
-  if (const auto* integer = value.unsignedInteger()) return *integer;
-  if (const auto* number = value.real()) return ofNumber(*number);
-  if (const auto* flag = value.flag()) return *flag;
-  if (const auto list = value.list()) return ofList(*list);
-  if (const auto map = value.map()) return ofMap(*map);
-  return nullptr;
-}
+ private:
+  JSON ofMap(const DeviceMap& map) {
+    JSON::object_t object;
+    for (std::size_t index = 0; index < map.size(); ++index) {
+      const auto& [key, member] = map.entries()[index];
+      if (map.isOtherKey(index)) {
+        leftOut_.push_back("a member whose key is no text: " + key);
+      } else if (member.isOfOtherKind()) {
+        leftOut_.push_back("the member \"" + key + "\": " + member.description());
+      } else {
+        object.emplace_back(key, of(member));  // keys are unique: no look-up for each
+      }
+    }
+    return object;
+  }
+
+  JSON ofList(const DeviceValue::List& list) {
+    JSON array = JSON::array();
+    for (const DeviceValue& element : list) {
+      if (element.isOfOtherKind()) {
+        leftOut_.push_back("an element of a list: " + element.description());
+      } else {
+        array.push_back(of(element));
+      }
+    }
+    return array;
+  }
+
+  std::vector<std::string>& leftOut_;
+};
 
 // A device as the service information names it: an absent model name is the empty one.
 JSON deviceNamed(const std::string& uri, const std::optional<std::string>& modelName) {
@@ -50,7 +72,8 @@ JSON deviceNamed(const std::string& uri, const std::optional<std::string>& model
 
 class Capture {
  public:
-  Capture(DeviceModelLibrary& library, const std::string& uri) : library_(library), uri_(uri) {}
+  Capture(DeviceModelLibrary& library, const std::string& uri, std::vector<std::string>& leftOut)
+      : library_(library), uri_(uri), converter_(leftOut) {}
 
   JSON devices(const std::optional<std::string>& modelName) {
     JSON devices = JSON::array();
@@ -71,11 +94,7 @@ class Capture {
 
  private:
   Info infoFor(const std::optional<std::string>& modelName) {
-    if (!library_.offersServiceInfoWithSpec()) return library_.serviceInfoWithURI(uri_);
-    DeviceModelLibrary::ServiceInfoSpec spec;
-    if (!uri_.empty()) spec.uri = uri_;
-    spec.modelName = modelName;
-    return library_.serviceInfoWithSpec(spec);
+    return library_.serviceInfoForDevice(uri_, modelName).info;
   }
 
   void addDataStore(JSON& device, const Info& info) {
@@ -83,26 +102,28 @@ class Capture {
     if (store == nullptr) return;
     device["dataStore"] = JSON::object();
     const auto item = library_.itemForKey(store.get(), VMCustomMediaStorage);
-    if (item != nullptr) device["dataStore"][VMCustomMediaStorage] = of(library_.representedObject(item.get()));
+    if (item != nullptr)
+      device["dataStore"][VMCustomMediaStorage] = converter_.of(library_.representedObject(item.get()));
   }
 
   void addFamilyName(JSON& device, const Info& info) {
     const DeviceValue familyName = library_.deviceFamilyName(info.get());
-    if (!familyName.isAbsent()) device["deviceFamilyName"] = of(familyName);
+    if (!familyName.isAbsent()) device["deviceFamilyName"] = converter_.of(familyName);
   }
 
   DeviceModelLibrary& library_;
   const std::string& uri_;
+  Converter converter_;
 };
 
 }  // namespace
 
 std::string DeviceSnapshot::of(DeviceModelLibrary& library, const std::string& uri,
-                               const std::optional<std::string>& modelName) {
+                               const std::optional<std::string>& modelName, std::vector<std::string>& leftOut) {
   if (!library.isAvailable()) throw ATException::libraryFailure("the device-model library is not there");
   const JSON snapshot = {{"format", "vorantis-device-snapshot"},
                          {"formatVersion", 1},
                          {"offersServiceInfoWithSpec", library.offersServiceInfoWithSpec()},
-                         {"devices", Capture(library, uri).devices(modelName)}};
+                         {"devices", Capture(library, uri, leftOut).devices(modelName)}};
   return snapshot.dump(2) + "\n";
 }

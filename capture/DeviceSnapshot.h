@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "readers/DeviceModelLibrary.h"
 
@@ -11,8 +12,10 @@
 namespace DeviceSnapshot {
 
 /// Asks the library all that the tool would ask it. `modelName` is the value of the PPD's `*ModelName`, quotes
-/// included, or absent when the PPD has none. Throws ATException when the library is not there or fails, and for a
-/// value that JSON cannot hold.
-std::string of(DeviceModelLibrary& library, const std::string& uri, const std::optional<std::string>& modelName);
+/// included, or absent when the PPD has none. What a snapshot cannot hold (a date, say, or a key that is no text) is
+/// left out, and described in `leftOut`. Throws ATException when the library is not there or fails, and for a number
+/// that JSON cannot hold.
+std::string of(DeviceModelLibrary& library, const std::string& uri, const std::optional<std::string>& modelName,
+               std::vector<std::string>& leftOut);
 
 }  // namespace DeviceSnapshot

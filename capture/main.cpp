@@ -9,6 +9,7 @@
 #include <exception>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/Text.h"
 #include "capture/DeviceSnapshot.h"
@@ -57,7 +58,12 @@ int capture(int count, const char* const* arguments) {
   const auto uri = Text::fromUTF8(arguments[0]);
   const auto modelName = count > 1 ? Text::fromUTF8(arguments[1]) : std::nullopt;
   if (!uri || (count > 1 && !modelName)) return fail(kUsageError, "the arguments must be UTF-8");
-  if (print(DeviceSnapshot::of(DeviceModelLibrary::defaultLibrary(), *uri, modelName))) return 0;
+  std::vector<std::string> leftOut;
+  const std::string snapshot = DeviceSnapshot::of(DeviceModelLibrary::defaultLibrary(), *uri, modelName, leftOut);
+  for (const std::string& what : leftOut) {
+    std::fprintf(stderr, "vorantis-device-snapshot: left out, since a snapshot cannot hold it: %s\n", what.c_str());
+  }
+  if (print(snapshot)) return 0;
   return fail(1, "the snapshot cannot be written");
 }
 

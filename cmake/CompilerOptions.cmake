@@ -34,9 +34,10 @@ elseif(APPLE)
   target_link_options(at_static_runtime INTERFACE "LINKER:-dead_strip")
 endif()
 
-# A layer: a static library of all sources of its folder, allowed to use only what it links.
+# A layer: a static library of all sources of its folder and the rooms in it, allowed to use only what it links.
 function(at_add_layer name)
-  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp"
+    "${CMAKE_CURRENT_SOURCE_DIR}/*/*.cpp")
   add_library(${name} STATIC ${sources})
   target_link_libraries(${name} PUBLIC at_options ${ARGN})
   at_precompile(${name})

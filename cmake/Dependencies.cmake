@@ -1,8 +1,25 @@
 # What the tool and the stored device-model library need, from the system's packages.
-find_package(PkgConfig REQUIRED)
-find_package(Cups REQUIRED)
-find_package(fmt REQUIRED)
-find_package(nlohmann_json REQUIRED)
+
+# Finds a package, or says which Debian package has it.
+macro(at_find_package name packages)
+  find_package(${name} QUIET ${ARGN})
+  if(NOT ${name}_FOUND)
+    message(FATAL_ERROR "${name} is missing. On Debian: apt-get install ${packages}")
+  endif()
+endmacro()
+
+# The same for a pkg-config module.
+macro(at_find_module prefix module packages)
+  pkg_check_modules(${prefix} QUIET IMPORTED_TARGET ${module})
+  if(NOT ${prefix}_FOUND)
+    message(FATAL_ERROR "${module} is missing. On Debian: apt-get install ${packages}")
+  endif()
+endmacro()
+
+at_find_package(PkgConfig "pkg-config")
+at_find_package(Cups "libcups2-dev")
+at_find_package(fmt "libfmt-dev")
+at_find_package(nlohmann_json "nlohmann-json3-dev")
 
 # JSON without file paths, which nobody needs and macOS before 10.15 does not have.
 add_library(json INTERFACE)
@@ -15,7 +32,7 @@ target_link_libraries(fmt_without_locales INTERFACE fmt::fmt-header-only)
 target_compile_definitions(fmt_without_locales INTERFACE "FMT_STATIC_THOUSANDS_SEPARATOR=','")
 
 # utf8proc has a static library too, which costs no time at start-up.
-pkg_check_modules(UTF8PROC REQUIRED IMPORTED_TARGET libutf8proc)
+at_find_module(UTF8PROC libutf8proc "libutf8proc-dev")
 add_library(utf8proc INTERFACE)
 find_library(UTF8PROC_STATIC NAMES libutf8proc.a)
 if(AT_STATIC_RUNTIME AND UTF8PROC_STATIC)
@@ -26,17 +43,6 @@ else()
   target_link_libraries(utf8proc INTERFACE PkgConfig::UTF8PROC)
 endif()
 
-# uriparser has none here, and most runs do not need it: it is opened at the first URL, but for macOS.
-pkg_check_modules(URIPARSER REQUIRED IMPORTED_TARGET liburiparser)
+at_find_module(URIPARSER liburiparser "liburiparser-dev")
 add_library(uriparser INTERFACE)
-find_library(URIPARSER_STATIC NAMES liburiparser.a)
-if(AT_STATIC_RUNTIME AND URIPARSER_STATIC)
-  target_include_directories(uriparser SYSTEM INTERFACE ${URIPARSER_INCLUDE_DIRS})
-  target_link_libraries(uriparser INTERFACE "${URIPARSER_STATIC}")
-elseif(AT_STATIC_RUNTIME AND NOT APPLE)
-  file(REAL_PATH "${pkgcfg_lib_URIPARSER_uriparser}" library)
-  string(REGEX MATCH "liburiparser\\.so\\.[0-9]+" library "${library}")
-  target_compile_definitions(uriparser INTERFACE "AT_URIPARSER_LIBRARY=\"${library}\"")
-else()
-  target_link_libraries(uriparser INTERFACE PkgConfig::URIPARSER)
-endif()
+target_link_libraries(uriparser INTERFACE PkgConfig::URIPARSER)

@@ -4,31 +4,31 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/ATLog.h"
 #include "base/Text.h"
-#include "driver/ATLog.h"
-#include "ppd/ATPPDParser.h"
+#include "ppd/lines/ATPPDParser.h"
 #include "readers/ATDeviceDataReader.h"
 #include "readers/ATPPDDataReader.h"
+#include "updaters/PPDKeywords.h"
 
 namespace {
 
 constexpr const char* kRunSignature = "-[ATAutoSetupTool run]";
 
 // Writes line after line; after the first write that fails, nothing more is written. Lines that lie behind one another
-// in memory, as unchanged ones do, are written together.
-class OutputSink : public IStatementSink {
+// in memory, as unchanged ones do, are written together: one by one they would cost 4 % of a run's instructions more.
+class LineWriter {
  public:
-  explicit OutputSink(ATOutput& output) : output_(output) {}
-  void take(const StatementString& string) override {
-    const std::string_view text = string;
-    if (text.data() == waiting_.data() + waiting_.size()) {
-      waiting_ = {waiting_.data(), waiting_.size() + text.size()};
+  explicit LineWriter(ATOutput& output) : output_(output) {}
+  void write(const StatementString& string) {
+    const std::string_view line = string;
+    if (waiting_.data() + waiting_.size() == line.data()) {
+      waiting_ = {waiting_.data(), waiting_.size() + line.size()};
     } else {
       writeWaiting();
-      waiting_ = text;
+      waiting_ = line;
     }
   }
-  bool takesRuns() const override { return true; }
   /// Writes what is left; whether everything was written.
   bool finish() {
     writeWaiting();
@@ -75,7 +75,9 @@ ATAutoSetupTool::ATAutoSetupTool(std::optional<std::string> printerURI, std::str
     : printerURI_(std::move(printerURI)), PPDPath_(std::move(PPDPath)), printerID_(std::move(printerID)) {}
 
 bool ATAutoSetupTool::run(ATOutput& output) {
-  return parse() && update() && write(output);
+  if (!parse()) return false;
+  observer_->didParse(PPD_);
+  return update() && write(output);
 }
 
 bool ATAutoSetupTool::parse() {
@@ -88,36 +90,33 @@ bool ATAutoSetupTool::parse() {
 }
 
 bool ATAutoSetupTool::update() {
-  const auto updaters = updatersFactory_->updatersForPPD(PPD_);
+  const auto updaters = ATPPDUpdatersFactory::defaultFactory().updatersForPPD(PPD_, observer_->ofUpdates());
   if (updaters.empty()) return true;
   const auto reader = dataReader();
   const bool updated = std::all_of(updaters.begin(), updaters.end(),
-                                   [&](const auto& updater) { return updater->updatePPD(&PPD_, reader.get()); });
+                                   [&](const auto& updater) { return updateWith(*updater, reader.get()); });
   if (!updated) ATLog(kRunSignature, "ERROR: Updater(s) cannot update PPD file.");
-  if (updated) composeLines();
   return updated;
 }
 
-// Changed lines are composed when somebody asks for them: all of them now, so that from here on nothing but the writing
-// itself can fail and nothing is written by halves.
-void ATAutoSetupTool::composeLines() const {
-  struct : IStatementSink {
-    void take(const StatementString& /*string*/) override {}
-    bool takesRuns() const override { return true; }
-  } nowhere;
-  PPD_.giveStringsTo(nowhere);
+bool ATAutoSetupTool::updateWith(const IATPPDUpdater& updater, const IATDataReader* reader) {
+  observer_->willUpdate(PPD_);
+  const bool updated = updater.updatePPD(&PPD_, reader);
+  observer_->didUpdate(PPD_, updated);
+  return updated;
 }
 
 std::unique_ptr<IATDataReader> ATAutoSetupTool::dataReader() const {
   if (printerID_) return ATPPDDataReader::initWithPrinterID(printerID_);
-  const auto modelName = PPD_.attributeForName("ModelName");
-  return ATDeviceDataReader::initWithDeviceURI(printerURI_, modelName ? modelName->value() : std::nullopt);
+  const auto modelName = PPD_.attributeForName(PPDKeyword::modelName);
+  const auto value = modelName ? modelName->value() : std::nullopt;
+  return ATDeviceDataReader::initWithDeviceURI(printerURI_, std::optional<std::string>(value));
 }
 
 bool ATAutoSetupTool::write(ATOutput& output) const {
-  OutputSink sink(output);
-  PPD_.giveStringsTo(sink);
-  const bool succeeded = sink.finish();
+  LineWriter writer(output);
+  PPD_.giveStringsTo([&writer](const StatementString& string) { writer.write(string); });
+  const bool succeeded = writer.finish();
   if (!succeeded) ATLog(kRunSignature, "Stdout writing error.");
   return succeeded;
 }

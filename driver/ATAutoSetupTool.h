@@ -6,8 +6,9 @@
 #include <string>
 
 #include "driver/ATOutput.h"
-#include "ppd/ATPPD.h"
-#include "ppd/IATPPDParserDelegate.h"
+#include "driver/RunObserver.h"
+#include "ppd/document/ATPPD.h"
+#include "ppd/lines/IATPPDParserDelegate.h"
 #include "readers/IATDataReader.h"
 #include "updaters/ATPPDUpdatersFactory.h"
 
@@ -18,8 +19,8 @@ class ATAutoSetupTool : public IATPPDParserDelegate {
   /// number is wrong, the path is not UTF-8, or neither the URI nor the ID is.
   static std::unique_ptr<ATAutoSetupTool> initWithArgc(int argc, const char* const* argv);
 
-  /// Who makes the updaters, for a program that watches a run (not owned); the default factory unless set.
-  void setUpdatersFactory(const ATPPDUpdatersFactory& factory) { updatersFactory_ = &factory; }
+  /// Who is told what happens in the run (not owned, must outlive it); nobody unless set.
+  void setObserver(RunObserver& observer) { observer_ = &observer; }
 
   /// True when the complete PPD was handed to `output`. Nothing is written before every updater has succeeded.
   /// Programming errors and failures of the device-model library are ATExceptions.
@@ -40,7 +41,7 @@ class ATAutoSetupTool : public IATPPDParserDelegate {
   ATAutoSetupTool(std::optional<std::string> printerURI, std::string PPDPath, std::optional<std::string> printerID);
   bool parse();
   bool update();
-  void composeLines() const;
+  bool updateWith(const IATPPDUpdater& updater, const IATDataReader* reader);
   bool write(ATOutput& output) const;
   std::unique_ptr<IATDataReader> dataReader() const;
 
@@ -49,5 +50,5 @@ class ATAutoSetupTool : public IATPPDParserDelegate {
   std::optional<std::string> printerID_;
   ATPPD PPD_;
   std::optional<PPDParserError> parseError_;
-  const ATPPDUpdatersFactory* updatersFactory_ = &ATPPDUpdatersFactory::defaultFactory();
+  RunObserver* observer_ = &RunObserver::none();
 };

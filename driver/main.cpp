@@ -6,13 +6,14 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 
 #include "base/ATException.h"
+#include "base/ATLog.h"
 #include "driver/ATAutoSetupTool.h"
-#include "driver/ATLog.h"
 #include "readers/ATDeviceDataReader.h"
 
 namespace {
@@ -50,13 +51,28 @@ bool runTool(int argc, const char** argv) {
 #endif
 }
 
+void logWritingError() {
+  ATLog("-[ATAutoSetupTool run]", "Stdout writing error.");
+}
+
+// Without a standard output, its number would go to the next file that anyone opens, and the PPD into that file:
+// nothing is read.
+bool hasStandardOutput() {
+  if (fcntl(STDOUT_FILENO, F_GETFD) != -1) return true;
+  open("/dev/null", O_WRONLY);  // takes that number, unless standard input is closed as well
+  if constexpr (ATDiagnosticLog) ATOpenLogFile();
+  logWritingError();
+  return false;
+}
+
 }  // namespace
 
 int main(int argc, const char** argv) {
-  // Without a standard output, its number would go to the next file that anyone opens, and the PPD into that file.
-  if (fcntl(STDOUT_FILENO, F_GETFD) == -1) return 1;
+  if (!hasStandardOutput()) return 1;
+  std::signal(SIGXFSZ, SIG_IGN);  // a limit on the size of files is a failed write like any other
   const bool succeeded = runTool(argc, argv);
   // The last flush is the moment at which a full disk or a closed pipe shows.
   const bool flushed = std::fclose(stdout) == 0;
+  if (succeeded && !flushed) logWritingError();
   end(succeeded && flushed ? 0 : 1);
 }

@@ -11,13 +11,9 @@ namespace {
 using Kind = Report::ChangeKind;
 
 std::string textOf(const IATPPDObject& object) {
-  struct : IStatementSink {
-    std::string text;
-    void take(const StatementString& string) override { text += string.view(); }
-    bool takesRuns() const override { return true; }
-  } sink;
-  object.giveStringsTo(sink);
-  return std::move(sink.text);
+  std::string text;
+  object.giveStringsTo([&text](const StatementString& string) { text += string.view(); });
+  return text;
 }
 
 // Joins a statement that was removed and added again elsewhere with the same text: that is a cleanup and a setup which

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "explain/Report.h"
-#include "ppd/ATPPD.h"
+#include "ppd/document/ATPPD.h"
 
 /// The statements of a document at one moment. Objects keep their identity while a document is edited and their order
 /// never changes, so two such moments are compared in one pass, whatever their texts.

@@ -8,23 +8,12 @@
 #include "base/Text.h"
 #include "driver/ATAutoSetupTool.h"
 #include "explain/InputLines.h"
-#include "explain/ObservedUpdaters.h"
+#include "explain/RunRecorder.h"
 #include "explain/RunWarnings.h"
 #include "explain/Wording.h"
-#include "readers/ATCustomMediaTypesReaderImpl.h"
 #include "readers/ATDeviceDataReader.h"
 
 namespace {
-
-// The custom media reader, with what it answers recorded.
-class ObservedMediaReader : public ATCustomMediaTypesReaderImpl {
- public:
-  DeviceValue dataFromDevice(const std::string& deviceURI, const std::optional<std::string>& modelName) override {
-    DeviceValue data = ATCustomMediaTypesReaderImpl::dataFromDevice(deviceURI, modelName);
-    RunRecorder::current().didReadMedia(data);
-    return data;
-  }
-};
 
 Report::Parse failedParse(const PPDParserError& error, const InputLines& input) {
   Report::ParseFailure failure;
@@ -37,7 +26,7 @@ Report::Parse failedParse(const PPDParserError& error, const InputLines& input) 
   return parse;
 }
 
-std::string reasonOfFailure(const Report& report) {
+std::string whyNothingIsWritten(const Report& report) {
   if (report.parse && report.parse->failure) return "the PPD cannot be read";
   for (const Report::Updater& updater : report.updaters) {
     if (updater.outcome == Report::UpdaterOutcome::failed) {
@@ -48,8 +37,7 @@ std::string reasonOfFailure(const Report& report) {
 }
 
 void runTool(ATAutoSetupTool& tool, RunRecorder& recorder, ExplainedRun& run) {
-  const Observed::Factory factory;
-  tool.setUpdatersFactory(factory);
+  tool.setObserver(recorder);
   const InputLines input = InputLines::ofFile(tool.PPDPath());
   ATMemoryOutput output;
   Report& report = run.report;
@@ -58,10 +46,11 @@ void runTool(ATAutoSetupTool& tool, RunRecorder& recorder, ExplainedRun& run) {
       run.result = output.bytes();
     } else {
       if (tool.parseError()) report.parse = failedParse(*tool.parseError(), input);
-      report.failure = reasonOfFailure(report);
+      report.failure = whyNothingIsWritten(report);
     }
   } catch (const std::exception& error) {
     report.failure = std::string("an error ended the run: ") + error.what();
+    recorder.didThrow(error.what(), tool.PPD());
   }
   RunWarnings::addForInput(recorder, report, input);
   if (report.succeeded()) RunWarnings::addForResult(recorder, report, input, tool.PPD(), run.result);
@@ -73,7 +62,6 @@ ExplainedRun ExplainedRun::of(int argc, const char* const* argv) {
   ExplainedRun run;
   RunRecorder recorder(run.report);
   registerReaderImplementations();
-  ATDeviceDataReader::registerImpl(std::make_unique<ObservedMediaReader>, VMCustomMediaStorage);
 
   Report::Arguments& arguments = run.report.arguments;
   if (argc > 1) arguments.deviceURI = Text::fromUTF8(argv[1]);

@@ -1,15 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "explain/InputLines.h"
 
-#include <cups/file.h>
-
-#include <array>
-
 #include "base/Text.h"
+#include "ppd/lines/PieceReader.h"
 
 namespace {
-
-constexpr std::size_t kLineBufferSize = 256;
 
 std::string_view withoutLineEnd(std::string_view line) {
   while (line.ends_with('\n') || line.ends_with('\r')) line.remove_suffix(1);
@@ -20,12 +15,9 @@ std::string_view withoutLineEnd(std::string_view line) {
 
 InputLines InputLines::ofFile(const std::string& path) {
   std::vector<std::string> pieces;
-  if (cups_file_t* file = cupsFileOpen(path.c_str(), "r")) {
-    std::array<char, kLineBufferSize> buffer;
-    while (const std::size_t size = cupsFileGetLine(file, buffer.data(), buffer.size())) {
-      pieces.emplace_back(buffer.data(), size);
-    }
-    cupsFileClose(file);
+  if (const auto file = PieceReader::open(path)) {
+    PieceReader reader;
+    while (const auto piece = reader.next(file.get())) pieces.emplace_back(piece->view());
   }
   return InputLines(std::move(pieces));
 }

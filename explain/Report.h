@@ -8,7 +8,7 @@
 #include <vector>
 
 /// What one run of the tool did, as data. The writers (TextReport, JSONReport, HTMLReport) make a report of it; nothing
-/// in here is worked out from the updaters' rules, all of it was seen while they ran.
+/// in here is worked out from the updaters' rules: all of it was seen while they ran.
 struct Report {
   using OptionalText = std::optional<std::string>;
 
@@ -61,6 +61,7 @@ struct Report {
     Medium device;
     OptionalText choiceName;  ///< the choice that it got, or that stands for it
     OptionalText choiceCode;
+    bool lookedUp = false;   ///< a factory medium whose choice was looked for
     bool added = false;      ///< a custom medium that became a choice
     std::string notAdded;    ///< why it did not; else empty
     OptionalText parent;     ///< the choice whose properties it inherited

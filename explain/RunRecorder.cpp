@@ -7,9 +7,8 @@
 
 #include "base/Text.h"
 #include "explain/Wording.h"
-#include "readers/DeviceModelLibrary.h"
-#include "updaters/ATMediaTypePCL3PPDUpdater.h"
-#include "updaters/URLPath.h"
+#include "readers/MediaKeys.h"
+#include "updaters/PPDKeywords.h"
 
 namespace {
 
@@ -26,14 +25,13 @@ OptionalText valueOf(const DeviceValue& record, const char* key) {
 
 Report::Medium mediumOf(const DeviceValue& record) {
   Report::Medium medium;
-  medium.name = valueOf(record, "MediaName");
-  medium.ID = valueOf(record, "ID");
-  medium.categoryName = valueOf(record, "CategoryName");
-  medium.categoryID = valueOf(record, "CategoryID");
-  medium.parentID = valueOf(record, "ParentID");
-  medium.gloss = valueOf(record, "DefaultGlossEnhancer");
-  medium.custom = record.map() != nullptr && ATMediaTypePPDUpdater::isMediaTypeDataCustom(record);
-  const auto profiles = record.map() == nullptr ? nullptr : record.valueForKey("ICCProfiles").list();
+  medium.name = valueOf(record, MediaKey::name);
+  medium.ID = valueOf(record, MediaKey::ID);
+  medium.categoryName = valueOf(record, MediaKey::categoryName);
+  medium.categoryID = valueOf(record, MediaKey::categoryID);
+  medium.parentID = valueOf(record, MediaKey::parentID);
+  medium.gloss = valueOf(record, MediaKey::defaultGloss);
+  const auto profiles = record.map() == nullptr ? nullptr : record.valueForKey(MediaKey::profiles).list();
   medium.profiles = profiles == nullptr ? 0 : profiles->size();
   return medium;
 }
@@ -65,8 +63,10 @@ std::size_t countOfOptions(const ATPPDCompoundObject& compound) {
 
 // Whether updaters look for the option, so that its place matters.
 bool isLookedFor(const std::string& option, const ATPPD& ppd) {
-  if (option == "MediaType" || option == "QZGlossEnhancer" || option == "QZGlossEnhancerSimplified") return true;
-  const auto qualifier = ppd.attributeForName("cupsICCQualifier3");
+  for (const char* name : {PPDKeyword::mediaOption, PPDKeyword::glossEnhancer, PPDKeyword::simplifiedGlossEnhancer}) {
+    if (option == name) return true;
+  }
+  const auto qualifier = ppd.attributeForName(PPDKeyword::thirdQualifier);
   return !option.empty() && qualifier != nullptr && qualifier->value() == "\"" + option + "\"";
 }
 
@@ -85,6 +85,15 @@ bool isInsideWords(std::string_view ID, std::string_view code) {
   return true;
 }
 
+// The default gloss enhancer in the properties of a medium, as it stands there.
+OptionalText glossIn(std::string_view properties) {
+  static constexpr std::string_view kKey = "defaultGE=";
+  const std::size_t start = properties.find(kKey);
+  if (start == std::string_view::npos) return std::nullopt;
+  const std::string_view value = properties.substr(start + kKey.size());
+  return std::string(value.substr(0, value.find_first_of(";\"")));
+}
+
 }  // namespace
 
 void RunRecorder::didParse(const ATPPD& ppd) {
@@ -94,7 +103,9 @@ void RunRecorder::didParse(const ATPPD& ppd) {
   parse.groups = ppd.groups().size();
   parse.options = countOfOptions(ppd);
   if (const auto* languages = ppd.supportedLocalizations()) parse.languages = *languages;
-  if (const auto modelName = ppd.attributeForName("ModelName")) parse.modelName = modelName->value();
+  if (const auto modelName = ppd.attributeForName(PPDKeyword::modelName)) {
+    parse.modelName = OptionalText(modelName->value());
+  }
   for (const auto& object : ppd.PPDObjects()) {
     const auto* option = dynamic_cast<const ATPPDOption*>(object.get());
     if (option == nullptr || !isLookedFor(option->name(), ppd)) continue;
@@ -104,47 +115,14 @@ void RunRecorder::didParse(const ATPPD& ppd) {
   report_.parse = parse;
 }
 
-void RunRecorder::didNameUpdater(std::string_view name, bool known) {
+void RunRecorder::didNameUpdater(std::string_view name, bool isKnown) {
   if (name.empty()) return;
   Report::Updater updater;
   updater.name = name;
-  updater.known = known;
+  updater.known = isKnown;
   report_.updaters.push_back(std::move(updater));
-  if (known) return;
+  if (isKnown) return;
   warn("unknown-updater", fmt::format("No updater is named \"{}\"; it is skipped.", Wording::visible(name)));
-}
-
-void RunRecorder::didReadMedia(const DeviceValue& mediaList) {
-  Report::DeviceAnswer answer = report_.device.value_or(Report::DeviceAnswer());
-  answer.libraryAvailable = DeviceModelLibrary::defaultLibrary().isAvailable();
-  answer.listVersion = valueOf(mediaList, "MedaListVersion");
-  if (const auto list = mediaList.valueForKey("MediaList").list()) {
-    answer.media.emplace();
-    for (const DeviceValue& record : *list) {
-      answer.media->push_back(mediumOf(record));
-      warnOfMissingKey(record);
-    }
-  }
-  report_.device = std::move(answer);
-}
-
-// A record ends at the first thing that the device does not have, so the category behind it is lost.
-void RunRecorder::warnOfMissingKey(const DeviceValue& record) {
-  static constexpr std::pair<const char*, const char*> kKeys[] = {
-      {"MediaName", "name"}, {"ID", "ID"}, {"CategoryName", "category name"}, {"CategoryID", "category"}};
-  for (const auto& [key, what] : kKeys) {
-    if (!record.valueForKey(key).isAbsent()) continue;
-    return warn("record-incomplete",
-                fmt::format("The device gives no {} for the medium \"{}\"; its record ends there, and "
-                            "it is not taken for a custom medium.",
-                            what, Wording::visible(record.valueForKey("MediaName").description())));
-  }
-}
-
-void RunRecorder::didReadFamily(const std::string& familyCode) {
-  if (!report_.device) report_.device = Report::DeviceAnswer();
-  report_.device->libraryAvailable = DeviceModelLibrary::defaultLibrary().isAvailable();
-  report_.device->familyCode = familyCode;
 }
 
 void RunRecorder::willUpdate(const ATPPD& ppd) {
@@ -153,90 +131,135 @@ void RunRecorder::willUpdate(const ATPPD& ppd) {
   before_.emplace(ppd);
 }
 
-void RunRecorder::didUpdate(const ATPPD& ppd, Report::UpdaterOutcome outcome, const std::string& error) {
-  updater().outcome = outcome;
-  updater().error = error;
-  updater().changes = before_->to(DocumentChanges(ppd));
-  before_.reset();
-  processing_ = false;
+void RunRecorder::didUpdate(const ATPPD& ppd, bool succeeded) {
+  endUpdate(ppd, succeeded ? Report::UpdaterOutcome::succeeded : Report::UpdaterOutcome::failed);
 }
 
-void RunRecorder::didRemoveMedium(const std::string& choiceName, const ATPPD::Attributes& profiles) {
-  updater().removedMedia.push_back(choiceName);
-  for (const auto& profile : profiles) {
-    const auto parts = Text::split(*profile->spec(), ".");
-    if (parts.size() == 3 && parts[1] == choiceName) continue;
-    warn("profile-removed-for-another",
-         fmt::format("The profile {} went with the earlier medium {}, whose name its spec contains.",
-                     Wording::visible(*profile->spec()), Wording::visible(choiceName)));
+void RunRecorder::didThrow(const std::string& reason, const ATPPD& ppd) {
+  if (!before_) return;
+  updater().error = reason;
+  endUpdate(ppd, Report::UpdaterOutcome::threw);
+}
+
+void RunRecorder::endUpdate(const ATPPD& ppd, Report::UpdaterOutcome outcome) {
+  updater().outcome = outcome;
+  updater().changes = before_->to(DocumentChanges(ppd));
+  before_.reset();
+}
+
+void RunRecorder::didReadMedia(const DeviceValue& mediaList) {
+  if (mediaList.isAbsent()) return;
+  if (!report_.device) report_.device = Report::DeviceAnswer();
+  Report::DeviceAnswer& answer = *report_.device;
+  answer.listVersion = valueOf(mediaList, MediaKey::listVersion);
+  const auto list = mediaList.valueForKey(MediaKey::list).list();
+  answer.libraryAvailable = list != nullptr;
+  if (list == nullptr) return;
+  answer.media.emplace();
+  for (const DeviceValue& record : *list) {
+    answer.media->push_back(mediumOf(record));
+    warnOfMissingKey(record);
   }
 }
 
-void RunRecorder::didRestoreProfile(const ATPPD::Spec& spec) {
+// A record ends at the first thing that the device does not have, so the category behind it is lost.
+void RunRecorder::warnOfMissingKey(const DeviceValue& record) {
+  static constexpr std::pair<const char*, const char*> kKeys[] = {{MediaKey::name, "name"},
+                                                                  {MediaKey::ID, "ID"},
+                                                                  {MediaKey::categoryName, "category name"},
+                                                                  {MediaKey::categoryID, "category"}};
+  for (const auto& [key, what] : kKeys) {
+    if (!record.valueForKey(key).isAbsent()) continue;
+    return warn("record-incomplete",
+                fmt::format("The device gives no {} for the medium \"{}\"; its record ends there, and "
+                            "it is not taken for a custom medium.",
+                            what, Wording::visible(record.valueForKey(MediaKey::name).description())));
+  }
+}
+
+void RunRecorder::didReadFamily(const std::string& familyCode, bool libraryAvailable) {
+  if (!report_.device) report_.device = Report::DeviceAnswer();
+  report_.device->libraryAvailable = libraryAvailable;
+  report_.device->familyCode = familyCode;
+}
+
+void RunRecorder::willRemoveMedium(std::string_view choiceName) {
+  updater().removedMedia.emplace_back(choiceName);
+}
+
+void RunRecorder::willRemoveProfile(const ATPPDAttribute& profile, std::string_view forChoiceName) {
+  const auto parts = Text::split(*profile.spec(), ".");
+  if (parts.size() == 3 && parts[1] == forChoiceName) return;
+  warn("profile-removed-for-another",
+       fmt::format("The profile {} went with the earlier medium {}, whose name its spec contains.",
+                   Wording::visible(*profile.spec()), Wording::visible(forChoiceName)));
+}
+
+void RunRecorder::didRestoreProfile(const ATPPD::Spec& spec, bool /*madeAnew*/) {
   updater().restoredProfiles.emplace_back(Text::orNull(spec));
 }
 
-void RunRecorder::willProcess(const DeviceValue& record) {
-  if (processing_) return;
-  processing_ = true;
+void RunRecorder::willProcess(const DeviceValue& record, bool isCustom) {
   Report::MediumOutcome outcome;
   outcome.device = mediumOf(record);
+  outcome.device.custom = isCustom;
   updater().media.push_back(std::move(outcome));
 }
 
-Report::MediumOutcome& RunRecorder::medium() {
-  return processing_ ? updater().media.back() : outside_;
-}
-
-void RunRecorder::didFindChoice(const std::string& ID, const std::string& choiceName, const std::string& code) {
-  if (!isInsideWords(ID, code)) return;
-  warn("id-inside-code", fmt::format("The ID {} was found inside the code of the choice {}, which is {}.",
-                                     Wording::visible(ID), Wording::visible(choiceName), Wording::visible(code)));
-}
-
-void RunRecorder::didMakeSpec(const DeviceValue& entry, const std::string& spec, bool exists) {
-  lastEntry_ = entry.map().get();
-  profileWork_[lastEntry_] = {spec, exists, std::nullopt};
-}
-
-void RunRecorder::didMakeStatements(bool made) {
-  if (lastEntry_ != nullptr) profileWork_[lastEntry_].statementsMade = made;
-  lastEntry_ = nullptr;
-}
-
-void RunRecorder::didAddProfiles(const DeviceValue& record, bool adding) {
-  const auto profiles = record.map() == nullptr ? nullptr : record.valueForKey("ICCProfiles").list();
-  if (profiles == nullptr) return;
-  medium().profiles.clear();
-  for (const DeviceValue& entry : *profiles) {
-    if (entry.map() != nullptr) medium().profiles.push_back(outcomeOf(entry, adding));
+void RunRecorder::didSearchForID(const DeviceValue& ID, const ATPPDChoice* found) {
+  if (!medium().device.custom && medium().device.ID == described(ID)) {
+    medium().lookedUp = true;
+    medium().choiceName = found == nullptr ? std::nullopt : OptionalText(found->name());
   }
+  if (found == nullptr || !isInsideWords(*ID.text(), *found->code())) return;
+  warn("id-inside-code",
+       fmt::format("The ID {} was found inside the code of the choice {}, which is {}.", Wording::visible(*ID.text()),
+                   Wording::visible(Text::orNull(found->name())), Wording::visible(*found->code())));
 }
 
-Report::Profile RunRecorder::outcomeOf(const DeviceValue& entry, bool adding) const {
-  Report::Profile profile;
-  profile.name = valueOf(entry, "ICCName");
-  const auto url = valueOf(entry, "URL");
-  profile.path = url ? pathOfURL(*url) : std::nullopt;
-  const auto found = profileWork_.find(entry.map().get());
-  if (found != profileWork_.end()) profile.spec = found->second.spec;
+void RunRecorder::didAddMedium(const ATPPDChoice& choice, const ATPPDOption* to) {
+  medium().added = true;
+  medium().choiceName = OptionalText(choice.name());
+  if (to != nullptr) medium().choiceCode = OptionalText(choice.code());
+}
 
-  const ProfileProblem problem = ATMediaTypePCL3PPDUpdater::problemOfProfile(profile.name, profile.path);
-  if (problem != ProfileProblem::none) {
-    profile.reason = Wording::of(problem, url);
-  } else if (found == profileWork_.end()) {
-    profile.reason = "an error ended the work before this profile";
-  } else if (!adding) {
-    if (found->second.exists) profile.outcome = Report::ProfileOutcome::rewritten;
-    if (!found->second.exists) profile.reason = "the PPD has no statement of this spec to set";
-  } else if (!found->second.statementsMade) {
-    profile.reason = "the spec is longer than 40 bytes";
-  } else if (!*found->second.statementsMade) {
-    profile.reason = "a statement would be longer than 255 bytes";
-  } else {
-    profile.outcome = Report::ProfileOutcome::added;
-  }
-  return profile;
+void RunRecorder::didNotAddMedium(MediumProblem problem) {
+  medium().notAdded = Wording::of(problem);
+}
+
+void RunRecorder::didInherit(std::string_view parentName, const ATPPDAttribute::Part& properties) {
+  medium().parent = parentName;
+  medium().inherited = OptionalText(properties);
+}
+
+void RunRecorder::didSetGloss(std::string_view /*choiceName*/, std::string_view before, std::string_view after) {
+  medium().glossBefore = glossIn(before);
+  medium().glossAfter = glossIn(after);
+}
+
+Report::Profile& RunRecorder::addedOutcome(const ObservedProfile& profile) {
+  Report::Profile outcome;
+  outcome.name = profile.name;
+  outcome.path = profile.path;
+  outcome.spec = OptionalText(profile.spec);
+  medium().profiles.push_back(std::move(outcome));
+  return medium().profiles.back();
+}
+
+void RunRecorder::didAddProfile(const ObservedProfile& profile) {
+  addedOutcome(profile).outcome = Report::ProfileOutcome::added;
+}
+
+void RunRecorder::didSetProfile(const ObservedProfile& profile) {
+  addedOutcome(profile).outcome = Report::ProfileOutcome::rewritten;
+}
+
+void RunRecorder::didSkipProfile(const ObservedProfile& profile, ProfileProblem problem) {
+  addedOutcome(profile).reason = Wording::of(problem, profile.url);
+}
+
+void RunRecorder::profilesFailed(const std::string& reason) {
+  medium().profilesFailure = reason;
 }
 
 void RunRecorder::warn(const std::string& code, const std::string& text) {

@@ -1,77 +1,59 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <set>
 #include <string>
-#include <unordered_map>
 #include <utility>
-#include <vector>
 
+#include "driver/RunObserver.h"
 #include "explain/DocumentChanges.h"
 #include "explain/Report.h"
-#include "ppd/ATPPD.h"
-#include "readers/DeviceValue.h"
+#include "updaters/UpdateObserver.h"
 
-/// Collects what the watched updaters and the watched reader tell of a run. There is one run in a process, and updaters
-/// hold no state, so the recorder of the run is found through `current`.
-class RunRecorder {
+/// Makes a report of what a run and its updaters tell while they are at work.
+class RunRecorder : public RunObserver, public UpdateObserver {
  public:
-  explicit RunRecorder(Report& report) : report_(report) { current_ = this; }
-  RunRecorder(const RunRecorder&) = delete;
-  RunRecorder& operator=(const RunRecorder&) = delete;
-  ~RunRecorder() { current_ = nullptr; }
-
-  static RunRecorder& current() { return *current_; }
-
-  void didParse(const ATPPD& ppd);
-  void didNameUpdater(std::string_view name, bool known);
-  void didReadMedia(const DeviceValue& mediaList);
-  void didReadFamily(const std::string& familyCode);
-
-  /// Around one updater's work on the document.
-  void willUpdate(const ATPPD& ppd);
-  void didUpdate(const ATPPD& ppd, Report::UpdaterOutcome outcome, const std::string& error = "");
-
-  void didRemoveMedium(const std::string& choiceName, const ATPPD::Attributes& profiles);
-  void didRestoreProfile(const ATPPD::Spec& spec);
-
-  /// Around the work on one medium; what is recorded in between belongs to it. `medium` may be called outside, too.
-  void willProcess(const DeviceValue& record);
-  void didProcess() { processing_ = false; }
-  Report::MediumOutcome& medium();
-
-  /// The outcome of looking a choice up by an ID.
-  void didFindChoice(const std::string& ID, const std::string& choiceName, const std::string& code);
-
-  void didMakeSpec(const DeviceValue& entry, const std::string& spec, bool exists);
-  void didMakeStatements(bool made);
-  /// Around the adding or setting of the record's profiles.
-  void willAddProfiles() { profileWork_.clear(); }
-  void didAddProfiles(const DeviceValue& record, bool adding);
+  /// `report`, not owned, is filled as the run goes on.
+  explicit RunRecorder(Report& report) : report_(report) {}
 
   void warn(const std::string& code, const std::string& text);
 
- private:
-  // What was seen of one profile entry.
-  struct ProfileWork {
-    std::string spec;
-    bool exists = false;  // a statement of this spec, before
-    std::optional<bool> statementsMade;
-  };
-  Report::Updater& updater() { return report_.updaters[running_]; }
-  void warnOfMissingKey(const DeviceValue& record);
-  Report::Profile outcomeOf(const DeviceValue& entry, bool adding) const;
+  /// An exception ended the run; `ppd` as it was then.
+  void didThrow(const std::string& reason, const ATPPD& ppd);
 
-  inline static RunRecorder* current_ = nullptr;
+  UpdateObserver& ofUpdates() override { return *this; }
+  void didParse(const ATPPD& ppd) override;
+  void willUpdate(const ATPPD& ppd) override;
+  void didUpdate(const ATPPD& ppd, bool succeeded) override;
+
+  void didNameUpdater(std::string_view name, bool isKnown) override;
+  void didReadMedia(const DeviceValue& mediaList) override;
+  void didReadFamily(const std::string& familyCode, bool libraryAvailable) override;
+  void willRemoveMedium(std::string_view choiceName) override;
+  void willRemoveProfile(const ATPPDAttribute& profile, std::string_view forChoiceName) override;
+  void didRestoreProfile(const ATPPD::Spec& spec, bool madeAnew) override;
+  void willProcess(const DeviceValue& record, bool isCustom) override;
+  void didSearchForID(const DeviceValue& ID, const ATPPDChoice* found) override;
+  void didAddMedium(const ATPPDChoice& choice, const ATPPDOption* to) override;
+  void didNotAddMedium(MediumProblem problem) override;
+  void didInherit(std::string_view parentName, const ATPPDAttribute::Part& properties) override;
+  void didSetGloss(std::string_view choiceName, std::string_view before, std::string_view after) override;
+  void didAddProfile(const ObservedProfile& profile) override;
+  void didSetProfile(const ObservedProfile& profile) override;
+  void didSkipProfile(const ObservedProfile& profile, ProfileProblem problem) override;
+  void profilesFailed(const std::string& reason) override;
+
+ private:
+  Report::Updater& updater() { return report_.updaters[running_]; }
+  Report::MediumOutcome& medium() { return updater().media.back(); }
+  Report::Profile& addedOutcome(const ObservedProfile& profile);
+  void endUpdate(const ATPPD& ppd, Report::UpdaterOutcome outcome);
+  void warnOfMissingKey(const DeviceValue& record);
+
   Report& report_;
-  std::size_t running_ = 0;  // index of the updater at work
-  std::size_t nextKnown_ = 0;
+  std::size_t running_ = 0;    // index of the updater at work
+  std::size_t nextKnown_ = 0;  // index of the one that comes next, or of an unknown one in front of it
   std::optional<DocumentChanges> before_;
-  bool processing_ = false;
-  Report::MediumOutcome outside_;  // for what happens outside the work on any medium
-  std::unordered_map<const DeviceMap*, ProfileWork> profileWork_;
-  const DeviceMap* lastEntry_ = nullptr;
   std::set<std::pair<std::string, std::string>> warned_;
 };

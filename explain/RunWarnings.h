@@ -6,7 +6,7 @@
 #include "explain/InputLines.h"
 #include "explain/Report.h"
 #include "explain/RunRecorder.h"
-#include "ppd/ATPPD.h"
+#include "ppd/document/ATPPD.h"
 
 /// What goes wrong in practice and can be seen after a run. `ppd` is the edited document, `result` its text.
 namespace RunWarnings {

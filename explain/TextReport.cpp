@@ -149,8 +149,7 @@ class Writer {
                : coloured("!", kRed) + " " + fitted(name, kNameWidth) + " is left out");
       if (!medium.added) detail("why", medium.notAdded);
     } else {
-      paragraph("  " + fitted(name, kNameWidth) +
-                (medium.choiceName ? " is the choice " + visible(*medium.choiceName) : " has no choice"));
+      paragraph("  " + fitted(name, kNameWidth) + choiceOf(medium));
     }
     if (medium.choiceCode) detail("code", visible(*medium.choiceCode));
     if (medium.inherited) {
@@ -164,6 +163,12 @@ class Writer {
       detail("gloss", fmt::format("device {}: {} before, {} after", shown(medium.device.gloss),
                                   shown(medium.glossBefore), shown(medium.glossAfter)));
     }
+  }
+
+  // Of a factory medium.
+  static std::string choiceOf(const Report::MediumOutcome& medium) {
+    if (medium.choiceName) return " is the choice " + visible(*medium.choiceName);
+    return medium.lookedUp ? " has no choice" : " needs nothing";
   }
 
   void profile(const Report::Profile& profile) {

@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "base/Text.h"
-#include "ppd/PPDParserError.h"
+#include "ppd/lines/PPDParserError.h"
 
 namespace {
 
@@ -55,18 +55,45 @@ std::vector<std::string> Wording::visibleLines(std::string_view statement) {
   return lines;
 }
 
-std::string Wording::of(ProfileProblem problem, const std::optional<std::string>& url) {
+std::string Wording::of(MediumProblem problem) {
   switch (problem) {
-    case ProfileProblem::lengthOfName:
-      return "its name is missing, empty or longer than 80 bytes";
+    case MediumProblem::noName:
+      return "the device gives no name for it";
+    case MediumProblem::noID:
+      return "the device gives no ID for it";
+    case MediumProblem::noCode:
+      return "the updater has no code for it";
+    case MediumProblem::noChoiceName:
+      return "its choice has no name";
+    case MediumProblem::lineTooLong:
+      return "its choice statement would be longer than 255 bytes";
+    default:
+      return "";
+  }
+}
+
+std::string Wording::of(ProfileProblem problem, const std::optional<std::string>& url) {
+  static constexpr const char* kCharacters =
+      "holds a character that a statement cannot: a quote, a colon, < or >, a control character, or one beyond Latin-1";
+  switch (problem) {
+    case ProfileProblem::noName:
+      return "it has no name";
+    case ProfileProblem::emptyName:
+      return "its name is empty";
+    case ProfileProblem::nameTooLong:
+      return "its name is longer than 80 bytes";
     case ProfileProblem::charactersOfName:
-      return "its name holds a character that a statement cannot: a quote, a colon, < or >, a control character, or "
-             "one beyond Latin-1";
+      return fmt::format("its name {}", kCharacters);
     case ProfileProblem::noPath:
       return url ? fmt::format("its URL has no path by RFC 3986: {}", visible(*url)) : "it has no URL";
     case ProfileProblem::charactersOfPath:
-      return "its path holds a character that a statement cannot: a quote, a colon, < or >, a control character, or "
-             "one beyond Latin-1";
+      return fmt::format("its path {}", kCharacters);
+    case ProfileProblem::specTooLong:
+      return "the spec is longer than 40 bytes";
+    case ProfileProblem::lineTooLong:
+      return "a statement would be longer than 255 bytes";
+    case ProfileProblem::noStatement:
+      return "the PPD has no statement of this spec to set";
     default:
       return "";
   }

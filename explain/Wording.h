@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "updaters/ATMediaTypePCL3PPDUpdater.h"
+#include "updaters/UpdateObserver.h"
 
 /// Words for people, shared by the writers of reports.
 namespace Wording {
@@ -17,6 +17,9 @@ std::string visible(std::string_view text);
 
 /// The lines of a statement, each visible.
 std::vector<std::string> visibleLines(std::string_view statement);
+
+/// Why a custom medium did not become a choice.
+std::string of(MediumProblem problem);
 
 /// What keeps a profile out of a statement.
 std::string of(ProfileProblem problem, const std::optional<std::string>& url);

@@ -4,6 +4,10 @@
 // that the environment variable QZVORANTISMODEL_SNAPSHOT names, instead of from a printer. The file is read once, at
 // the first operation. What is wrong with it goes to the file named by QZVORANTISMODEL_LOG, when that is set.
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -32,18 +36,34 @@ namespace {
 
 std::string lastErrorText;
 
+// A variable of the environment; empty when it is unset, or the process has rights that its caller has not.
+const char* setting(const char* name) {
+#ifdef __APPLE__
+  const char* value = issetugid() != 0 ? nullptr : std::getenv(name);
+#else
+  const char* value = secure_getenv(name);
+#endif
+  return value == nullptr ? "" : value;
+}
+
+// The file must be there, a regular one and no link: the process may be root's.
 void writeDiagnostics(const std::string& message) {
-  const char* path = std::getenv("QZVORANTISMODEL_LOG");
-  if (path == nullptr || *path == '\0') return;
-  if (std::FILE* file = std::fopen(path, "a")) {
-    std::fprintf(file, "%s\n", message.c_str());
-    std::fclose(file);
+  const int descriptor =
+      open(setting("QZVORANTISMODEL_LOG"), O_WRONLY | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor < 0) return;
+  struct stat status;
+  std::FILE* file = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) ? fdopen(descriptor, "a") : nullptr;
+  if (file == nullptr) {
+    close(descriptor);
+    return;
   }
+  std::fprintf(file, "%s\n", message.c_str());
+  std::fclose(file);
 }
 
 Snapshot loadSnapshot() {
-  const char* path = std::getenv("QZVORANTISMODEL_SNAPSHOT");
-  if (path == nullptr || *path == '\0') return {};
+  const char* path = setting("QZVORANTISMODEL_SNAPSHOT");
+  if (*path == '\0') return {};
   try {
     return Snapshot::fromFile(path);
   } catch (const snapshot::Error& error) {

@@ -6,9 +6,10 @@
 #include <utility>
 
 #include "base/ATException.h"
-#include "driver/ATLog.h"
+#include "base/ATLog.h"
 #include "readers/DeviceModelLibrary.h"
 #include "readers/IATDataReader.h"
+#include "readers/MediaKeys.h"
 
 namespace {
 
@@ -16,26 +17,23 @@ constexpr const char* kSignature = "-[ATCustomMediaTypesReaderImpl dataFromDevic
 
 // The beginning of a record, by record key and store key; it ends at the first value that the store item lacks.
 constexpr std::array<std::pair<const char*, const char*>, 5> kRecordBeginning = {{
-    {"MediaName", "Name"},
-    {"ID", "MediumID"},
-    {"CategoryName", "CategoryName"},
-    {"CategoryID", "CategoryID"},
-    {"ICCProfiles", "ICCProfiles"},
+    {MediaKey::name, "Name"},
+    {MediaKey::ID, "MediumID"},
+    {MediaKey::categoryName, "CategoryName"},
+    {MediaKey::categoryID, "CategoryID"},
+    {MediaKey::profiles, "ICCProfiles"},
 }};
 
 std::unique_ptr<DeviceModelLibrary::ServiceInfo> serviceInfo(DeviceModelLibrary& library, const std::string& uri,
                                                              const std::optional<std::string>& modelName) {
-  if (!library.offersServiceInfoWithSpec()) {
-    auto info = library.serviceInfoWithURI(uri);
+  auto made = library.serviceInfoForDevice(uri, modelName);
+  if (made.withSpec) {
+    ATLog(kSignature, "Service info was created using serviceInfoWithSpec, URI is {}, model name is {}", uri,
+          modelName);
+  } else {
     ATLog(kSignature, "Service info was created using serviceInfoWithURI:");
-    return info;
   }
-  DeviceModelLibrary::ServiceInfoSpec spec;
-  if (!uri.empty()) spec.uri = uri;
-  if (modelName && !modelName->empty()) spec.modelName = modelName;
-  auto info = library.serviceInfoWithSpec(spec);
-  ATLog(kSignature, "Service info was created using serviceInfoWithSpec, URI is {}, model name is {}", uri, modelName);
-  return info;
+  return std::move(made.info);
 }
 
 DeviceValue storedMedia(DeviceModelLibrary& library, const DeviceModelLibrary::ServiceInfo* info) {
@@ -51,8 +49,8 @@ DeviceValue recordOfItem(const DeviceValue& item) {
     if (value.isAbsent()) break;
     record->add(recordKey, std::move(value));
   }
-  record->set("ParentID", item.valueForKey("ParentID"));
-  record->set("DefaultGlossEnhancer", item.valueForKey("PropertiesInfo").valueForKey("DefaultGlossEnhancer"));
+  record->set(MediaKey::parentID, item.valueForKey("ParentID"));
+  record->set(MediaKey::defaultGloss, item.valueForKey("PropertiesInfo").valueForKey("DefaultGlossEnhancer"));
   return record;
 }
 
@@ -85,8 +83,8 @@ DeviceValue ATCustomMediaTypesReaderImpl::dataFromDevice(const std::string& devi
   ATLog(kSignature, "Found {} custom media in VMF DataStore", media.map() ? static_cast<int>(media.map()->size()) : 0);
   ATLog(kSignature, "Media dictionary from DataStore: {}", media.description());
 
-  result->set("MedaListVersion", version);
-  result->set("MediaList", mediaList(media));
+  result->set(MediaKey::listVersion, version);
+  result->set(MediaKey::list, mediaList(media));
   return result;
 }
 

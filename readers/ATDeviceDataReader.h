@@ -20,7 +20,7 @@ class ATDeviceDataReader : public IATDataReader {
   using Implementations = std::map<std::string, ImplKind, std::less<>>;
 
   /// The registry of this process: key to implementation kind. Created empty at the first call; the program fills it
-  /// before its main routine runs (`registerReaderImplementations`).
+  /// before anything else (`registerReaderImplementations`).
   static Implementations& implementations();
   /// Registers the kind under the key in place of any earlier one.
   static void registerImpl(ImplKind kind, std::string_view forKey);

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "driver/ATLog.h"
+#include "base/ATLog.h"
 #include "readers/DeviceModelLibrary.h"
 
 DeviceValue ATDeviceFamilyNameReaderImpl::familyNameFromDevice(const std::string& deviceURI) {
@@ -13,13 +13,8 @@ DeviceValue ATDeviceFamilyNameReaderImpl::familyNameFromDevice(const std::string
     ATLog(kSignature, "QZVorantisModel framework is not loaded");
     return std::make_shared<DeviceMap>();
   }
-  if (library.offersServiceInfoWithSpec()) {
-    DeviceModelLibrary::ServiceInfoSpec spec;
-    if (!deviceURI.empty()) spec.uri = deviceURI;
-    library.serviceInfoWithSpec(spec);
-    return {};
+  if (!library.serviceInfoForDevice(deviceURI).withSpec) {
+    ATLog(kSignature, "Service info was created using serviceInfoWithURI:");
   }
-  library.serviceInfoWithURI(deviceURI);
-  ATLog(kSignature, "Service info was created using serviceInfoWithURI:");
   return {};
 }

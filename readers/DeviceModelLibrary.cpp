@@ -19,6 +19,15 @@ DeviceModelLibrary& DeviceModelLibrary::defaultLibrary() {
   return library;
 }
 
+DeviceModelLibrary::MadeServiceInfo DeviceModelLibrary::serviceInfoForDevice(
+    const std::string& uri, const std::optional<std::string>& modelName) {
+  if (!offersServiceInfoWithSpec()) return {serviceInfoWithURI(uri), false};
+  ServiceInfoSpec spec;
+  if (!uri.empty()) spec.uri = uri;
+  if (modelName && !modelName->empty()) spec.modelName = modelName;
+  return {serviceInfoWithSpec(spec), true};
+}
+
 void DeviceModelLibrary::setDefaultLibrary(DeviceModelLibrary* library) {
   replacement = library;
 }

@@ -55,6 +55,15 @@ class DeviceModelLibrary {
   virtual std::unique_ptr<ServiceInfo> serviceInfoWithSpec(const ServiceInfoSpec& spec) = 0;
   virtual std::unique_ptr<ServiceInfo> serviceInfoWithURI(const std::string& uri) = 0;
 
+  /// Service information made in the one of the two ways that the library offers. With a spec, empty or absent texts
+  /// are not given, and the reachability check is skipped; the older way takes just the URI, also an empty one.
+  struct MadeServiceInfo {
+    std::unique_ptr<ServiceInfo> info;
+    bool withSpec;
+  };
+  MadeServiceInfo serviceInfoForDevice(const std::string& uri,
+                                       const std::optional<std::string>& modelName = std::nullopt);
+
   /// The store that the system's default data store factory has for the device, or null.
   virtual std::unique_ptr<Store> registeredStoreForServiceInfo(const ServiceInfo* info) = 0;
   virtual std::unique_ptr<Item> itemForKey(const Store* store, std::string_view key) = 0;

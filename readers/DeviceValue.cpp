@@ -12,6 +12,12 @@ DeviceValue::DeviceValue(std::optional<std::string> text) {
   if (text) *this = DeviceValue(std::move(*text));
 }
 
+DeviceValue DeviceValue::ofOtherKind(std::string description) {
+  DeviceValue value;
+  value.value_ = OtherKind{std::make_shared<const std::string>(std::move(description))};
+  return value;
+}
+
 const std::string* DeviceValue::text() const {
   const auto* text = std::get_if<TextPtr>(&value_);
   return text == nullptr ? nullptr : text->get();
@@ -64,24 +70,40 @@ std::string DeviceValue::description() const {
   if (const auto* flag = std::get_if<bool>(&value_)) return *flag ? "1" : "0";
   if (const auto elements = list()) return descriptionOfList(*elements);
   if (const auto entries = map()) return descriptionOfMap(*entries);
+  if (const auto* other = std::get_if<OtherKind>(&value_)) return *other->description;
   return std::string(Text::orNull(std::nullopt));
 }
 
 void DeviceMap::set(std::string_view key, DeviceValue value) {
-  const auto found =
-      std::find_if(entries_.begin(), entries_.end(), [key](const Entry& entry) { return entry.first == key; });
-  if (value.isAbsent()) {
-    if (found != entries_.end()) entries_.erase(found);
-  } else if (found != entries_.end()) {
-    found->second = std::move(value);
+  const std::size_t index = indexOf(key);
+  if (index == entries_.size()) {
+    if (!value.isAbsent()) entries_.emplace_back(key, std::move(value));
+  } else if (!value.isAbsent()) {
+    entries_[index].second = std::move(value);
   } else {
-    entries_.emplace_back(key, std::move(value));
+    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
+    for (std::size_t& other : otherKeys_) other -= other > index ? 1 : 0;
   }
 }
 
+void DeviceMap::addOtherKey(std::string description, DeviceValue value) {
+  otherKeys_.push_back(entries_.size());
+  add(std::move(description), std::move(value));
+}
+
 DeviceValue DeviceMap::get(std::string_view key) const {
-  for (const auto& [name, value] : entries_) {
-    if (name == key) return value;
+  const std::size_t index = indexOf(key);
+  return index == entries_.size() ? DeviceValue() : entries_[index].second;
+}
+
+bool DeviceMap::isOtherKey(std::size_t index) const {
+  return std::binary_search(otherKeys_.begin(), otherKeys_.end(), index);
+}
+
+// The number of entries when there is no such key.
+std::size_t DeviceMap::indexOf(std::string_view key) const {
+  for (std::size_t index = 0; index < entries_.size(); ++index) {
+    if (entries_[index].first == key && !isOtherKey(index)) return index;
   }
-  return {};
+  return entries_.size();
 }

@@ -14,8 +14,10 @@
 class DeviceMap;
 
 /// A value that the device-model library gave: a string, an integer, a real number, a boolean, a list, a map, or
-/// absent. Lists and maps are shared by the values that are copied from one another, so a change that is made in one
-/// place is seen in the other; strings and numbers are not.
+/// absent; or of a kind that nobody here has a use for (a date, say), which is carried along: it takes its place,
+/// is formatted by its description, and is of the wrong type wherever text, a list or a map is needed. Lists and maps
+/// are shared by the values that are copied from one another, so a change that is made in one place is seen in the
+/// other; strings and numbers are not.
 class DeviceValue {
  public:
   using List = std::vector<DeviceValue>;
@@ -34,6 +36,9 @@ class DeviceValue {
   DeviceValue(MapPtr map) : value_(std::move(map)) {}                    // NOLINT(google-explicit-constructor)
   DeviceValue(std::optional<std::string> text);                          // NOLINT(google-explicit-constructor)
 
+  /// A value of a kind without a use, by its description.
+  static DeviceValue ofOtherKind(std::string description);
+
   bool isAbsent() const { return std::holds_alternative<std::monostate>(value_); }
   /// The string, list or map, or null when the value is none.
   const std::string* text() const;
@@ -44,6 +49,7 @@ class DeviceValue {
   const std::uint64_t* unsignedInteger() const { return std::get_if<std::uint64_t>(&value_); }
   const double* real() const { return std::get_if<double>(&value_); }
   const bool* flag() const { return std::get_if<bool>(&value_); }
+  bool isOfOtherKind() const { return std::holds_alternative<OtherKind>(value_); }
 
   /// Whether this is a string with these bytes. A value of another type equals no string.
   bool equals(std::string_view string) const { return text() != nullptr && *text() == string; }
@@ -63,10 +69,14 @@ class DeviceValue {
   // Texts are shared, too, so that copying a value cannot fail. A libstdc++ 12 variant that holds a std::string by
   // value is not destroyed safely when copying the string runs out of memory.
   using TextPtr = std::shared_ptr<const std::string>;
-  std::variant<std::monostate, TextPtr, std::int64_t, std::uint64_t, double, bool, ListPtr, MapPtr> value_;
+  struct OtherKind {
+    TextPtr description;
+  };
+  std::variant<std::monostate, TextPtr, std::int64_t, std::uint64_t, double, bool, ListPtr, MapPtr, OtherKind> value_;
 };
 
-/// An ordered map from key to value. Keys are unique; the order is the order of insertion.
+/// An ordered map from key to value. Keys are unique; the order is the order of insertion. A key of the library's that
+/// is no text keeps its place in the order, under its description; looking for a text does not find it.
 class DeviceMap {
  public:
   using Entry = std::pair<std::string, DeviceValue>;
@@ -75,11 +85,18 @@ class DeviceMap {
   void set(std::string_view key, DeviceValue value);
   /// Adds a key that is known not to be there yet, in constant time.
   void add(std::string key, DeviceValue value) { entries_.emplace_back(std::move(key), std::move(value)); }
+  /// Adds a key that is no text.
+  void addOtherKey(std::string description, DeviceValue value);
   DeviceValue get(std::string_view key) const;
 
   const std::vector<Entry>& entries() const { return entries_; }
+  /// Whether the key of the entry with this index is no text.
+  bool isOtherKey(std::size_t index) const;
   std::size_t size() const { return entries_.size(); }
 
  private:
+  std::size_t indexOf(std::string_view key) const;
+
   std::vector<Entry> entries_;
+  std::vector<std::size_t> otherKeys_;  // indexes of entries whose key is no text, ascending
 };

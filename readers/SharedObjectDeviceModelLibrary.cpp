@@ -2,7 +2,10 @@
 #include "readers/SharedObjectDeviceModelLibrary.h"
 
 #include <dlfcn.h>
+#include <fmt/format.h>
 
+#include <cerrno>
+#include <cstring>
 #include <utility>
 
 #include "base/ATException.h"
@@ -52,15 +55,38 @@ bool isComplete(const QZVMInterface& table) {
          table.count && table.elementAt && table.keyAt && table.valueAt && table.lastError;
 }
 
+// What keeps a library that was loaded from being used; null: nothing.
+const char* problemOf(bool hasEntryPoint, const QZVMInterface* table) {
+  if (!hasEntryPoint) return "it has no entry point";
+  if (table == nullptr) return "it gives no operations";
+  if (table->interfaceVersion != QZVM_INTERFACE_VERSION) return "it is of another interface version";
+  return isComplete(*table) ? nullptr : "it lacks operations";
+}
+
+// Whether the loader's words for a failed `dlopen` say that there is no file of this very name. It has no other way of
+// telling: of a file that cannot be opened, or of a missing library that the file needs, it says other words, or names
+// another file.
+bool saysNoSuchFile(std::string_view loaderError, const char* fileName) {
+  const std::string reason = std::string(": ") + std::strerror(ENOENT);
+  return loaderError.starts_with(std::string(fileName) + ":") && loaderError.ends_with(reason);
+}
+
+// The library's entry points, or null when there is no library. One that cannot be used is a failure: taken for absent,
+// it would cost a queue its media.
 const QZVMInterface* loadInterface(const char* fileName) {
   void* object = dlopen(fileName, RTLD_NOW | RTLD_LOCAL);
-  if (object == nullptr) return nullptr;
+  if (object == nullptr) {
+    const char* error = dlerror();
+    const std::string_view reason = error == nullptr ? "the loader gives no reason" : error;
+    if (saysNoSuchFile(reason, fileName)) return nullptr;
+    throw ATException::libraryFailure(fmt::format("the device-model library cannot be loaded: {}", reason));
+  }
   const auto entry = reinterpret_cast<decltype(&QZVorantisModelInterface)>(dlsym(object, "QZVorantisModelInterface"));
   const QZVMInterface* table = entry == nullptr ? nullptr : entry();
-  const bool usable = table != nullptr && table->interfaceVersion == QZVM_INTERFACE_VERSION && isComplete(*table);
-  if (usable) return table;
+  const char* problem = problemOf(entry != nullptr, table);
+  if (problem == nullptr) return table;
   dlclose(object);
-  return nullptr;
+  throw ATException::libraryFailure(fmt::format("{} cannot be used: {}", fileName, problem));
 }
 
 // Makes values of the tool's own from the library's.
@@ -121,7 +147,8 @@ class Reader {
 }  // namespace
 
 const QZVMInterface* SharedObjectDeviceModelLibrary::interface() {
-  if (!std::exchange(opened_, true)) interface_ = loadInterface(fileName_);
+  if (!opened_) interface_ = loadInterface(fileName_);
+  opened_ = true;
   return interface_;
 }
 

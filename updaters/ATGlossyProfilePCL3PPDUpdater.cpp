@@ -7,12 +7,11 @@
 #include <utility>
 
 #include "base/ATException.h"
-#include "driver/ATLog.h"
-#include "updaters/ErrorGuard.h"
+#include "readers/MediaKeys.h"
+#include "updaters/PPDKeywords.h"
 
 namespace {
 
-constexpr const char* kGloss = "GlossEnhancer";
 constexpr const char* kEconomyMode = "economode-ge";
 
 DeviceValue choiceForGloss(const DeviceValue& gloss) {
@@ -26,15 +25,15 @@ void convertProfiles(DeviceValue::List& profiles) {
   DeviceValue wholePage;
   bool hasEconomyMode = false;
   for (const DeviceValue& entry : profiles) {
-    const DeviceValue gloss = entry.valueForKey(kGloss);
+    const DeviceValue gloss = entry.valueForKey(MediaKey::profileGloss);
     if (gloss.isAbsent()) throw ATException::wrongType("a profile entry has no gloss value");
-    entry.map()->set(kGloss, choiceForGloss(gloss));
+    entry.map()->set(MediaKey::profileGloss, choiceForGloss(gloss));
     if (gloss.equals("FULLPAGE")) wholePage = entry;
     if (gloss.equals("INKEDAREA")) hasEconomyMode = true;
   }
   if (wholePage.isAbsent() || hasEconomyMode) return;
   auto economyMode = std::make_shared<DeviceMap>(*wholePage.map());
-  economyMode->set(kGloss, kEconomyMode);
+  economyMode->set(MediaKey::profileGloss, kEconomyMode);
   profiles.emplace_back(std::move(economyMode));
 }
 
@@ -42,7 +41,7 @@ void convertProfiles(DeviceValue::List& profiles) {
 
 ATMediaTypePPDUpdater::Record ATGlossyProfilePCL3PPDUpdater::mediaInfoByConvertDeviceData(
     const Record& record, const ATPPD& /*toPPD*/) const {
-  if (const auto profiles = record.valueForKey("ICCProfiles").list()) convertProfiles(*profiles);
+  if (const auto profiles = record.valueForKey(MediaKey::profiles).list()) convertProfiles(*profiles);
   return record.map() ? Record(std::make_shared<DeviceMap>(*record.map())) : record;
 }
 
@@ -52,30 +51,7 @@ std::string ATGlossyProfilePCL3PPDUpdater::profileSpecFromMediaData(const Record
   const std::string qualifier = mediaQualifierFromData(record, ppd).description();
   const auto properties = propertiesOfMedia(qualifier, ppd);
   const bool isGlossy = properties && isGlossyMediaWithAttributes(properties->value());
-  const bool usesGloss = isGlossy && ppd.attributeForName("cupsICCQualifier3") != nullptr;
-  const DeviceValue gloss = usesGloss ? profileInfo.valueForKey(kGloss) : DeviceValue();
+  const bool usesGloss = isGlossy && ppd.attributeForName(PPDKeyword::thirdQualifier) != nullptr;
+  const DeviceValue gloss = usesGloss ? profileInfo.valueForKey(MediaKey::profileGloss) : DeviceValue();
   return fmt::format(".{}.{}", qualifier, gloss.isAbsent() ? std::string() : gloss.description());
-}
-
-bool ATGlossyProfilePCL3PPDUpdater::addICCProfileForMediaWithData(const Record& record, ATPPD& toPPD) const {
-  bool added = false;
-  const auto reason = reasonOfFailure([&] {
-    added =
-        ATMediaTypePCL3PPDUpdater::addICCProfileForMediaWithData(mediaInfoByConvertDeviceData(record, toPPD), toPPD);
-  });
-  if (!reason) return added;
-  ATLog("-[ATGlossyProfilePCL3PPDUpdater addICCProfileForMediaWithData:toPPD:]",
-        "INFO: Cannot add profile from {}, reason: {}", record.description(), reason);
-  profilesFailedForMediaData(record, *reason);
-  return false;
-}
-
-void ATGlossyProfilePCL3PPDUpdater::setICCProfileForMediaWithData(const Record& record, ATPPD& inPPD) const {
-  const auto reason = reasonOfFailure([&] {
-    ATMediaTypePCL3PPDUpdater::setICCProfileForMediaWithData(mediaInfoByConvertDeviceData(record, inPPD), inPPD);
-  });
-  if (!reason) return;
-  ATLog("-[ATGlossyProfilePCL3PPDUpdater setICCProfileForMediaWithData:inPPD:]",
-        "INFO: Cannot set profile from {}, reason: {}", record.description(), reason);
-  profilesFailedForMediaData(record, *reason);
 }

@@ -3,17 +3,15 @@
 
 #include <string>
 
-#include "updaters/ATMediaTypePCL3PPDUpdater.h"
+#include "updaters/GuardedProfileUpdater.h"
 
 /// Serves PPDs in which glossy media have one profile for each choice of the gloss enhancer, ".<media>.<choice>". The
 /// device's gloss values become the names of those choices, and a whole-page profile serves for the economy mode too
 /// when the device has none for that.
-class ATGlossyProfilePCL3PPDUpdater : public ATMediaTypePCL3PPDUpdater {
+class ATGlossyProfilePCL3PPDUpdater : public GuardedProfileUpdater<ATMediaTypePCL3PPDUpdater> {
  public:
-  /// An error, such as an entry without a gloss value, is logged and gives false.
-  bool addICCProfileForMediaWithData(const Record& record, ATPPD& toPPD) const override;
-  /// An error is logged.
-  void setICCProfileForMediaWithData(const Record& record, ATPPD& inPPD) const override;
+  using GuardedProfileUpdater::GuardedProfileUpdater;
+
   /// The general spec, for a glossy medium in a PPD that has a `*cupsICCQualifier3` with the gloss value behind it.
   std::string profileSpecFromMediaData(const Record& record, const ProfileEntry& profileInfo,
                                        const ATPPD& ppd) const override;
@@ -22,4 +20,10 @@ class ATGlossyProfilePCL3PPDUpdater : public ATMediaTypePCL3PPDUpdater {
   /// profile list and its entries are shared with `record` and changed in place: later steps for the same medium see
   /// the converted values. Throws ATException for an entry without a gloss value.
   virtual Record mediaInfoByConvertDeviceData(const Record& record, const ATPPD& toPPD) const;
+
+ private:
+  Record adaptedRecord(const Record& record, const ATPPD& ppd) const override {
+    return mediaInfoByConvertDeviceData(record, ppd);
+  }
+  const char* className() const override { return "ATGlossyProfilePCL3PPDUpdater"; }
 };

@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "updaters/ATMediaTypePCL3PPDUpdater.h"
 
-#include <exception>
+#include <vector>
 
+#include "base/ATLog.h"
 #include "base/Format.h"
 #include "base/Text.h"
-#include "driver/ATLog.h"
-#include "ppd/PPDExtentions.h"
+#include "ppd/lines/LineComposer.h"
+#include "ppd/lines/PPDExtentions.h"
+#include "readers/MediaKeys.h"
+#include "updaters/PPDKeywords.h"
 #include "updaters/URLPath.h"
 
 namespace {
+
+constexpr const char* kAddSignature = "-[ATMediaTypePCL3PPDUpdater addICCProfileForMediaWithData:toPPD:]";
+constexpr const char* kSetSignature = "-[ATMediaTypePCL3PPDUpdater setICCProfileForMediaWithData:inPPD:]";
 
 using OptionalText = std::optional<std::string>;
 
@@ -21,40 +27,57 @@ std::string quoted(const OptionalText& text) {
   return fmt::format("\"{}\"", text);
 }
 
-OptionalText pathOfEntry(const DeviceValue& entry) {
-  return pathOf(entry.valueForKey("URL").textFor("profile URL"));
+OptionalText urlOfEntry(const DeviceValue& entry) {
+  return entry.valueForKey(MediaKey::profileURL).textFor("profile URL");
 }
 
 OptionalText nameOfEntry(const DeviceValue& entry) {
-  return entry.valueForKey("ICCName").textFor("profile name");
+  return entry.valueForKey(MediaKey::profileName).textFor("profile name");
 }
 
-// The record's profiles, or null when there are none.
-DeviceValue::ListPtr profilesOf(const DeviceValue& record) {
-  const auto profiles = record.valueForKey("ICCProfiles").list();
-  return profiles == nullptr || profiles->empty() ? nullptr : profiles;
+ProfileProblem problemOfLength(const OptionalText& name) {
+  if (name && PPDExtentions::isValidPPDTextLength(*name)) return ProfileProblem::none;
+  if (!name) return ProfileProblem::noName;
+  return name->empty() ? ProfileProblem::emptyName : ProfileProblem::nameTooLong;
 }
 
-}  // namespace
-
-ProfileProblem ATMediaTypePCL3PPDUpdater::problemOfProfile(const OptionalText& name, const OptionalText& path) {
-  if (!name || !PPDExtentions::isValidPPDTextLength(*name)) return ProfileProblem::lengthOfName;
+// The first thing that keeps a profile of this name and path out of a statement.
+ProfileProblem problemOfProfile(const OptionalText& name, const OptionalText& path) {
+  if (const ProfileProblem problem = problemOfLength(name); problem != ProfileProblem::none) return problem;
   if (!PPDExtentions::isValidPPDText(*name)) return ProfileProblem::charactersOfName;
   if (!path) return ProfileProblem::noPath;
   return PPDExtentions::isValidPPDText(*path) ? ProfileProblem::none : ProfileProblem::charactersOfPath;
 }
 
-void ATMediaTypePCL3PPDUpdater::profilesFailedForMediaData(const Record& /*record*/,
-                                                           const std::string& /*reason*/) const {}
+const std::vector<std::string>& languagesOf(const ATPPD& ppd) {
+  static const std::vector<std::string> none;
+  const auto* languages = ppd.supportedLocalizations();
+  return languages == nullptr ? none : *languages;
+}
 
-std::string ATMediaTypePCL3PPDUpdater::mediaTypeChoiceCodeWithName(const std::string& choiceName,
-                                                                   const DeviceValue& ID) const {
+void setTextOfLocalizations(const ATPPD::Spec& spec, const ATPPDAttribute::Part& text, const ATPPD& ppd) {
+  for (const auto& localization : ppd.localizationForAttributeWithName(PPDKeyword::profile, spec)) {
+    ppd.budget().spend(1, Text::orNull(text).size());
+    localization->setText(text);
+  }
+}
+
+// The record's profiles, or null when there are none.
+DeviceValue::ListPtr profilesOf(const DeviceValue& record) {
+  const auto profiles = record.valueForKey(MediaKey::profiles).list();
+  return profiles == nullptr || profiles->empty() ? nullptr : profiles;
+}
+
+}  // namespace
+
+std::optional<std::string> ATMediaTypePCL3PPDUpdater::mediaTypeChoiceCodeWithName(const std::string& choiceName,
+                                                                                  const DeviceValue& ID) const {
   return fmt::format("<</MediaType({})/QZMediaID({})>>setpagedevice", choiceName, ID.description());
 }
 
 DeviceValue ATMediaTypePCL3PPDUpdater::mediaQualifierFromData(const Record& record, const ATPPD& ppd) const {
-  DeviceValue choiceName = record.valueForKey("PPDName");
-  return choiceName.isAbsent() ? ppdNameForMediaWithID(record.valueForKey("ID"), ppd) : choiceName;
+  DeviceValue choiceName = record.valueForKey(MediaKey::choiceName);
+  return choiceName.isAbsent() ? ppdNameForMediaWithID(record.valueForKey(MediaKey::ID), ppd) : choiceName;
 }
 
 std::string ATMediaTypePCL3PPDUpdater::generalProfileSpecForMediaData(const Record& record, const ATPPD& ppd) const {
@@ -68,36 +91,35 @@ std::string ATMediaTypePCL3PPDUpdater::profileSpecFromMediaData(const Record& re
 }
 
 std::optional<ATPPD::Attributes> ATMediaTypePCL3PPDUpdater::cupsICCProfileAttributesWithName(
-    const std::optional<std::string>& name, const std::optional<std::string>& spec,
-    const std::optional<std::string>& url, const ATPPD& ppd) const {
+    const ATPPDAttribute::Part& name, const ATPPD::Spec& spec, const std::optional<std::string>& url,
+    const ATPPD& ppd) const {
   static constexpr const char* kSignature =
       "-[ATMediaTypePCL3PPDUpdater cupsICCProfileAttributesWithName:spec:url:ppd:]";
-  const std::string key = fmt::format("{} {}/{}", kProfile, spec, name);
-  const std::string line = fmt::format("*{}: {}\n", key, quoted(pathOf(url)));
-  if (!PPDExtentions::isValidPPDLineLength(line)) {
+  const std::string key = fmt::format("{} {}/{}", PPDKeyword::profile, spec, name);
+  LineComposer composer;
+  ppd.budget().spend(1, key.size());
+  if (const auto line = composer.add("*", key, ": ", quoted(pathOf(url)), "\n");
+      !PPDExtentions::isValidPPDLineLength(line)) {
     ATLog(kSignature, "INFO: Skip profile {} - line length > 256 bytes: {}", name, line);
     return std::nullopt;
   }
-  ATPPD::Attributes attributes = {ATPPDAttribute::attributeWithString(line)};
-  const auto* languages = ppd.supportedLocalizations();
-  if (languages == nullptr) return attributes;
-  for (const std::string& language : *languages) {
+  for (const std::string& language : languagesOf(ppd)) {
     if (language == "en") continue;
-    const std::string localizedLine = fmt::format("*{}.{}: \"\"\n", language, key);
-    if (!PPDExtentions::isValidPPDLineLength(localizedLine)) {
-      ATLog(kSignature, "INFO: Skip profile {}, locale {} > 256 bytes limit: {}", name, language, localizedLine);
-      return std::nullopt;
-    }
-    attributes.push_back(ATPPDAttribute::attributeWithString(localizedLine));
+    const auto line = composer.add("*", language, ".", key, ": \"\"\n");
+    ppd.budget().spend(1, line.size());
+    if (PPDExtentions::isValidPPDLineLength(line)) continue;
+    ATLog(kSignature, "INFO: Skip profile {}, locale {} > 256 bytes limit: {}", name, language, line);
+    return std::nullopt;
   }
+  ATPPD::Attributes attributes;
+  for (const StatementString& line : composer.lines()) attributes.push_back(ATPPDAttribute::attributeWithString(line));
   return attributes;
 }
 
 bool ATMediaTypePCL3PPDUpdater::addICCProfileForMediaWithData(const Record& record, ATPPD& toPPD) const {
   const auto profiles = profilesOf(record);
   if (profiles == nullptr) {
-    ATLog("-[ATMediaTypePCL3PPDUpdater addICCProfileForMediaWithData:toPPD:]", "INFO: Cannot add profile from {}",
-          record.description());
+    ATLog(kAddSignature, "INFO: Cannot add profile from {}", record.description());
     return false;
   }
   for (const ProfileEntry& entry : *profiles) addProfile(record, entry, toPPD);
@@ -105,70 +127,58 @@ bool ATMediaTypePCL3PPDUpdater::addICCProfileForMediaWithData(const Record& reco
 }
 
 void ATMediaTypePCL3PPDUpdater::addProfile(const Record& record, const ProfileEntry& entry, ATPPD& toPPD) const {
-  static constexpr const char* kSignature = "-[ATMediaTypePCL3PPDUpdater addICCProfileForMediaWithData:toPPD:]";
-  const OptionalText path = pathOfEntry(entry);
+  const OptionalText url = urlOfEntry(entry);
+  const OptionalText path = pathOf(url);
   const OptionalText name = nameOfEntry(entry);
-  if (problemOfProfile(name, path) != ProfileProblem::none) {
-    ATLog(kSignature, "INFO: Skip profile: {}", name);
-    return;
+  if (const ProfileProblem problem = problemOfProfile(name, path); problem != ProfileProblem::none) {
+    ATLog(kAddSignature, "INFO: Skip profile: {}", name);
+    return observer().didSkipProfile({url, name, path, std::nullopt}, problem);
   }
   const std::string spec = profileSpecFromMediaData(record, entry, toPPD);
   if (!PPDExtentions::isValidPPDNameLength(spec)) {
-    ATLog(kSignature, "INFO: Ignore profile {} with qualifier (> 41 bytes): {}", name, spec);
-    return;
+    ATLog(kAddSignature, "INFO: Ignore profile {} with qualifier (> 41 bytes): {}", name, spec);
+    return observer().didSkipProfile({url, name, path, spec}, ProfileProblem::specTooLong);
   }
-  const auto attributes = cupsICCProfileAttributesWithName(name, spec, *entry.valueForKey("URL").text(), toPPD);
-  if (!attributes) return;
+  const auto attributes = cupsICCProfileAttributesWithName(name, spec, url, toPPD);
+  if (!attributes) return observer().didSkipProfile({url, name, path, spec}, ProfileProblem::lineTooLong);
   for (const auto& attribute : *attributes) toPPD.addPPDAttribute(attribute);
+  observer().didAddProfile({url, name, path, spec});
 }
 
 void ATMediaTypePCL3PPDUpdater::setICCProfileForMediaWithData(const Record& record, ATPPD& inPPD) const {
   const auto profiles = profilesOf(record);
   if (profiles == nullptr) {
-    ATLog("-[ATMediaTypePCL3PPDUpdater setICCProfileForMediaWithData:inPPD:]", "INFO: Cannot set profile from {}",
-          record.description());
+    ATLog(kSetSignature, "INFO: Cannot set profile from {}", record.description());
     return;
   }
-  TextsBySpec localizedTexts;
-  std::exception_ptr error;
-  try {
-    for (const ProfileEntry& entry : *profiles) setProfile(record, entry, inPPD, localizedTexts);
-  } catch (...) {
-    error = std::current_exception();
-  }
-  for (const auto& [spec, text] : localizedTexts) setTextOfLocalizations(spec, text, inPPD);
-  if (error) std::rethrow_exception(error);
+  for (const ProfileEntry& entry : *profiles) setProfile(record, entry, inPPD);
 }
 
-void ATMediaTypePCL3PPDUpdater::setProfile(const Record& record, const ProfileEntry& entry, ATPPD& inPPD,
-                                           TextsBySpec& localizedTexts) const {
-  static constexpr const char* kSignature = "-[ATMediaTypePCL3PPDUpdater setICCProfileForMediaWithData:inPPD:]";
-  const OptionalText path = pathOfEntry(entry);
+void ATMediaTypePCL3PPDUpdater::setProfile(const Record& record, const ProfileEntry& entry, ATPPD& inPPD) const {
+  const OptionalText url = urlOfEntry(entry);
+  const OptionalText path = pathOf(url);
   const std::string spec = profileSpecFromMediaData(record, entry, inPPD);
   const OptionalText name = nameOfEntry(entry);
-  if (problemOfProfile(name, path) != ProfileProblem::none) {
-    ATLog(kSignature, "INFO: Skip profile: {}", name);
-    return;
+  if (const ProfileProblem problem = problemOfProfile(name, path); problem != ProfileProblem::none) {
+    ATLog(kSetSignature, "INFO: Skip profile: {}", name);
+    return observer().didSkipProfile({url, name, path, spec}, problem);
   }
-  const auto profile = inPPD.attributeForName(kProfile, spec);
-  if (profile == nullptr) return;
-  ATLog(kSignature, "Found factory ICC profile: {}", spec);
+  const auto profile = inPPD.attributeForName(PPDKeyword::profile, spec);
+  if (profile == nullptr) return observer().didSkipProfile({url, name, path, spec}, ProfileProblem::noStatement);
+  ATLog(kSetSignature, "Found factory ICC profile: {}", spec);
+  inPPD.budget().spend(1, name->size() + path->size());
   profile->setText(name);
   profile->setValue(quoted(path));
-  localizedTexts[spec] = *name;
-}
-
-void ATMediaTypePCL3PPDUpdater::setTextOfLocalizations(const ATPPD::Spec& spec, const std::optional<std::string>& text,
-                                                       ATPPD& inPPD) {
-  for (const auto& localization : inPPD.localizationForAttributeWithName(kProfile, spec)) localization->setText(text);
+  setTextOfLocalizations(spec, name, inPPD);
+  observer().didSetProfile({url, name, path, spec});
 }
 
 void ATMediaTypePCL3PPDUpdater::restoreFactoryICCProfilesInPPD(ATPPD& ppd) const {
-  for (const auto& factoryProfile : ppd.attributesForName(kFactoryProfile)) {
+  for (const auto& factoryProfile : ppd.attributesForName(PPDKeyword::factoryProfile)) {
     const auto wrapper =
         ATQZProfilePPDAttributeWrapper::qzProfilePPDAttributeDecoratorWithPPDAttribute(*factoryProfile);
     if (wrapper == nullptr || !wrapper->factoryPath()) continue;
-    updateCupsProfile(ppd.attributeForName(kProfile, wrapper->spec()), ppd, *wrapper);
+    updateCupsProfile(ppd.attributeForName(PPDKeyword::profile, wrapper->spec()), ppd, *wrapper);
   }
 }
 
@@ -182,13 +192,15 @@ void ATMediaTypePCL3PPDUpdater::updateCupsProfile(const ATPPD::AttributePtr& pro
   profile->setValue(quoted(path));
   profile->setText(name);
   setTextOfLocalizations(withQZProfileAttribute.spec(), name, inPPD);
+  observer().didRestoreProfile(withQZProfileAttribute.spec(), false);
 }
 
 void ATMediaTypePCL3PPDUpdater::removeInclusionsOfMediaWithID(const std::string& choiceName, ATPPD& fromPPD) const {
-  for (const auto& profile : fromPPD.attributesForNameWithSpecContaining(kProfile, choiceName)) {
-    ATLog("-[ATMediaTypePCL3PPDUpdater removeInclusionsOfMediaWithID:fromPPD:]", "Removing profile {}",
-          profile->spec());
-    for (const auto& localization : fromPPD.localizationForAttributeWithName(kProfile, profile->spec())) {
+  for (const auto& profile : fromPPD.attributesForName(PPDKeyword::profile, choiceName)) {
+    const auto spec = profile->spec();
+    ATLog("-[ATMediaTypePCL3PPDUpdater removeInclusionsOfMediaWithID:fromPPD:]", "Removing profile {}", spec);
+    observer().willRemoveProfile(*profile, choiceName);
+    for (const auto& localization : fromPPD.localizationForAttributeWithName(PPDKeyword::profile, spec)) {
       fromPPD.removePPDAttribute(localization);
     }
     fromPPD.removePPDAttribute(profile);

@@ -1,22 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "updaters/ATMediaTypePPDUpdater.h"
 #include "updaters/ATQZProfilePPDAttributeWrapper.h"
-
-/// Why a profile of the device cannot stand in a statement.
-enum class ProfileProblem {
-  none,
-  lengthOfName,      ///< the name is absent, empty or longer than 80 bytes
-  charactersOfName,  ///< the name holds a quote, a colon, an angle bracket, or no Latin-1 character
-  noPath,            ///< the URL is absent or no RFC 3986 URI with a path
-  charactersOfPath,  ///< the same as for the name
-};
 
 /// The custom media type updater of PCL3 PPDs. In addition to the media choices it gives every medium colour profile
 /// statements, `*cupsICCProfile ColorModel.MediaType.Resolution/Text: "file"`, from the device's profile list; puts
@@ -27,6 +16,7 @@ enum class ProfileProblem {
 /// the name of the medium's choice; subclasses fill the other two.
 class ATMediaTypePCL3PPDUpdater : public ATMediaTypePPDUpdater {
  public:
+  using ATMediaTypePPDUpdater::ATMediaTypePPDUpdater;
   using ProfileEntry = DeviceValue;
 
   /// Gives every profile statement for which there is a factory profile statement that factory profile.
@@ -41,7 +31,8 @@ class ATMediaTypePCL3PPDUpdater : public ATMediaTypePPDUpdater {
   void removeInclusionsOfMediaWithID(const std::string& choiceName, ATPPD& fromPPD) const override;
 
   /// "<</MediaType(name)/QZMediaID(ID)>>setpagedevice", both as they stand.
-  std::string mediaTypeChoiceCodeWithName(const std::string& choiceName, const DeviceValue& ID) const override;
+  std::optional<std::string> mediaTypeChoiceCodeWithName(const std::string& choiceName,
+                                                         const DeviceValue& ID) const override;
 
   /// Adds statements for each profile that can be written; an existing statement of the same spec is not looked for.
   /// False when the record has no profiles.
@@ -52,8 +43,8 @@ class ATMediaTypePCL3PPDUpdater : public ATMediaTypePPDUpdater {
 
   /// The statements of one profile: the main one and one for each supported language but "en", with an empty value.
   /// Absent when any of their lines is longer than CUPS takes.
-  virtual std::optional<ATPPD::Attributes> cupsICCProfileAttributesWithName(const std::optional<std::string>& name,
-                                                                            const std::optional<std::string>& spec,
+  virtual std::optional<ATPPD::Attributes> cupsICCProfileAttributesWithName(const ATPPDAttribute::Part& name,
+                                                                            const ATPPD::Spec& spec,
                                                                             const std::optional<std::string>& url,
                                                                             const ATPPD& ppd) const;
 
@@ -67,22 +58,7 @@ class ATMediaTypePCL3PPDUpdater : public ATMediaTypePPDUpdater {
   /// The record's "PPDName", or else the name of the choice for its "ID"; absent without both.
   virtual DeviceValue mediaQualifierFromData(const Record& record, const ATPPD& ppd) const;
 
-  /// The first thing that keeps a profile of this name and path out of a statement.
-  static ProfileProblem problemOfProfile(const std::optional<std::string>& name,
-                                         const std::optional<std::string>& path);
-
- protected:
-  /// Hook: an error ended the adding or setting of the record's profiles, and was caught. Does nothing here.
-  virtual void profilesFailedForMediaData(const Record& record, const std::string& reason) const;
-
-  static constexpr const char* kProfile = "cupsICCProfile";
-  static constexpr const char* kFactoryProfile = "QZcupsICCProfile";
-
-  static void setTextOfLocalizations(const ATPPD::Spec& spec, const std::optional<std::string>& text, ATPPD& inPPD);
-
  private:
-  // What the localizations of profile statements are to say: collected first, since many entries may share a spec.
-  using TextsBySpec = std::map<std::string, std::string>;
   void addProfile(const Record& record, const ProfileEntry& entry, ATPPD& toPPD) const;
-  void setProfile(const Record& record, const ProfileEntry& entry, ATPPD& inPPD, TextsBySpec& localizedTexts) const;
+  void setProfile(const Record& record, const ProfileEntry& entry, ATPPD& inPPD) const;
 };

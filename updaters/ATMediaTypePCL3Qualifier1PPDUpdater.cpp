@@ -7,50 +7,58 @@
 
 #include "base/ATException.h"
 #include "base/Text.h"
-#include "driver/ATLog.h"
-#include "updaters/ErrorGuard.h"
+#include "readers/MediaKeys.h"
+#include "updaters/PPDKeywords.h"
 
 namespace {
-
-constexpr const char* kGloss = "GlossEnhancer";
 
 // The parts of a spec, or none when it is absent.
 std::vector<std::string_view> componentsOf(const ATPPD::Spec& spec) {
   return spec ? Text::split(*spec, ".") : std::vector<std::string_view>();
 }
 
+// The statements of this name whose spec has three parts and this one in the middle.
+ATPPD::Attributes withMiddlePart(const ATPPD& ppd, const char* name, const std::string& part) {
+  ATPPD::Attributes found = ppd.attributesForName(name, "." + part + ".");
+  std::erase_if(found, [&part](const auto& statement) {
+    const auto components = componentsOf(statement->spec());
+    return components.size() != 3 || components[1] != part;
+  });
+  return found;
+}
+
 void convertGloss(const DeviceValue& entry) {
-  const DeviceValue gloss = entry.valueForKey(kGloss);
+  const DeviceValue gloss = entry.valueForKey(MediaKey::profileGloss);
   if (gloss.isAbsent()) throw ATException::wrongType("a profile entry has no gloss value");
-  if (gloss.equals("OFF")) entry.map()->set(kGloss, "False");
-  if (gloss.equals("FULLPAGE")) entry.map()->set(kGloss, "True");
+  if (gloss.equals("OFF")) entry.map()->set(MediaKey::profileGloss, "False");
+  if (gloss.equals("FULLPAGE")) entry.map()->set(MediaKey::profileGloss, "True");
 }
 
 }  // namespace
 
 bool ATMediaTypePCL3Qualifier1PPDUpdater::isApplicableToPPD(const ATPPD& ppd) const {
-  return qualifierOption("cupsICCQualifier1", ppd) == "QZGlossEnhancerSimplified" &&
-         qualifierOption("cupsICCQualifier3", ppd) == "OutputMode";
+  return qualifierOption(PPDKeyword::firstQualifier, ppd) == PPDKeyword::simplifiedGlossEnhancer &&
+         qualifierOption(PPDKeyword::thirdQualifier, ppd) == PPDKeyword::outputMode;
 }
 
 ATMediaTypePPDUpdater::Record ATMediaTypePCL3Qualifier1PPDUpdater::adjustedMediaData(const Record& record,
                                                                                      const ATPPD& toPPD) const {
   const DeviceValue qualifier = mediaQualifierFromData(record, toPPD);
   if (!isApplicableToPPD(toPPD) || qualifier.textFor("media qualifier").value_or("").empty()) return record;
-  const auto profiles = record.valueForKey("ICCProfiles").list();
+  const auto profiles = record.valueForKey(MediaKey::profiles).list();
   if (profiles != nullptr) {
     for (const ProfileEntry& entry : *profiles) convertGloss(entry);
     if (profiles->size() == 1) appendOppositeFactoryProfiles(*qualifier.text(), *profiles, toPPD);
   }
-  return std::make_shared<DeviceMap>(*record.map());
+  return record.map() ? Record(std::make_shared<DeviceMap>(*record.map())) : record;
 }
 
 void ATMediaTypePCL3Qualifier1PPDUpdater::appendOppositeFactoryProfiles(const std::string& qualifier,
                                                                         DeviceValue::List& profiles,
                                                                         const ATPPD& ppd) const {
-  const DeviceValue gloss = profiles.front().valueForKey(kGloss);
+  const DeviceValue gloss = profiles.front().valueForKey(MediaKey::profileGloss);
   const char* opposite = gloss.equals("False") ? "True" : "False";
-  for (const auto& factoryProfile : ppd.attributesForNameWithSpecMiddlePart(kFactoryProfile, qualifier)) {
+  for (const auto& factoryProfile : withMiddlePart(ppd, PPDKeyword::factoryProfile, qualifier)) {
     const auto components = componentsOf(factoryProfile->spec());
     if (gloss.equals(components[0])) continue;
     const auto wrapper =
@@ -60,10 +68,10 @@ void ATMediaTypePCL3Qualifier1PPDUpdater::appendOppositeFactoryProfiles(const st
     const auto& name = wrapper->factoryProfileName();
     if (!name || name->empty()) continue;
     auto entry = std::make_shared<DeviceMap>();
-    entry->set(kGloss, opposite);
-    entry->set("URL", *path);
-    entry->set("ICCName", *name);
-    entry->set("OutputMode", std::string(components[2]));
+    entry->set(MediaKey::profileGloss, opposite);
+    entry->set(MediaKey::profileURL, *path);
+    entry->set(MediaKey::profileName, *name);
+    entry->set(MediaKey::profileOutputMode, std::string(components[2]));
     profiles.emplace_back(std::move(entry));
   }
 }
@@ -72,40 +80,18 @@ std::string ATMediaTypePCL3Qualifier1PPDUpdater::profileSpecFromMediaData(const 
                                                                           const ProfileEntry& profileInfo,
                                                                           const ATPPD& ppd) const {
   std::string spec = ATMediaTypePCL3Qualifier3PPDUpdater::profileSpecFromMediaData(record, profileInfo, ppd);
-  const DeviceValue gloss = profileInfo.valueForKey(kGloss);
-  const DeviceValue outputMode = profileInfo.valueForKey("OutputMode");
+  const DeviceValue gloss = profileInfo.valueForKey(MediaKey::profileGloss);
+  const DeviceValue outputMode = profileInfo.valueForKey(MediaKey::profileOutputMode);
   if (!gloss.isAbsent()) spec.insert(0, gloss.description());
   if (!outputMode.isAbsent()) spec += outputMode.description();
   return spec;
-}
-
-bool ATMediaTypePCL3Qualifier1PPDUpdater::addICCProfileForMediaWithData(const Record& record, ATPPD& toPPD) const {
-  bool added = false;
-  const auto reason = reasonOfFailure([&] {
-    added = ATMediaTypePCL3Qualifier3PPDUpdater::addICCProfileForMediaWithData(adjustedMediaData(record, toPPD), toPPD);
-  });
-  if (!reason) return added;
-  ATLog("-[ATMediaTypePCL3Qualifier1PPDUpdater addICCProfileForMediaWithData:toPPD:]",
-        "INFO: Cannot add profile from {}, reason: {}", record.description(), reason);
-  profilesFailedForMediaData(record, *reason);
-  return false;
-}
-
-void ATMediaTypePCL3Qualifier1PPDUpdater::setICCProfileForMediaWithData(const Record& record, ATPPD& inPPD) const {
-  const auto reason = reasonOfFailure([&] {
-    ATMediaTypePCL3Qualifier3PPDUpdater::setICCProfileForMediaWithData(adjustedMediaData(record, inPPD), inPPD);
-  });
-  if (!reason) return;
-  ATLog("-[ATMediaTypePCL3Qualifier1PPDUpdater setICCProfileForMediaWithData:inPPD:]",
-        "INFO: Cannot set profile from {}, reason: {}", record.description(), reason);
-  profilesFailedForMediaData(record, *reason);
 }
 
 void ATMediaTypePCL3Qualifier1PPDUpdater::removeSpecializedICCQualifiers(ATPPD& ppd,
                                                                          const Record& aMediaTypeData) const {
   const DeviceValue qualifier = mediaQualifierFromData(aMediaTypeData, ppd);
   if (const std::string* name = qualifier.text()) {
-    for (const auto& profile : ppd.attributesForNameWithSpecMiddlePart(kProfile, *name)) {
+    for (const auto& profile : withMiddlePart(ppd, PPDKeyword::profile, *name)) {
       ppd.removePPDAttributeWithLocalizations(profile);
     }
   }
@@ -113,7 +99,7 @@ void ATMediaTypePCL3Qualifier1PPDUpdater::removeSpecializedICCQualifiers(ATPPD& 
 }
 
 void ATMediaTypePCL3Qualifier1PPDUpdater::restoreFactoryICCProfilesInPPD(ATPPD& ppd) const {
-  for (const auto& profile : ppd.attributesForName(kProfile)) {
+  for (const auto& profile : ppd.attributesForName(PPDKeyword::profile)) {
     const auto components = componentsOf(profile->spec());
     if (components.empty() || (components[0] != "False" && components[0] != "True")) continue;
     ppd.removePPDAttributeWithLocalizations(profile);

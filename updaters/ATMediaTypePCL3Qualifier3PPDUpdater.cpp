@@ -7,7 +7,8 @@
 
 #include "base/ATException.h"
 #include "base/Text.h"
-#include "ppd/PPDExtentions.h"
+#include "ppd/lines/PPDExtentions.h"
+#include "updaters/PPDKeywords.h"
 
 std::string ATMediaTypePCL3Qualifier3PPDUpdater::twoComponentICCProfileSpecFor3ComponentSpec(
     const ATPPD::Spec& spec) const {
@@ -16,7 +17,7 @@ std::string ATMediaTypePCL3Qualifier3PPDUpdater::twoComponentICCProfileSpecFor3C
     throw ATException::outOfRange(
         "-[ATMediaTypePCL3Qualifier3PPDUpdater twoComponentICCProfileSpecFor3ComponentSpec:]");
   }
-  return spec->substr(0, lastDot + 1);
+  return std::string(spec->substr(0, lastDot + 1));
 }
 
 std::vector<std::string> ATMediaTypePCL3Qualifier3PPDUpdater::collectPossible2ComponentSpecsToRemoveWithFactoryProfiles(
@@ -37,9 +38,10 @@ std::vector<std::string> ATMediaTypePCL3Qualifier3PPDUpdater::collectPossible2Co
 }
 
 void ATMediaTypePCL3Qualifier3PPDUpdater::restoreFactoryICCProfilesInPPD(ATPPD& ppd) const {
-  const auto factoryProfiles = ppd.attributesForName(kFactoryProfile);
+  const auto factoryProfiles = ppd.attributesForName(PPDKeyword::factoryProfile);
   for (const std::string& spec : collectPossible2ComponentSpecsToRemoveWithFactoryProfiles(factoryProfiles)) {
-    if (const auto profile = ppd.attributeForName(kProfile, spec)) ppd.removePPDAttributeWithLocalizations(profile);
+    if (const auto profile = ppd.attributeForName(PPDKeyword::profile, spec))
+      ppd.removePPDAttributeWithLocalizations(profile);
   }
   ATMediaTypePCL3PPDUpdater::restoreFactoryICCProfilesInPPD(ppd);
 }
@@ -56,6 +58,7 @@ void ATMediaTypePCL3Qualifier3PPDUpdater::updateCupsProfile(
                                        withQZProfileAttribute.factoryPath(), inPPD);
   if (!attributes) return;
   for (const auto& attribute : *attributes) inPPD.addPPDAttribute(attribute);
+  observer().didRestoreProfile(withQZProfileAttribute.spec(), true);
 }
 
 std::vector<std::string> ATMediaTypePCL3Qualifier3PPDUpdater::choiceNamesForOption(
@@ -77,32 +80,30 @@ std::optional<std::vector<std::string>> ATMediaTypePCL3Qualifier3PPDUpdater::qua
     const Record& record, const ATPPD& ppd) const {
   const DeviceValue qualifier = mediaQualifierFromData(record, ppd);
   if (qualifier.isAbsent()) return std::nullopt;
-  const auto optionName = qualifierOption("cupsICCQualifier3", ppd);
+  const auto optionName = qualifierOption(PPDKeyword::thirdQualifier, ppd);
   if (!optionName) return std::nullopt;
   std::vector<std::string> specs;
   for (const std::string& choiceName : choiceNamesForOption(ppd.optionForName(*optionName))) {
     specs.push_back(fmt::format(".{}.{}", qualifier.description(), choiceName));
+    ppd.budget().spend(0, specs.back().size());  // only looked for, but many choices times many media are
   }
   return specs;
 }
 
 void ATMediaTypePCL3Qualifier3PPDUpdater::removeSpecializedICCQualifiers(ATPPD& ppd,
                                                                          const Record& aMediaTypeData) const {
-  // Most media have no profile in the PPD, and then the choices need not be gone through.
-  const std::string qualifier = mediaQualifierFromData(aMediaTypeData, ppd).description();
-  const bool isOnePart = !Text::contains(qualifier, ".");
-  if (isOnePart && !ppd.hasAttributeForNameWithSpecSecondPart(kProfile, qualifier)) return;
   const auto specs = qualified3PossibleProfileSpecsForMediaData(aMediaTypeData, ppd);
   if (!specs) return;
   for (const std::string& spec : *specs) {
-    if (const auto profile = ppd.attributeForName(kProfile, spec)) ppd.removePPDAttributeWithLocalizations(profile);
+    if (const auto profile = ppd.attributeForName(PPDKeyword::profile, spec))
+      ppd.removePPDAttributeWithLocalizations(profile);
   }
 }
 
 void ATMediaTypePCL3Qualifier3PPDUpdater::setICCProfileForMediaWithData(const Record& record, ATPPD& inPPD) const {
   const std::string spec = generalProfileSpecForMediaData(record, inPPD);
   removeSpecializedICCQualifiers(inPPD, record);
-  if (inPPD.attributeForName(kProfile, spec) == nullptr) {
+  if (inPPD.attributeForName(PPDKeyword::profile, spec) == nullptr) {
     addICCProfileForMediaWithData(record, inPPD);
   } else {
     ATMediaTypePCL3PPDUpdater::setICCProfileForMediaWithData(record, inPPD);

@@ -16,6 +16,8 @@
 /// A two-component spec is one whose third part is empty.
 class ATMediaTypePCL3Qualifier3PPDUpdater : public ATMediaTypePCL3PPDUpdater {
  public:
+  using ATMediaTypePCL3PPDUpdater::ATMediaTypePCL3PPDUpdater;
+
   /// Throws ATException when a factory statement has a spec without a ".", or none.
   void restoreFactoryICCProfilesInPPD(ATPPD& ppd) const override;
   /// Makes the statement from the factory profile when it is null.

@@ -3,32 +3,50 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <unordered_set>
 #include <utility>
 
 #include "base/ATException.h"
+#include "base/ATLog.h"
+#include "base/Format.h"
 #include "base/Text.h"
-#include "driver/ATLog.h"
+#include "readers/MediaKeys.h"
+#include "updaters/PPDKeywords.h"
 
 namespace {
 
-constexpr const char* kMediaTypeOption = "MediaType";
-constexpr const char* kProperties = "QZValueAttributes";
-constexpr const char* kMediaGroup = "QZMediaTypeGroup";
 constexpr const char* kCustomMediaGroup = "CustomMedia-category";
 constexpr const char* kExtendedMediaGroup = "ExtendedCustomMedia-category";
-constexpr const char* kMediaListVersion = "QZMediaListVersion";
 constexpr const char* kExtendedCategory = "QZ_EXTENDED_MEDIA";
 
 std::string propertiesSpec(std::string_view choiceName) {
-  return fmt::format("{}.{}", kMediaTypeOption, choiceName);
+  return fmt::format("{}.{}", PPDKeyword::mediaOption, choiceName);
 }
 
 // The value of a group attribute is `"Custom1,<LF>Custom2"`, a line feed, "*End" and a line feed. It is part of the
 // value because a statement of several lines is only complete with its own End line.
 ATPPD::AttributePtr groupAttribute(const char* spec, const std::vector<std::string>& names) {
   const std::string value = fmt::format("\"{}\"\n*End\n", fmt::join(names, ",\n"));
-  return ATPPDAttribute::initWithName(kMediaGroup, spec, "Custom Paper", value);
+  return ATPPDAttribute::initWithName(PPDKeyword::addedMedia, spec, "Custom Paper", value);
+}
+
+MediumProblem whatIsMissing(const std::optional<std::string>& choiceName, const DeviceValue& ID,
+                            const DeviceValue& mediaName, const std::optional<std::string>& code) {
+  if (mediaName.isAbsent()) return MediumProblem::noName;
+  if (ID.isAbsent()) return MediumProblem::noID;
+  if (!choiceName) return MediumProblem::noChoiceName;
+  return code ? MediumProblem::nothingMissing : MediumProblem::noCode;
+}
+
+void setLocalization(std::string_view language, std::string_view text, ATPPDChoice::Localizations& localizations) {
+  const auto found = std::find_if(localizations.begin(), localizations.end(),
+                                  [language](const auto& localization) { return localization.first == language; });
+  if (found == localizations.end()) {
+    localizations.emplace_back(language, text);
+  } else {
+    found->second = text;
+  }
 }
 
 std::string_view withoutQuotesAtBothEnds(std::string_view text) {
@@ -37,13 +55,22 @@ std::string_view withoutQuotesAtBothEnds(std::string_view text) {
   return text;
 }
 
+std::shared_ptr<ATPPDChoice> choiceWithCodeContaining(const DeviceValue& ID, const ATPPDOption& option) {
+  if (ID.text() != nullptr) return option.choiceWithCodeContaining(*ID.text());
+  const bool isSearched = std::any_of(option.choices().begin(), option.choices().end(),
+                                      [](const auto& choice) { return choice->code().has_value(); });
+  if (isSearched) throw ATException::wrongType("media ID to search for");
+  return nullptr;
+}
+
 }  // namespace
 
 bool ATMediaTypePPDUpdater::updatePPD(ATPPD* ppd, const IATDataReader* usingDataReader) const {
   if (ppd == nullptr || usingDataReader == nullptr) return false;
   const DeviceValue data = usingDataReader->dataForKey(VMCustomMediaStorage);
-  const DeviceValue version = data.valueForKey("MedaListVersion");
-  const auto mediaList = data.valueForKey("MediaList").list();
+  const DeviceValue version = data.valueForKey(MediaKey::listVersion);
+  const auto mediaList = data.valueForKey(MediaKey::list).list();
+  observer_.didReadMedia(data);
   if (mediaList == nullptr) return true;
 
   cleanupPPD(*ppd);
@@ -51,24 +78,33 @@ bool ATMediaTypePPDUpdater::updatePPD(ATPPD* ppd, const IATDataReader* usingData
   for (const Record& record : *mediaList) updateMedia(record, *ppd, added);
   addGroups(added, *ppd);
   const auto versionText = version.textFor("media list version").value_or("MEDIUM_LIST_VERSION_UNKNOWN");
-  ppd->addPPDAttribute(ATPPDAttribute::initWithName(kMediaListVersion, std::nullopt, std::nullopt, versionText));
+  ppd->addPPDAttribute(
+      ATPPDAttribute::initWithName(PPDKeyword::mediaListVersion, std::nullopt, std::nullopt, versionText));
   return true;
 }
 
 void ATMediaTypePPDUpdater::updateMedia(const Record& record, ATPPD& ppd, AddedMedia& added) const {
   ATLog("-[ATMediaTypePPDUpdater updatePPD:usingDataReader:]", "Processing media data: {}", record.description());
-  if (isMediaTypeDataCustom(record)) {
-    const Record named = addPPDNameForMediaWithIndex(added.nextIndex, record);
-    if (addMediaWithData(named, ppd)) {
-      addICCProfileForMediaWithData(named, ppd);
-      auto& names = record.valueForKey("CategoryID").equals(kExtendedCategory) ? added.extended : added.custom;
-      names.push_back(*named.valueForKey("PPDName").text());
-      ++added.nextIndex;
-    }
+  const bool isCustom = isMediaTypeDataCustom(record);
+  observer_.willProcess(record, isCustom);
+  if (isCustom) {
+    updateCustomMedia(record, ppd, added);
   } else {
     setICCProfileForMediaWithData(record, ppd);
   }
   updateDefaultGlossEnhancerForMediaWithData(record, ppd);
+  observer_.didProcess();
+}
+
+void ATMediaTypePPDUpdater::updateCustomMedia(const Record& record, ATPPD& ppd, AddedMedia& added) const {
+  const Record named = addPPDNameForMediaWithIndex(added.nextIndex, record);
+  if (!addMediaWithData(named, ppd)) return;
+  addICCProfileForMediaWithData(named, ppd);
+  const auto choiceName = named.valueForKey(MediaKey::choiceName).textFor("choice name to list");
+  if (!choiceName) throw ATException::wrongType("a medium was added that has no choice name");
+  auto& names = record.valueForKey(MediaKey::categoryID).equals(kExtendedCategory) ? added.extended : added.custom;
+  names.push_back(*choiceName);
+  ++added.nextIndex;
 }
 
 void ATMediaTypePPDUpdater::addGroups(const AddedMedia& added, ATPPD& ppd) const {
@@ -78,16 +114,17 @@ void ATMediaTypePPDUpdater::addGroups(const AddedMedia& added, ATPPD& ppd) const
 
 void ATMediaTypePPDUpdater::cleanupPPD(ATPPD& ppd) const {
   restoreFactoryICCProfilesInPPD(ppd);
-  if (const auto version = ppd.attributeForName(kMediaListVersion)) ppd.removePPDAttribute(version);
-  removeMediaInGroup(ppd.attributeForName(kMediaGroup, kCustomMediaGroup), ppd);
-  removeMediaInGroup(ppd.attributeForName(kMediaGroup, kExtendedMediaGroup), ppd);
+  if (const auto version = ppd.attributeForName(PPDKeyword::mediaListVersion)) ppd.removePPDAttribute(version);
+  removeMediaInGroup(ppd.attributeForName(PPDKeyword::addedMedia, kCustomMediaGroup), ppd);
+  removeMediaInGroup(ppd.attributeForName(PPDKeyword::addedMedia, kExtendedMediaGroup), ppd);
   restoreDefaultGlossEnhancerMediaPropertyInPPD(ppd);
 }
 
 void ATMediaTypePPDUpdater::removeMediaInGroup(const ATPPD::AttributePtr& group, ATPPD& fromPPD) const {
   if (group == nullptr) return;
-  if (const auto& value = group->value()) {
+  if (const auto value = group->value()) {
     for (const std::string_view choiceName : Text::split(withoutQuotesAtBothEnds(*value), ",\n")) {
+      observer_.willRemoveMedium(choiceName);
       removeInclusionsOfMediaWithID(std::string(choiceName), fromPPD);
     }
   }
@@ -109,59 +146,75 @@ bool ATMediaTypePPDUpdater::addICCProfileForMediaWithData(const Record& /*record
 
 void ATMediaTypePPDUpdater::setICCProfileForMediaWithData(const Record& /*record*/, ATPPD& /*inPPD*/) const {}
 
-std::string ATMediaTypePPDUpdater::mediaTypeChoiceCodeWithName(const std::string& /*choiceName*/,
-                                                               const DeviceValue& /*ID*/) const {
+std::optional<std::string> ATMediaTypePPDUpdater::mediaTypeChoiceCodeWithName(const std::string& /*choiceName*/,
+                                                                              const DeviceValue& /*ID*/) const {
   throw ATException::unsupportedOperation("-[ATMediaTypePPDUpdater mediaTypeChoiceCodeWithName:ID:]");
 }
 
 std::shared_ptr<ATPPDOption> ATMediaTypePPDUpdater::mediaTypeOptionFromPPD(const ATPPD& ppd) const {
-  const auto group = ppd.groupForName("QZImagingOptions");
-  return group ? group->optionForName(kMediaTypeOption) : nullptr;
+  const auto group = ppd.groupForName(PPDKeyword::mediaGroup);
+  return group ? group->optionForName(PPDKeyword::mediaOption) : nullptr;
 }
 
-ATPPD::AttributePtr ATMediaTypePPDUpdater::propertiesOfMedia(const std::string& choiceName, const ATPPD& ppd) {
-  return ppd.attributeForName(kProperties, propertiesSpec(choiceName));
+ATPPD::AttributePtr ATMediaTypePPDUpdater::propertiesOfMedia(std::string_view choiceName, const ATPPD& ppd) {
+  return ppd.attributeForName(PPDKeyword::mediaProperties, propertiesSpec(choiceName));
 }
 
-bool ATMediaTypePPDUpdater::isMediaTypeDataCustom(const Record& record) {
-  const DeviceValue category = record.valueForKey("CategoryID");
+bool ATMediaTypePPDUpdater::isMediaTypeDataCustom(const Record& record) const {
+  const DeviceValue category = record.valueForKey(MediaKey::categoryID);
   return category.equals("CUSTOM") || category.equals(kExtendedCategory);
 }
 
 ATMediaTypePPDUpdater::Record ATMediaTypePPDUpdater::addPPDNameForMediaWithIndex(std::uint64_t index,
                                                                                  const Record& toData) const {
+  if (toData.isAbsent()) return toData;
   const auto original = toData.map();
-  auto copy = original ? std::make_shared<DeviceMap>(*original) : std::make_shared<DeviceMap>();
-  copy->set("PPDName", fmt::format("Custom{:x}", static_cast<std::uint32_t>(index)));
+  if (original == nullptr) throw ATException::wrongType("a media record that is no map");
+  auto copy = std::make_shared<DeviceMap>(*original);
+  copy->set(MediaKey::choiceName, fmt::format("Custom{:x}", static_cast<std::uint32_t>(index)));
   return copy;
 }
 
 bool ATMediaTypePPDUpdater::addMediaWithData(const Record& record, ATPPD& toPPD) const {
-  const auto choiceName = record.valueForKey("PPDName").textFor("choice name");
-  const DeviceValue ID = record.valueForKey("ID");
-  const DeviceValue mediaName = record.valueForKey("MediaName");
-  const std::string code = mediaTypeChoiceCodeWithName(std::string(Text::orNull(choiceName)), ID);
-  ATLog("-[ATMediaTypePPDUpdater addMediaWithData:toPPD:]", "Adding {} with ID {}", mediaName.description(),
-        ID.description());
-  if (!choiceName || ID.isAbsent() || mediaName.isAbsent()) return false;
-
-  const std::string name = *mediaName.textFor("media name");
-  ATPPDChoice::Localizations localizations = localizedNamesForMediaName(name, toPPD);
-  std::string text = name;
-  if (!validMediaUIName(name)) {
-    // The name reaches the user through the English translation instead, which takes any character.
-    text.clear();
-    localizations.emplace_back("en", name);
-  }
-  const auto choice = ATPPDChoice::initWithName(*choiceName, text, code, kMediaTypeOption, localizations);
+  const auto choice = choiceForMediaWithData(record, toPPD);
   if (choice == nullptr) return false;
   // Without the option the choice is lost, but the medium still counts as added.
-  if (const auto option = mediaTypeOptionFromPPD(toPPD)) option->addChoice(choice);
+  const auto option = mediaTypeOptionFromPPD(toPPD);
+  if (option != nullptr) option->addChoice(choice);
+  observer_.didAddMedium(*choice, option.get());
   addAttributesForMediaWithData(record, toPPD);
   return true;
 }
 
-ATPPDChoice::Localizations ATMediaTypePPDUpdater::localizedNamesForMediaName(const std::string& name,
+// Null when the record lacks something or the choice cannot be made.
+std::shared_ptr<ATPPDChoice> ATMediaTypePPDUpdater::choiceForMediaWithData(const Record& record,
+                                                                           const ATPPD& ppd) const {
+  const auto choiceName = record.valueForKey(MediaKey::choiceName).textFor("choice name");
+  const DeviceValue ID = record.valueForKey(MediaKey::ID);
+  const DeviceValue mediaName = record.valueForKey(MediaKey::name);
+  const auto code = mediaTypeChoiceCodeWithName(std::string(Text::orNull(choiceName)), ID);
+  ATLog("-[ATMediaTypePPDUpdater addMediaWithData:toPPD:]", "Adding {} with ID {}", mediaName.description(),
+        ID.description());
+  const MediumProblem missing = whatIsMissing(choiceName, ID, mediaName, code);
+  if (missing != MediumProblem::nothingMissing) {
+    observer_.didNotAddMedium(missing);
+    return nullptr;
+  }
+  const std::string name = *mediaName.textFor("media name");
+  ATPPDChoice::Localizations localizations = localizedNamesForMediaName(name, ppd);
+  const std::size_t lines = localizations.size() + 2;  // the choice's own, and perhaps one for English
+  ppd.budget().spend(lines, lines * (choiceName->size() + name.size()));
+  const bool isText = validMediaUIName(name);
+  // A name that cannot be the choice's text reaches the user through the English translation, which takes any
+  // character.
+  if (!isText) setLocalization("en", name, localizations);
+  auto choice =
+      ATPPDChoice::initWithName(*choiceName, isText ? name : "", *code, PPDKeyword::mediaOption, localizations);
+  if (choice == nullptr) observer_.didNotAddMedium(MediumProblem::lineTooLong);
+  return choice;
+}
+
+ATPPDChoice::Localizations ATMediaTypePPDUpdater::localizedNamesForMediaName(std::string_view name,
                                                                              const ATPPD& ppd) const {
   ATPPDChoice::Localizations localizations;
   const auto* languages = ppd.supportedLocalizations();
@@ -175,18 +228,21 @@ ATPPDChoice::Localizations ATMediaTypePPDUpdater::localizedNamesForMediaName(con
 
 void ATMediaTypePPDUpdater::addAttributesForMediaWithData(const Record& record, ATPPD& toPPD) const {
   static constexpr const char* kSignature = "-[ATMediaTypePPDUpdater addAttributesForMediaWithData:toPPD:]";
-  const DeviceValue parentID = record.valueForKey("ParentID");
-  const auto choiceName = record.valueForKey("PPDName").textFor("choice name");
-  ATLog(kSignature, "For {} parent media has ID {}", record.valueForKey("MediaName").description(),
+  const DeviceValue parentID = record.valueForKey(MediaKey::parentID);
+  const auto choiceName = record.valueForKey(MediaKey::choiceName).textFor("choice name");
+  ATLog(kSignature, "For {} parent media has ID {}", record.valueForKey(MediaKey::name).description(),
         parentID.description());
   if (parentID.isAbsent() || !choiceName) return;
 
   const std::string parentName = ppdNameForMediaWithID(parentID, toPPD).description();
   const auto parentProperties = propertiesOfMedia(parentName, toPPD);
   const auto value = parentProperties ? parentProperties->value() : std::nullopt;
+  observer_.didInherit(parentName, value);
   ATLog(kSignature, "Parent media name: {} attributes: {}", parentName, value);
   if (!value) return;
-  const auto properties = ATPPDAttribute::initWithName(kProperties, propertiesSpec(*choiceName), std::nullopt, value);
+  toPPD.budget().spend(1, value->size());
+  const auto properties =
+      ATPPDAttribute::initWithName(PPDKeyword::mediaProperties, propertiesSpec(*choiceName), std::nullopt, value);
   ATLog(kSignature, "Adding attributes for {}: {}", *choiceName, value);
   toPPD.addPPDAttribute(properties);
 }
@@ -194,11 +250,9 @@ void ATMediaTypePPDUpdater::addAttributesForMediaWithData(const Record& record, 
 DeviceValue ATMediaTypePPDUpdater::ppdNameForMediaWithID(const DeviceValue& ID, const ATPPD& fromPPD) const {
   if (ID.isAbsent()) return {};
   const auto option = mediaTypeOptionFromPPD(fromPPD);
-  if (option == nullptr) return ID;
-  const std::string* text = ID.text();
-  if (text == nullptr && option->hasChoiceWithCode()) throw ATException::wrongType("media ID to search for");
-  const auto choice = text == nullptr ? nullptr : option->choiceWithCodeContaining(*text);
-  return choice ? DeviceValue(choice->name()) : ID;
+  const auto choice = option == nullptr ? nullptr : choiceWithCodeContaining(ID, *option);
+  observer_.didSearchForID(ID, choice.get());
+  return choice == nullptr ? ID : DeviceValue(std::string(Text::orNull(choice->name())));
 }
 
 ATPPD::AttributePtr ATMediaTypePPDUpdater::customMediaGroupAttributeWithMediaNames(

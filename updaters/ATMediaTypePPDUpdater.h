@@ -9,9 +9,10 @@
 #include <string_view>
 #include <vector>
 
-#include "ppd/ATPPD.h"
+#include "ppd/document/ATPPD.h"
 #include "readers/DeviceValue.h"
 #include "updaters/IATPPDUpdater.h"
+#include "updaters/UpdateObserver.h"
 
 /// Makes the user's custom media, which the device knows, choices of the PPD's `MediaType` option. It takes away what
 /// an earlier setup added; adds a choice for each custom medium, with its localized names and the properties of the
@@ -28,6 +29,9 @@ class ATMediaTypePPDUpdater : public IATPPDUpdater {
  public:
   using Record = DeviceValue;
 
+  /// `observer`, not owned, is told what is done.
+  explicit ATMediaTypePPDUpdater(UpdateObserver& observer = UpdateObserver::none()) : observer_(observer) {}
+
   bool updatePPD(ATPPD* ppd, const IATDataReader* usingDataReader) const override;
 
   /// Removes what an earlier setup wrote and resets every medium's default gloss enhancer.
@@ -40,7 +44,7 @@ class ATMediaTypePPDUpdater : public IATPPDUpdater {
   virtual void removeInclusionsOfMediaWithID(const std::string& choiceName, ATPPD& fromPPD) const;
 
   /// Whether the properties mark a medium on which the gloss enhancer applies.
-  virtual bool isGlossyMediaWithAttributes(const std::optional<std::string>& properties) const;
+  virtual bool isGlossyMediaWithAttributes(const ATPPDAttribute::Part& properties) const;
 
   /// Sets the default gloss enhancer in every properties statement that has one to the PPD's own rule.
   virtual void restoreDefaultGlossEnhancerMediaPropertyInPPD(ATPPD& ppd) const;
@@ -59,15 +63,17 @@ class ATMediaTypePPDUpdater : public IATPPDUpdater {
   virtual std::optional<std::string> ppdNameForGlossEnhancerValue(const std::optional<std::string>& value,
                                                                   const ATPPD& fromPPD) const;
 
-  /// The printer code of a choice. Abstract: throws ATException here, so this class cannot finish a run on a device
-  /// that has custom media.
-  virtual std::string mediaTypeChoiceCodeWithName(const std::string& choiceName, const DeviceValue& ID) const;
+  /// The printer code of a choice; a medium for which it is absent is not added. Abstract: throws ATException here, so
+  /// this class cannot finish a run on a device that has custom media.
+  virtual std::optional<std::string> mediaTypeChoiceCodeWithName(const std::string& choiceName,
+                                                                 const DeviceValue& ID) const;
 
   /// The name of the first choice whose code contains the ID anywhere, so an ID 12 also finds a code with 123; the
   /// ID itself when no code does, absent when it is absent. The callers rely on always getting a name for an ID.
   virtual DeviceValue ppdNameForMediaWithID(const DeviceValue& ID, const ATPPD& fromPPD) const;
 
-  /// A copy of the record with "PPDName" set to "Custom" and the low 32 bits of the index in hexadecimal.
+  /// A copy of the record with "PPDName" set to "Custom" and the low 32 bits of the index in hexadecimal; an absent
+  /// record stays absent.
   virtual Record addPPDNameForMediaWithIndex(std::uint64_t index, const Record& toData) const;
 
   /// Adds the choice of a custom medium and its properties. False when the record lacks something or the choice
@@ -80,8 +86,9 @@ class ATMediaTypePPDUpdater : public IATPPDUpdater {
   /// Removes every medium that the group attribute (which may be null) lists, and the attribute.
   virtual void removeMediaInGroup(const ATPPD::AttributePtr& group, ATPPD& fromPPD) const;
 
-  /// The name once for every supported language but "en"; it is not translated.
-  virtual ATPPDChoice::Localizations localizedNamesForMediaName(const std::string& name, const ATPPD& ppd) const;
+  /// The name once for every supported language but "en"; it is not translated. Views of the name and of the PPD's
+  /// languages.
+  virtual ATPPDChoice::Localizations localizedNamesForMediaName(std::string_view name, const ATPPD& ppd) const;
 
   /// The option `MediaType` of the group `QZImagingOptions`, or null.
   virtual std::shared_ptr<ATPPDOption> mediaTypeOptionFromPPD(const ATPPD& ppd) const;
@@ -93,7 +100,7 @@ class ATMediaTypePPDUpdater : public IATPPDUpdater {
   /// The properties, quoted, with every part that begins with "defaultGE" replaced; an absent choice is written as
   /// "(null)". Properties without two quotes give the empty quoted value.
   virtual std::string changeDefaultGlossEnhancer(const std::optional<std::string>& choiceName,
-                                                 const std::optional<std::string>& inMediaTypeProperties) const;
+                                                 const ATPPDAttribute::Part& inMediaTypeProperties) const;
 
   /// Whether the name can be a choice's main translation text.
   virtual bool validMediaUIName(const std::string& name) const;
@@ -104,11 +111,13 @@ class ATMediaTypePPDUpdater : public IATPPDUpdater {
                             std::string_view andDisallowedCharactersInString) const;
 
   /// Whether the record's category marks a custom medium.
-  static bool isMediaTypeDataCustom(const Record& record);
+  virtual bool isMediaTypeDataCustom(const Record& record) const;
 
  protected:
   /// The properties statement of the medium with this choice name, or null.
-  static ATPPD::AttributePtr propertiesOfMedia(const std::string& choiceName, const ATPPD& ppd);
+  static ATPPD::AttributePtr propertiesOfMedia(std::string_view choiceName, const ATPPD& ppd);
+
+  UpdateObserver& observer() const { return observer_; }
 
  private:
   // The names of the choices that this run added.
@@ -118,5 +127,9 @@ class ATMediaTypePPDUpdater : public IATPPDUpdater {
     std::uint64_t nextIndex = 1;
   };
   void updateMedia(const Record& record, ATPPD& ppd, AddedMedia& added) const;
+  void updateCustomMedia(const Record& record, ATPPD& ppd, AddedMedia& added) const;
+  std::shared_ptr<ATPPDChoice> choiceForMediaWithData(const Record& record, const ATPPD& ppd) const;
   void addGroups(const AddedMedia& added, ATPPD& ppd) const;
+
+  UpdateObserver& observer_;
 };

@@ -3,7 +3,7 @@
 
 #include <fmt/format.h>
 
-std::string ATMediaTypePSPPDUpdater::mediaTypeChoiceCodeWithName(const std::string& /*choiceName*/,
-                                                                 const DeviceValue& ID) const {
+std::optional<std::string> ATMediaTypePSPPDUpdater::mediaTypeChoiceCodeWithName(const std::string& /*choiceName*/,
+                                                                                const DeviceValue& ID) const {
   return fmt::format("/QZDict /ProcSet findresource /SetMediaId get ({}) exch exec", ID.description());
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "updaters/ATMediaTypePPDUpdater.h"
@@ -8,6 +9,9 @@
 /// The custom media type updater of PostScript PPDs: its choices select the medium by a PostScript procedure.
 class ATMediaTypePSPPDUpdater : public ATMediaTypePPDUpdater {
  public:
+  using ATMediaTypePPDUpdater::ATMediaTypePPDUpdater;
+
   /// The ID is put in as it stands, without PostScript escapes; the name is not used.
-  std::string mediaTypeChoiceCodeWithName(const std::string& choiceName, const DeviceValue& ID) const override;
+  std::optional<std::string> mediaTypeChoiceCodeWithName(const std::string& choiceName,
+                                                         const DeviceValue& ID) const override;
 };

@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "base/ATLog.h"
 #include "base/Text.h"
-#include "driver/ATLog.h"
 #include "readers/DeviceModelLibrary.h"
 
 namespace {
@@ -108,14 +108,7 @@ void addCommandSet(const CommandSet& set, ATPPD& ppd) {
 }
 
 std::string identificationString(DeviceModelLibrary& library, const std::string& printerURI) {
-  std::unique_ptr<DeviceModelLibrary::ServiceInfo> info;
-  if (library.offersServiceInfoWithSpec()) {
-    DeviceModelLibrary::ServiceInfoSpec spec;
-    if (!printerURI.empty()) spec.uri = printerURI;
-    info = library.serviceInfoWithSpec(spec);
-  } else {
-    info = library.serviceInfoWithURI(printerURI);
-  }
+  const auto info = library.serviceInfoForDevice(printerURI).info;
   return library.deviceFamilyName(info.get()).textFor("device family name").value_or("");
 }
 
@@ -148,10 +141,12 @@ std::string ATPDLCommandTypePPDUpdater::getDeviceFamilyName(const std::string& p
   DeviceModelLibrary& library = DeviceModelLibrary::defaultLibrary();
   if (!library.isAvailable()) {
     ATLog(kSignature, "QZVorantisModel framework is not loaded");
+    observer_.didReadFamily("", false);
     return {};
   }
   std::string family = familyInIdentification(identificationString(library, printerURI));
   ATLog(kSignature, "pinwax ==> ATAutoSetupTool == getDeviceFamilyName == Family name extracted {}", family);
+  observer_.didReadFamily(family, true);
   return family;
 }
 

@@ -5,9 +5,11 @@
 
 #include <utility>
 
+#include "base/ATLog.h"
+#include "base/Format.h"
 #include "base/Text.h"
-#include "driver/ATLog.h"
-#include "ppd/PPDExtentions.h"
+#include "ppd/lines/PPDExtentions.h"
+#include "updaters/PPDKeywords.h"
 
 std::shared_ptr<ATQZProfilePPDAttributeWrapper>
 ATQZProfilePPDAttributeWrapper::qzProfilePPDAttributeDecoratorWithPPDAttribute(const ATPPDAttribute& attribute) {
@@ -19,7 +21,7 @@ std::shared_ptr<ATQZProfilePPDAttributeWrapper> ATQZProfilePPDAttributeWrapper::
   auto wrapper = std::make_shared<ATQZProfilePPDAttributeWrapper>();
   const bool initialized =
       wrapper->initializeWithName(attribute.name(), attribute.spec(), attribute.text(), attribute.value());
-  return initialized && attribute.name() == "QZcupsICCProfile" ? wrapper : nullptr;
+  return initialized && attribute.name() == PPDKeyword::factoryProfile ? wrapper : nullptr;
 }
 
 const std::optional<std::string>& ATQZProfilePPDAttributeWrapper::factoryPath() const {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ppd/ATPPDAttribute.h"
+#include "ppd/document/ATPPDAttribute.h"
 
 /// Reads a factory profile statement, `*QZcupsICCProfile spec/text: "profile name;;path"`, which a PPD ships beside
 /// each `*cupsICCProfile` statement to record the profile that it had at the factory. A copy, not a view: it is never

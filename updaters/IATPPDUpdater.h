@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ppd/ATPPD.h"
+#include "ppd/document/ATPPD.h"
 #include "readers/IATDataReader.h"
 
 /// One editing step that a PPD asks for by its class name. Updaters hold no state.

@@ -5,7 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// The file system path that a URL string stands for. A string that begins with "/" is a plain path and is used
-/// unchanged, whatever it holds. Any other string is a URI reference (RFC 3986), parsed strictly; the result is its
-/// path component, percent-decoded. Absent when it does not parse, and when the path is empty or not UTF-8.
+/// The file system path that a string of the device or of a PPD stands for. A string without a scheme is a plain path,
+/// absolute or relative, and is used unchanged, whatever it holds. One that begins with a scheme (an ASCII letter, then
+/// letters, digits, "+", "-" or ".", then ":") is a URI, parsed strictly (RFC 3986); the result is its path component,
+/// percent-decoded. Absent when it does not parse, when the path is not UTF-8, and when it is empty.
 std::optional<std::string> pathOfURL(std::string_view url);

@@ -10,6 +10,7 @@
 #include "base/ATException.h"
 #include "base/Text.h"
 #include "readers/DeviceModelLibrary.h"
+#include "readers/framework/ObjectiveCGuard.h"
 
 namespace {
 
@@ -19,6 +20,25 @@ ATException unusable(const std::string& what) {
 
 std::string classNameOf(id object) {
   return PropertyList::stringOf(NSStringFromClass([object class]));
+}
+
+// What the object says of itself; of one that raises an exception, or says what is no text, the name of its class.
+std::string descriptionOf(id object) {
+  struct Question {
+    id object;
+    NSString* answer;
+  } question = {object, nil};
+  ATCaughtException caught = {};
+  ATRunGuarded(
+      [](void* context) {
+        auto* asked = static_cast<Question*>(context);
+        asked->answer = [asked->object description];
+      },
+      &question, &caught);
+  for (char* text : {caught.name, caught.reason, caught.userInfo}) std::free(text);
+  NSData* bytes = [question.answer dataUsingEncoding:NSUTF8StringEncoding];
+  if (bytes == nil) return classNameOf(object);
+  return Text::fromUTF8({static_cast<const char*>([bytes bytes]), [bytes length]}).value_or(classNameOf(object));
 }
 
 // Foundation has no type of its own for booleans, only a class.
@@ -54,7 +74,7 @@ class Reader {
     if ([object isKindOfClass:[NSNumber class]]) return numberOf(object);
     if ([object isKindOfClass:[NSArray class]]) return readList(object, nesting);
     if ([object isKindOfClass:[NSDictionary class]]) return readMap(object, nesting);
-    throw unusable("an object of the class " + classNameOf(object) + ", which is no string, number, list or map");
+    return DeviceValue::ofOtherKind(readDescription(object));
   }
 
  private:
@@ -73,6 +93,12 @@ class Reader {
     return string;
   }
 
+  std::string readDescription(id object) {
+    std::string description = descriptionOf(object);
+    spend(description.size());
+    return description;
+  }
+
   DeviceValue readList(NSArray* array, int nesting) {
     checkNesting(nesting);
     auto list = std::make_shared<DeviceValue::List>();
@@ -86,11 +112,16 @@ class Reader {
     auto map = std::make_shared<DeviceMap>();
     NSEnumerator* keys = [dictionary keyEnumerator];
     while (id key = [keys nextObject]) {
-      if (![key isKindOfClass:[NSString class]]) throw unusable("a map with a key of the class " + classNameOf(key));
       spend(PropertyList::kSizeOfValue);
-      std::string name = readText(key);
+      const bool isText = [key isKindOfClass:[NSString class]];
+      std::string name = isText ? readText(key) : readDescription(key);
       const id member = [dictionary objectForKey:key];
-      if (member != nil) map->add(std::move(name), read(member, nesting + 1));
+      if (member == nil) continue;
+      if (isText) {
+        map->add(std::move(name), read(member, nesting + 1));
+      } else {
+        map->addOtherKey(std::move(name), read(member, nesting + 1));
+      }
     }
     return map;
   }

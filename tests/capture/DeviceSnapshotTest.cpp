@@ -28,6 +28,14 @@ SnapshotDeviceModelLibrary libraryWith(const std::string& devices, bool offersSp
 const std::string kStore = R"("dataStore": {"VMCustomMediaStorage": {"MediumListVersion": "1", "MediaInfo": {
     "b": {"Name": "B", "MediumID": 7, "x": 1.5, "y": true, "z": [1, "two"]}, "a": {}}}})";
 
+// A capture from which nothing is left out.
+std::string captured(DeviceModelLibrary& library, const std::string& uri, const std::optional<std::string>& modelName) {
+  std::vector<std::string> leftOut;
+  std::string json = DeviceSnapshot::of(library, uri, modelName, leftOut);
+  EXPECT_EQ(leftOut, std::vector<std::string>());
+  return json;
+}
+
 // What the captured snapshot has for the URI and model name.
 struct Answers {
   std::string store = "none";
@@ -50,7 +58,7 @@ Answers answersOf(const std::string& json, const std::string& modelName) {
 
 TEST(DeviceSnapshot, HoldsTheStoreOfTheModelAndTheFamilyWithoutAModel) {
   auto library = libraryWith(R"({"modelName": "\"Z9\"", )" + kStore + R"(}, {"deviceFamilyName": "CID:X;"})");
-  const std::string json = DeviceSnapshot::of(library, kURI, "\"Z9\"");
+  const std::string json = captured(library, kURI, "\"Z9\"");
   EXPECT_EQ(answersOf(json, "\"Z9\"").store,
             "{MediumListVersion = 1; MediaInfo = {b = {Name = B; MediumID = 7; x = 1.5; y = 1; z = (1, two); }; a = "
             "{}; }; }");
@@ -62,7 +70,7 @@ TEST(DeviceSnapshot, HoldsTheStoreOfTheModelAndTheFamilyWithoutAModel) {
 TEST(DeviceSnapshot, NamesNoModelWhenThePPDHasNone) {
   auto library = libraryWith("{" + kStore + R"(, "deviceFamilyName": "CID:X;"})");
   for (const auto& modelName : {std::optional<std::string>(), std::optional<std::string>("")}) {
-    const std::string json = DeviceSnapshot::of(library, kURI, modelName);
+    const std::string json = captured(library, kURI, modelName);
     EXPECT_THAT(answersOf(json, "").store, HasSubstr("MediumListVersion"));
     EXPECT_EQ(answersOf(json, "").familyName, "CID:X;");
   }
@@ -70,18 +78,18 @@ TEST(DeviceSnapshot, NamesNoModelWhenThePPDHasNone) {
 
 TEST(DeviceSnapshot, AsksAnOlderLibraryByTheURIAlone) {
   auto library = libraryWith(R"({"modelName": "", )" + kStore + "}", false);
-  const std::string json = DeviceSnapshot::of(library, kURI, "\"Z9\"");
+  const std::string json = captured(library, kURI, "\"Z9\"");
   EXPECT_FALSE(snapshot::Snapshot::fromJSON(json).offersServiceInfoWithSpec);
   EXPECT_THAT(answersOf(json, "").store, HasSubstr("MediumListVersion"));
 }
 
 TEST(DeviceSnapshot, KeepsTheDifferenceBetweenWhatIsMissing) {
   auto noStore = libraryWith("{}");
-  EXPECT_EQ(answersOf(DeviceSnapshot::of(noStore, kURI, std::nullopt), "").store, "none");
+  EXPECT_EQ(answersOf(captured(noStore, kURI, std::nullopt), "").store, "none");
   auto noItem = libraryWith(R"({"dataStore": {}})");
-  EXPECT_EQ(answersOf(DeviceSnapshot::of(noItem, kURI, std::nullopt), "").store, "no item");
+  EXPECT_EQ(answersOf(captured(noItem, kURI, std::nullopt), "").store, "no item");
   auto noDevice = libraryWith("");
-  EXPECT_EQ(answersOf(DeviceSnapshot::of(noDevice, kURI, "\"Z9\""), "").familyName, "(null)");
+  EXPECT_EQ(answersOf(captured(noDevice, kURI, "\"Z9\""), "").familyName, "(null)");
 }
 
 TEST(DeviceSnapshot, FailsWithoutALibraryAndForWhatJSONCannotHold) {
@@ -89,11 +97,31 @@ TEST(DeviceSnapshot, FailsWithoutALibraryAndForWhatJSONCannotHold) {
     using SnapshotDeviceModelLibrary::SnapshotDeviceModelLibrary;
     bool isAvailable() override { return false; }
   } absent(snapshot::Snapshot{});
-  EXPECT_THROW(DeviceSnapshot::of(absent, kURI, std::nullopt), ATException);
+  EXPECT_THROW(captured(absent, kURI, std::nullopt), ATException);
 
   struct : SnapshotDeviceModelLibrary {
     using SnapshotDeviceModelLibrary::SnapshotDeviceModelLibrary;
     DeviceValue deviceFamilyName(const ServiceInfo* /*info*/) override { return std::nan(""); }
   } notANumber(snapshot::Snapshot{});
-  EXPECT_THROW(DeviceSnapshot::of(notANumber, kURI, std::nullopt), ATException);
+  EXPECT_THROW(captured(notANumber, kURI, std::nullopt), ATException);
+}
+
+TEST(DeviceSnapshot, LeavesOutWhatASnapshotCannotHoldAndSaysSo) {
+  struct : SnapshotDeviceModelLibrary {
+    using SnapshotDeviceModelLibrary::SnapshotDeviceModelLibrary;
+    DeviceValue representedObject(const Item* /*item*/) override {
+      auto map = std::make_shared<DeviceMap>();
+      map->add("Made", DeviceValue::ofOtherKind("2026-01-02"));
+      map->addOtherKey("7", "under a number");
+      map->add("List", std::make_shared<DeviceValue::List>(
+                           DeviceValue::List{"one", DeviceValue::ofOtherKind("<data>"), "two"}));
+      return map;
+    }
+  } library{snapshot::Snapshot::fromJSON(
+      R"({"format": "vorantis-device-snapshot", "formatVersion": 1, "devices": [{"dataStore": {"VMCustomMediaStorage": {}}}]})")};
+  std::vector<std::string> leftOut;
+  const std::string json = DeviceSnapshot::of(library, kURI, std::nullopt, leftOut);
+  EXPECT_EQ(answersOf(json, "").store, "{List = (one, two); }");
+  EXPECT_EQ(leftOut, (std::vector<std::string>{"the member \"Made\": 2026-01-02", "a member whose key is no text: 7",
+                                               "an element of a list: <data>"}));
 }

@@ -13,7 +13,7 @@ import sys
 DOCUMENTS = ("README.md", "CONTRIBUTING.md", "SECURITY.md", "CHANGELOG.md", "docs/*.md")
 SHOWN_CODE = ("tests/updaters/ATMediaTypeIDPPDUpdater.h", "tests/updaters/ATMediaTypeIDPPDUpdaterTest.cpp")
 # Commands that are steps of the test command themselves, or need a terminal or a print server.
-RUN_ELSEWHERE = ("./demo", "./test", "gdb ", "lpadmin ", "cmake --preset debug && ", "cmake --install", "sudo cmake --install", "scripts/package",
+RUN_ELSEWHERE = ("./demo", "./test", "gdb ", "lpadmin ", "cmake --preset debug && ", "cmake -S . -B build/plain && ", "cmake --install", "sudo cmake --install", "scripts/package",
                  "cmake --build --preset release --target ", "VorantisAutosetupTool ", "vorantis-autosetup-explain",
                  "vorantis-device-snapshot", "cmake --preset macos", "cmake --build --preset macos", "ctest --preset macos")
 

@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "base/ATException.h"
-#include "ppd/ATPPDParser.h"
+#include "ppd/lines/ATPPDParser.h"
 #include "readers/ATDeviceDataReader.h"
 #include "tests/readers/FakeDeviceModelLibrary.h"
 #include "tests/support/TestLog.h"

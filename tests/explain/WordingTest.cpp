@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 using testing::ElementsAre;
+using testing::StartsWith;
 
 TEST(Wording, MakesControlCharactersVisible) {
   EXPECT_EQ(Wording::visible("a\nb\r\tc\x1b[31m\x7f"), "a\\nb\\r\\tc\\x1b[31m\\x7f");
@@ -25,4 +26,29 @@ TEST(Wording, TakesAStatementApartIntoLines) {
 TEST(Wording, SaysWhatIsExpectedForEveryErrorOfTheParser) {
   for (int code = 1; code <= 7; ++code) EXPECT_NE(Wording::expectedAtError(code), "") << code;
   EXPECT_EQ(Wording::expectedAtError(8), "");
+}
+
+TEST(Wording, SaysWhyAMediumIsNoChoice) {
+  EXPECT_EQ(Wording::of(MediumProblem::nothingMissing), "");
+  EXPECT_EQ(Wording::of(MediumProblem::noName), "the device gives no name for it");
+  EXPECT_EQ(Wording::of(MediumProblem::noID), "the device gives no ID for it");
+  EXPECT_EQ(Wording::of(MediumProblem::noCode), "the updater has no code for it");
+  EXPECT_EQ(Wording::of(MediumProblem::noChoiceName), "its choice has no name");
+  EXPECT_EQ(Wording::of(MediumProblem::lineTooLong), "its choice statement would be longer than 255 bytes");
+}
+
+TEST(Wording, SaysWhyAProfileIsLeftOut) {
+  const std::string url = "file:a b\n";
+  const auto reason = [&url](ProfileProblem problem) { return Wording::of(problem, url); };
+  EXPECT_EQ(reason(ProfileProblem::none), "");
+  EXPECT_EQ(reason(ProfileProblem::noName), "it has no name");
+  EXPECT_EQ(reason(ProfileProblem::emptyName), "its name is empty");
+  EXPECT_EQ(reason(ProfileProblem::nameTooLong), "its name is longer than 80 bytes");
+  EXPECT_THAT(reason(ProfileProblem::charactersOfName), StartsWith("its name holds a character that"));
+  EXPECT_EQ(reason(ProfileProblem::noPath), "its URL has no path by RFC 3986: file:a b\\n");
+  EXPECT_EQ(Wording::of(ProfileProblem::noPath, std::nullopt), "it has no URL");
+  EXPECT_THAT(reason(ProfileProblem::charactersOfPath), StartsWith("its path holds a character that"));
+  EXPECT_EQ(reason(ProfileProblem::specTooLong), "the spec is longer than 40 bytes");
+  EXPECT_EQ(reason(ProfileProblem::lineTooLong), "a statement would be longer than 255 bytes");
+  EXPECT_EQ(reason(ProfileProblem::noStatement), "the PPD has no statement of this spec to set");
 }

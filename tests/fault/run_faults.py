@@ -2,8 +2,9 @@
 # SPDX-License-Identifier: MIT
 """Runs the tool where something fails around it, and on input of extreme size; prints a table of time and memory.
 
-Writes that fail or are cut short, a file that changes while it is read, and sizes: the run ends with the documented exit
-status, without a crash and with nothing on standard error, and memory stays in proportion.
+Writes that fail or are cut short, a file that changes while it is read, a broken device-model library, and sizes: the
+run ends with the documented exit status, without a crash and with nothing on standard error, and memory stays in
+proportion.
 """
 import argparse
 import json
@@ -79,8 +80,59 @@ class Faults:
             timer.start()
             result = self.run(ppd)
             timer.join()
-            self.expect(f"a PPD that {what} while it is read: status {result.returncode}, silent",
-                        result.returncode in (0, 1) and result.stderr == b"")
+            # Reading ends where the file does, with success; every line of each is one that may come next.
+            self.expect(f"a PPD that {what} while it is read: status 0, silent",
+                        (result.returncode, result.stderr) == (0, b""))
+
+    def unusable_libraries(self):
+        """Only a library that is not there at all is taken for absent; the tool must not do without one that is broken."""
+        asking = self.file("asking.ppd", SMALL + b'*QZPPDUpdaters: "ATMediaTypePSPPDUpdater"\n')
+        small = self.file("small.ppd", SMALL)
+        libraries = self.folder / "libraries"
+        libraries.mkdir()
+        library = libraries / "libQZVorantisModel.so.1"
+        environment = {**self.environment, "LD_LIBRARY_PATH": str(libraries)}
+        self.expect("no library: status 0, the PPD unchanged", self.answer(asking, environment) == (0, asking.read_bytes(), b""))
+        other = next(pathlib.Path("/usr/lib").glob("*/libz.so.1"))
+        for what, contents in (("an empty file", b""), ("a text", b"no shared object\n" * 1000),
+                               ("the beginning of a library", other.read_bytes()[:100]), ("a library of other entry points", other.read_bytes())):
+            library.write_bytes(contents)
+            self.expect(f"{what} for a library: status 1, nothing written, silent",
+                        self.answer(asking, environment) == (1, b"", b""))
+            self.expect("  a PPD that names no updaters does not need it", self.answer(small, environment) == (0, SMALL, b""))
+
+    def answer(self, ppd, environment):
+        result = subprocess.run([self.tool, URI, ppd], env=environment, stdin=subprocess.DEVNULL, capture_output=True,
+                                timeout=60, check=False)
+        return result.returncode, result.stdout, result.stderr
+
+    def hostile_devices(self):
+        """A device that asks for more than any real one: status 1 within 10 s and 1 GB, and nothing written."""
+        thirty = " ".join(f"l{number}" for number in range(30))
+        ten_thousand = "\n ".join(" ".join(f"l{line * 20 + number}" for number in range(20)) for line in range(500))
+        megabyte = "\n".join("x" * 200 for _ in range(5000))
+        profiles = [{"URL": f"/p/{index}.icc", "ICCName": "P", "GlossEnhancer": "OFF"} for index in range(75_000)]
+        rows = (("75,000 profiles in 30 languages", "PCL3", thirty, "x", [{"ICCProfiles": profiles}]),
+                ("1,000 media in 10,000 languages", "PS", ten_thousand, "x", [{}] * 1000),
+                ("a megabyte that 10,000 media inherit", "PS", "en", megabyte, [{"ParentID": "f1"}] * 10_000))
+        for name, kind, languages, properties, media in rows:
+            ppd = self.file("hostile.ppd", HOSTILE.format(languages, kind, properties).encode())
+            items = {str(index): {"Name": f"n{index}", "MediumID": f"i{index}", "CategoryName": "c", "CategoryID": "CUSTOM",
+                                  **more} for index, more in enumerate(media)}
+            snapshot = {"format": "vorantis-device-snapshot", "formatVersion": 1,
+                        "devices": [{"dataStore": {"VMCustomMediaStorage": {"MediaInfo": items}}}]}
+            self.environment["QZVORANTISMODEL_SNAPSHOT"] = str(self.file("hostile.json", json.dumps(snapshot).encode()))
+            start = time.monotonic()
+            with tempfile.TemporaryFile() as output:
+                process = subprocess.Popen([self.tool, URI, ppd], env=self.environment, stdin=subprocess.DEVNULL,
+                                           stdout=output, stderr=output)
+                _, status, usage = os.wait4(process.pid, 0)
+                process.returncode = os.waitstatus_to_exitcode(status)
+                written = output.seek(0, os.SEEK_END)
+            self.expect(f"{name}: status 1, nothing written", (process.returncode, written) == (1, 0))
+            seconds, memory = time.monotonic() - start, usage.ru_maxrss * 1024
+            self.expect(f"  within 10 s and 1 GB ({seconds:.1f} s, {memory / 1e6:.0f} MB)", seconds < 10 and memory < 1e9)
+            del self.environment["QZVORANTISMODEL_SNAPSHOT"]
 
     def sizes(self):
         line = b"*UIConstraints: *OptionA Choice1 *OptionB Choice2\n"
@@ -125,8 +177,21 @@ print(status, resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss * 1024)
 """
 
 
+HOSTILE = """*PPD-Adobe: "4.3"
+*cupsLanguages: "{0}"
+*QZPPDUpdaters: "ATMediaType{1}PPDUpdater"
+*QZValueAttributes MediaType.Plain: "{2}"
+*OpenGroup: QZImagingOptions/Imaging
+*OpenUI *MediaType/Media: PickOne
+*DefaultMediaType: Plain
+*MediaType Plain/Plain: "(f1)"
+*CloseUI: *MediaType
+*CloseGroup: QZImagingOptions
+"""
+
+
 def limit_file_size():
-    signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+    signal.signal(signal.SIGXFSZ, signal.SIG_DFL)  # the tool itself has to turn the signal into a failed write
     resource.setrlimit(resource.RLIMIT_FSIZE, (100_000, 100_000))
 
 
@@ -139,6 +204,8 @@ def main():
         faults = Faults(options, pathlib.Path(folder))
         faults.failing_writes()
         faults.changing_file()
+        faults.hostile_devices()
+        faults.unusable_libraries()
         faults.sizes()
     print(f"{faults.passed} passed, {faults.failed} failed")
     return 1 if faults.failed else 0

@@ -4,7 +4,12 @@
 // Allowed outcomes: the run succeeds, twice with the same bytes, and what it wrote can be set up again; or an updater
 // fails; or an ATException ends it. A document that names no updaters is written as it was read.
 
+#include <algorithm>
 #include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "base/ATException.h"
 #include "readers/ATDeviceDataReader.h"
@@ -29,9 +34,10 @@ Outcome run(std::string_view text) {
     CHECK(DocumentReading::textOf(reading->ppd) == DocumentReading::expectedText(reading->lines));
     return {true, DocumentReading::textOf(reading->ppd)};
   }
-  const auto modelName = reading->ppd.attributeForName("ModelName");
-  const auto reader =
-      ATDeviceDataReader::initWithDeviceURI("socket://192.0.2.10:9100", modelName ? modelName->value() : std::nullopt);
+  const auto attribute = reading->ppd.attributeForName("ModelName");
+  const auto value = attribute ? attribute->value() : std::nullopt;
+  const auto modelName = value ? std::optional<std::string>(*value) : std::nullopt;
+  const auto reader = ATDeviceDataReader::initWithDeviceURI("socket://192.0.2.10:9100", modelName);
   try {
     for (const auto& updater : updaters) {
       if (!updater->updatePPD(&reading->ppd, reader.get())) return {false, ""};

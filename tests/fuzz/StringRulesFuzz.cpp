@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "base/Text.h"
-#include "ppd/PPDExtentions.h"
+#include "ppd/lines/PPDExtentions.h"
 #include "tests/fuzz/Check.h"
 
 namespace {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
 
 #include "library/QZVorantisModel.h"
 #include "tests/library/Environment.h"
@@ -56,7 +59,10 @@ class FreshLibrary {
   std::string logPath() const { return folder_.path("library.log"); }
 
   void useSnapshot(const std::string& text) { snapshot_.set(folder_.file("snapshot.json", text)); }
-  void useLog() { log_.set(logPath()); }
+  void useLog() {
+    if (!std::filesystem::exists(logPath())) folder_.file("library.log", "");
+    log_.set(logPath());
+  }
 
   // The service information of the device; the fixture gives it back.
   const QZVMServiceInfo* info(std::string_view uri = "socket://a") {
@@ -268,7 +274,7 @@ TEST_F(StoredDeviceModelLibrary, ReadsTheSnapshotAtTheFirstOperation) {
   useLog();
   snapshot_.set(snapshotPath());  // does not exist yet
   table();
-  EXPECT_FALSE(std::filesystem::exists(logPath()));
+  EXPECT_EQ(contentsOfFile(logPath()), "");
   useSnapshot(withDevices(R"({"deviceFamilyName": "A"})"));
   EXPECT_EQ(familyName(info()), "A");
 }
@@ -307,7 +313,30 @@ TEST_F(StoredDeviceModelLibrary, NothingIsLoggedWhenNothingIsWrong) {
   useLog();
   useSnapshot(withDevices("{}"));
   info("socket://a");
+  EXPECT_EQ(contentsOfFile(logPath()), "");
+}
+
+TEST_F(StoredDeviceModelLibrary, ALogThatIsNotThereIsNotMade) {
+  log_.set(logPath());
+  useSnapshot("no JSON");
+  EXPECT_EQ(table().offersServiceInfoWithSpec(), QZVM_FAILED);
   EXPECT_FALSE(std::filesystem::exists(logPath()));
+}
+
+TEST_F(StoredDeviceModelLibrary, NothingIsLoggedThroughALink) {
+  const std::string target = folder_.file("target", "untouched");
+  std::filesystem::create_symlink(target, logPath());
+  log_.set(logPath());
+  useSnapshot("no JSON");
+  EXPECT_EQ(table().offersServiceInfoWithSpec(), QZVM_FAILED);
+  EXPECT_EQ(contentsOfFile(target), "untouched");
+}
+
+TEST_F(StoredDeviceModelLibrary, APipeAsLogIsNotWaitedFor) {
+  ASSERT_EQ(mkfifo(logPath().c_str(), 0600), 0);
+  log_.set(logPath());
+  useSnapshot("no JSON");
+  EXPECT_EQ(table().offersServiceInfoWithSpec(), QZVM_FAILED);
 }
 
 TEST_F(StoredDeviceModelLibrary, MissingSnapshotIsLoggedWithItsPath) {

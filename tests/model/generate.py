@@ -233,18 +233,24 @@ ODD_MEDIA_NAMES = ("a:b", 'say "hi"', "two\nlines", "CR\rhere", "Caf\u00e9", "Eu
                    "\u009d", "\u009e", "\u009d", "\u009e", "\x7f", "a/b", " ", " lead", "", "", "x\u2028y",
                     "\x1f", "\x01", "~", "*End", "%@",
                    "<b>", "two\r\nlines", "\x0bvt", "nel\u0085x")
-PATHS = ("/Library/F/plain.icc", "/Library/F/gloss.icc", "/p/a.icc", "/a b/c.icc")
+PATHS = ("/Library/F/plain.icc", "/Library/F/gloss.icc", "/p/a.icc", "/a b/c.icc", "my profiles/50%.icc")
+# Without a scheme, and what looks like one and is none; and with one.
+RELATIVE_PATHS = ("p/a b.icc", " p.icc", "p/a#1.icc", "#p", "?p=q", "p?q", "p/a%20b.icc", "%2Fp", "%", "100%zz",
+                  "p/\u00e9.icc", "\u20ac/\u00e9 #1%.icc", "\\p\\q", "1a:b", "-a:b", "_a:b", "a b:c", "a%41:b", ":b",
+                  "../p [1].icc", "{p}|^`")
+SCHEMED_PATHS = ("a:b", "C:\\x", "C:x", "c:/p q", "x-1.2+y:p%20q", "a:b c", "p:%zz", "file:p/a%20b.icc")
 ODD_PATHS = ("", "rel.icc", "file:///x%20y.icc", "/p;x", "/Library/\u00e9.icc", "a b.icc", "/%41.icc", "/q\tx", "%zz",
-             "/p:q", "/\u20ac", "/%zz")
+             "/p:q", "/\u20ac", "/%zz") + RELATIVE_PATHS + SCHEMED_PATHS
 URLS = ("file:///Library/Profiles/a.icc", "/Library/Profiles/b.icc", "file:///Library/My%20Profiles/c.icc",
-        "file:///p/a.icc", "/p/a.icc")
+        "file:///p/a.icc", "/p/a.icc", "my profiles/50%.icc")
 ODD_URLS = ("", "file:///a b.icc", "/a b/\u00e9.icc", "file:///%zz", "file:///%FF.icc", "file://host", "mailto:a@b",
             "file:///a%3Ab.icc", "file:///%C3%A9.icc", "file:///%E2%82%AC.icc", "%2Fp%2Fq.icc", "//host/p.icc",
             "file:/x", "?q", "#f", "http://h/x.icc?q#f", "file:///%00", "http://[::1]/a", "http://[::1/a", "1:a", "a:b",
             "file:///a|b", "file:///a[b]", "file:///caf\u00e9.icc", "relative/d.icc", "./e.icc", "../f", "file:",
             "file:///a%2", "file:///%e2%82", "file:///a//b", "file:///a/../b", "http://u@h:80/x", "http://h:x/y",
             "/%41", "/\u20ac.icc", "/a:b", "/q\"q", "file:///%22", "+a:b", "a+b:/c", "file:///a^b", "/", "//", "///x",
-            "file:///%ED%A0%80", "\u00e9", " /a", "/a\nb", "a%20b:c", ";x", "x;y=1/z", "@", "a@b/c", "file:///a%20")
+            "file:///%ED%A0%80", "\u00e9", " /a", "/a\nb", "a%20b:c", ";x", "x;y=1/z", "@", "a@b/c", "file:///a%20") \
+    + RELATIVE_PATHS + SCHEMED_PATHS
 
 
 class Generator:

@@ -1076,14 +1076,13 @@ def media_record(item):
 
 
 # ---------------------------------------------------------------------------------------------------------------------
-# URL to path (RFC 3986)
+# URL to path (RFC 3986); what has no scheme is a plain path
 
 HEX = "[0-9A-Fa-f]"
 PCT = "%" + HEX + HEX
 UNRESERVED = r"A-Za-z0-9\-._~"
 SUB_DELIMS = "!$&'()*+,;="
 PCHAR = "(?:[" + UNRESERVED + SUB_DELIMS + ":@]|" + PCT + ")"
-NO_COLON = "(?:[" + UNRESERVED + SUB_DELIMS + "@]|" + PCT + ")"
 OCTET = "(?:25[0-5]|2[0-4][0-9]|1[0-9][0-9]|[1-9][0-9]|[0-9])"
 IPV4 = OCTET + r"(?:\." + OCTET + "){3}"
 H16 = HEX + "{1,4}"
@@ -1099,19 +1098,19 @@ USER_INFO = "(?:[" + UNRESERVED + SUB_DELIMS + ":]|" + PCT + ")*"
 AUTHORITY = "(?:" + USER_INFO + r"@)?(?:\[(?:" + IPV6 + "|" + IP_FUTURE + r")\]|" + REG_NAME + ")(?::[0-9]*)?"
 SEGMENTS = "(?:/" + PCHAR + "*)*"
 TAIL = r"(?:\?(?:" + PCHAR + r"|[/?])*)?(?:#(?:" + PCHAR + "|[/?])*)?"
-WITH_AUTHORITY = "[A-Za-z][A-Za-z0-9+.-]*://" + AUTHORITY + "(" + SEGMENTS + ")" + TAIL
-ABSOLUTE = "[A-Za-z][A-Za-z0-9+.-]*:(/(?:" + PCHAR + "+" + SEGMENTS + ")?)" + TAIL
-ROOTLESS = "[A-Za-z][A-Za-z0-9+.-]*:((?:" + PCHAR + "+" + SEGMENTS + ")?)" + TAIL
-RELATIVE = "((?:" + NO_COLON + "+" + SEGMENTS + ")?)" + TAIL  # those with a leading "/" are plain paths
+SCHEME = "[A-Za-z][A-Za-z0-9+.-]*:"
+WITH_AUTHORITY = SCHEME + "//" + AUTHORITY + "(" + SEGMENTS + ")" + TAIL
+ABSOLUTE = SCHEME + "(/(?:" + PCHAR + "+" + SEGMENTS + ")?)" + TAIL
+ROOTLESS = SCHEME + "((?:" + PCHAR + "+" + SEGMENTS + ")?)" + TAIL
 
 
 def path_of_url(url):
     url = as_text(url)
     if url is None:
         return None
-    if url.startswith("/"):
-        return url
-    for form in (WITH_AUTHORITY, ABSOLUTE, ROOTLESS, RELATIVE):
+    if not re.match(SCHEME, url):
+        return url or None
+    for form in (WITH_AUTHORITY, ABSOLUTE, ROOTLESS):
         match = re.fullmatch(form, url, re.ASCII)
         if match:
             data = b""

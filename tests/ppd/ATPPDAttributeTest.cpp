@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ppd/ATPPDAttribute.h"
+#include "ppd/document/ATPPDAttribute.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -30,20 +30,26 @@ std::shared_ptr<ATPPDAttribute> attributeOfLines(const TestSupport::Texts& lines
   return attribute;
 }
 
-Part nameOf(const char* line) {
-  return attribute(line)->name();
+// The parts of attributes that are gone when they are compared.
+using Copy = std::optional<std::string>;
+
+Copy copyOf(const Part& part) {
+  return part ? Copy(*part) : null;
 }
-Part specOf(const char* line) {
-  return attribute(line)->spec();
+Copy nameOf(const char* line) {
+  return copyOf(attribute(line)->name());
 }
-Part textOf(const char* line) {
-  return attribute(line)->text();
+Copy specOf(const char* line) {
+  return copyOf(attribute(line)->spec());
 }
-Part valueOf(const char* line) {
-  return attribute(line)->value();
+Copy textOf(const char* line) {
+  return copyOf(attribute(line)->text());
 }
-Part valueOfLines(const TestSupport::Texts& lines) {
-  return attributeOfLines(lines)->value();
+Copy valueOf(const char* line) {
+  return copyOf(attribute(line)->value());
+}
+Copy valueOfLines(const TestSupport::Texts& lines) {
+  return copyOf(attributeOfLines(lines)->value());
 }
 
 const TestSupport::Texts kSeveralLines = {"*Foo Bar/Text: \"one\r\n", "  two\r\n", "three\"\r\n", "*End\r\n"};
@@ -396,41 +402,86 @@ TEST(ATPPDAttribute, TheComposedLineCanBeReplacedAndTakenBack) {
   EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar: x\r\n"));
 }
 
-TEST(ATPPDAttribute, NamesAndSpecsComeFromTheLineThatIsWritten) {
+TEST(ATPPDAttribute, PartsComeFromTheLineThatIsWritten) {
   const auto foo = attribute("*Foo Bar: x\n");
   foo->setAttributeString(StatementString("*New Spec/Text: y\n"));
   EXPECT_EQ(foo->name(), "New");
   EXPECT_EQ(foo->spec(), "Spec");
   EXPECT_EQ(foo->text(), "Text");
-  EXPECT_EQ(foo->value(), "x");
+  EXPECT_EQ(foo->value(), "y");
+}
+
+TEST(ATPPDAttribute, PartsThatWereFoundStayWhateverLineIsWritten) {
+  for (const char* line : {"*New Spec/Other: y\n", "no statement\n", ""}) {
+    const auto foo = attribute("*Foo Bar/Text: x\n");
+    static_cast<void>(foo->text());  // which needs the name, too
+    static_cast<void>(foo->value());
+    foo->setAttributeString(StatementString(line));
+    EXPECT_EQ(foo->name(), "Foo");
+    EXPECT_EQ(foo->text(), "Text");
+    EXPECT_EQ(foo->value(), "x");
+    EXPECT_EQ(foo->spec(), null);  // nobody asked for it, and it does not stand behind "Foo" now
+  }
+}
+
+TEST(ATPPDAttribute, AValueOfSeveralLinesIsOneOfTheWrittenLineOnceThereIsOne) {
+  const auto foo = attributeOfLines(kSeveralLines);
+  foo->setAttributeString(StatementString("*Foo: y\n"));
+  EXPECT_EQ(foo->value(), "y");
+  const auto other = attributeOfLines(kSeveralLines);
+  ASSERT_EQ(other->value(), "\"one\n  two\r\nthree\"");
+  other->setAttributeString(StatementString("*Foo: y\n"));
+  EXPECT_EQ(other->value(), "\"one\n  two\r\nthree\"");
+}
+
+TEST(ATPPDAttribute, APartThatIsSetToNothingIsLookedForInTheLineThatIsWritten) {
+  for (const bool asked : {false, true}) {
+    const auto foo = attribute("*Foo Bar/Text: x\n");
+    const auto ask = [&] {
+      if (!asked) return;
+      static_cast<void>(foo->name());
+      static_cast<void>(foo->spec());
+      static_cast<void>(foo->text());
+      static_cast<void>(foo->value());
+    };
+    ask();
+    foo->setValue("y");
+    ask();
+    foo->setText(null);
+    ask();
+    EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/Text: y\n"));
+    EXPECT_EQ(foo->text(), "Text");
+    foo->setText("");
+    ask();
+    foo->setText(null);  // no text stands in the line now
+    ask();
+    EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar: y\n"));
+    foo->setValue(null);
+    EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar: y\n"));
+    EXPECT_EQ(foo->value(), "y");
+  }
+}
+
+TEST(ATPPDAttribute, ASlashOfTheSpecBeginsATextOnceTheLineIsComposed) {
+  const auto foo = ATPPDAttribute::initWithName("Foo", "A/B", null, "x");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo A/B: x\n"));
+  EXPECT_EQ(foo->spec(), "A/B");
+  EXPECT_EQ(foo->text(), "B");
+  foo->setValue("y");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo A/B/B: y\n"));
+  foo->setValue("z");
+  EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo A/B/B: z\n"));
+  const auto unasked = ATPPDAttribute::initWithName("Foo", "A/B", null, "x");
+  unasked->setValue("y");
+  EXPECT_THAT(linesOf(*unasked), ElementsAre("*Foo A/B/B: y\n"));
+  EXPECT_EQ(unasked->spec(), "A/B");
+  EXPECT_EQ(unasked->text(), "B");
 }
 
 TEST(ATPPDAttribute, ComposesTheLineOnRequest) {
   const auto foo = attribute("*Foo   Bar /Text:x\r\n");
   foo->updateAttributeString();
   EXPECT_THAT(linesOf(*foo), ElementsAre("*Foo Bar/Text: x\n"));
-}
-
-TEST(ATPPDAttribute, IsNamedEqualsAComparisonWithTheName) {
-  for (const char* line : {"*Foo: x\n", "*Foo Bar: x\n", " * Foo: x\n", "*\nFoo: x\n", "*FooBar: x\n", "*foo: x\n",
-                           "*Foo", "*Foo\n", "*: x\n", "Foo: x\n", "*", "", "*Fo", "*Foo/Text: x\n",
-                           "*\xC2\xA0"
-                           "Foo: x\n",
-                           "*\xC3\xA9: x\n", "*:Foo: x"}) {
-    for (const char* name : {"Foo", "Foo\n", "Fo", "FooBar", "foo", "", "Foo/Text", ":", "\xC3\xA9", "(null)"}) {
-      const auto fresh = attribute(line);
-      const bool expected = attribute(line)->name() == name;
-      EXPECT_EQ(fresh->isNamed(name), expected) << testing::PrintToString(line) << testing::PrintToString(name);
-      fresh->name();
-      EXPECT_EQ(fresh->isNamed(name), expected) << testing::PrintToString(line) << testing::PrintToString(name);
-    }
-  }
-}
-
-TEST(ATPPDAttribute, IsNamedKnowsBuiltAttributes) {
-  EXPECT_TRUE(ATPPDAttribute::initWithName("A Name", null, null, null)->isNamed("A Name"));
-  EXPECT_FALSE(ATPPDAttribute::initWithName("A Name", null, null, null)->isNamed("A"));
-  EXPECT_FALSE(ATPPDAttribute().isNamed(""));
 }
 
 namespace {

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "ppd/ATPPDChoice.h"
+#include "ppd/document/ATPPDChoice.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "tests/ppd/TestSupport.h"
 
@@ -18,12 +19,16 @@ namespace {
 constexpr std::nullopt_t null = std::nullopt;
 constexpr const char* kSignature = "-[ATPPDChoice choiceStringWithName:optionName:text:code:]: ";
 
+std::optional<std::string> copyOf(std::optional<std::string_view> part) {
+  return part ? std::optional<std::string>(*part) : std::nullopt;
+}
+
 std::optional<std::string> nameOf(const char* line) {
-  return ATPPDChoice::choiceWithString(line)->name();
+  return copyOf(ATPPDChoice::choiceWithString(line)->name());
 }
 
 std::optional<std::string> codeOf(const char* line) {
-  return ATPPDChoice::choiceWithString(line)->code();
+  return copyOf(ATPPDChoice::choiceWithString(line)->code());
 }
 
 // A text with which the statement of `*O n/TEXT: ""` has this many bytes, line end left out.
@@ -189,6 +194,29 @@ TEST(ATPPDChoice, NameAndCodeStayAsGiven) {
   const auto choice = ATPPDChoice::initWithName(" a/b ", "t", "c\"d", "O", {});
   EXPECT_EQ(choice->name(), " a/b ");
   EXPECT_EQ(choice->code(), "c\"d");
+}
+
+TEST(ATPPDChoice, ACodeThatWasGivenStaysWhateverQuotesStandInFrontOfIt) {
+  const auto choice =
+      ATPPDChoice::initWithName("Roll \"7700\" wide", "a \"text\"", "<<\"1\">>", "O", {{"de", "\"D\""}});
+  EXPECT_THAT(linesOf(*choice), ElementsAre("*O Roll \"7700\" wide/a \"text\": \"<<\"1\">>\"\n",
+                                            "*de.O Roll \"7700\" wide/\"D\": \"\"\n"));
+  EXPECT_EQ(choice->name(), "Roll \"7700\" wide");
+  EXPECT_EQ(choice->code(), "<<\"1\">>");
+  EXPECT_EQ(ATPPDChoice::initWithName("Roll \"7700\" wide", "t", "", "O", {})->code(), "");
+  // No code was given, so it is what stands between the quotes of the statement.
+  EXPECT_EQ(ATPPDChoice::initWithName("Roll \"7700\" wide", "t", null, "O", {})->code(), "7700\" wide/t: \"");
+}
+
+TEST(ATPPDChoice, NameAndCodeStayWhenLinesCome) {
+  const auto choice = ATPPDChoice::choiceWithString("*MediaType Plain: \"x\"\n");
+  const auto name = choice->name();
+  const auto code = choice->code();
+  for (int count = 0; count < 10; ++count) choice->addString("*Other Name: \"y\"\n", PPDLineTypeChoiceContinuation);
+  EXPECT_EQ(name, "Plain");  // the very text that was given out
+  EXPECT_EQ(code, "x");
+  EXPECT_EQ(choice->name(), "Plain");
+  EXPECT_EQ(choice->code(), "x");
 }
 
 TEST(ATPPDChoice, NoChoiceIsMadeWithoutAStatement) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ppd/ATPPDCompoundObject.h"
+#include "ppd/document/ATPPDCompoundObject.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "base/ATException.h"
-#include "ppd/ATPPDObject.h"
+#include "ppd/document/ATPPDObject.h"
 #include "tests/ppd/TestSupport.h"
 
 using testing::ElementsAre;
@@ -82,7 +82,7 @@ TEST(ATPPDCompoundObject, RemovesByIdentity) {
   object.appendObjectToPPDObjects(other);
   object.removeObjectFromPPDObjects(other.get());
   ASSERT_EQ(object.PPDObjects().size(), 1U);
-  EXPECT_EQ(object.PPDObjects().front(), one);
+  EXPECT_EQ(*object.PPDObjects().begin(), one);
 }
 
 TEST(ATPPDCompoundObject, RemovesOneOccurrence) {
@@ -92,6 +92,24 @@ TEST(ATPPDCompoundObject, RemovesOneOccurrence) {
   object.appendObjectToPPDObjects(twice);
   object.removeObjectFromPPDObjects(twice.get());
   EXPECT_THAT(linesOf(object), ElementsAre("twice"));
+}
+
+TEST(ATPPDCompoundObject, RemovesTheFirstOccurrenceInListOrder) {
+  for (const bool insertedLater : {false, true}) {
+    ATPPDCompoundObject object;
+    const auto twice = plain("twice");
+    if (!insertedLater) object.appendObjectToPPDObjects(twice);
+    object.appendObjectToPPDObjects(plain("between"));
+    object.appendObjectToPPDObjects(twice);
+    if (insertedLater) object.insertObjectToPPDObjects(twice, 0);
+    ASSERT_THAT(linesOf(object), ElementsAre("twice", "between", "twice"));
+    object.removeObjectFromPPDObjects(twice.get());
+    EXPECT_THAT(linesOf(object), ElementsAre("between", "twice"));
+    object.removeObjectFromPPDObjects(twice.get());
+    EXPECT_THAT(linesOf(object), ElementsAre("between"));
+    object.removeObjectFromPPDObjects(twice.get());
+    EXPECT_THAT(linesOf(object), ElementsAre("between"));
+  }
 }
 
 TEST(ATPPDCompoundObject, RemovingNullOrAStrangerDoesNothing) {
@@ -110,6 +128,23 @@ TEST(ATPPDCompoundObject, AChildsChildIsNoChild) {
   outer.appendObjectToPPDObjects(inner);
   outer.removeObjectFromPPDObjects(leaf.get());
   EXPECT_THAT(linesOf(outer), ElementsAre("leaf"));
+}
+
+TEST(ATPPDCompoundObject, LaterChangesOfTheListThatWasSetDoNotShow) {
+  ATPPDCompoundObject object;
+  const auto one = plain("1");
+  ATPPDCompoundObject::PPDObjectList list;
+  list.append(one);
+  list.append(plain("2"));
+  object.setPPDObjects(list);
+  list.append(plain("3"));
+  list.removeAt(*list.positionOf(one.get()));
+  EXPECT_THAT(linesOf(object), ElementsAre("1", "2"));
+  object.removeObjectFromPPDObjects(one.get());
+  object.appendObjectToPPDObjects(plain("4"));
+  EXPECT_THAT(linesOf(object), ElementsAre("2", "4"));
+  EXPECT_EQ(list.size(), 2U);
+  EXPECT_THAT(linesOf(*list.back()), ElementsAre("3"));
 }
 
 TEST(ATPPDCompoundObject, TheSetterReplacesTheWholeList) {

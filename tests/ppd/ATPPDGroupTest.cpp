@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ppd/ATPPDGroup.h"
+#include "ppd/document/ATPPDGroup.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -42,7 +42,7 @@ std::shared_ptr<ATPPDGroup> groupWithTwoOptions() {
 TEST(ATPPDGroup, BeginsWithItsOpenGroupStatement) {
   const auto group = ATPPDGroup::groupWithString(kOpen);
   ASSERT_EQ(group->PPDObjects().size(), 1U);
-  const IATPPDObject& first = *group->PPDObjects().front();
+  const IATPPDObject& first = **group->PPDObjects().begin();
   EXPECT_EQ(typeid(first), typeid(ATPPDObject));
   EXPECT_THAT(linesOf(*group), ElementsAre(kOpen));
   EXPECT_THAT(group->options(), IsEmpty());
@@ -154,10 +154,25 @@ TEST(ATPPDGroup, NameOfAGroupWithoutLinesIsAProgrammingError) {
   EXPECT_THROW(group.name(), ATException);
 }
 
+TEST(ATPPDGroup, NameComesFromTheFirstStringThoughTheFirstChildHasNone) {
+  const auto group = ATPPDGroup::groupWithString(kOpen);
+  group->insertObjectToPPDObjects(std::make_shared<ATPPDObject>(), 0);
+  group->insertObjectToPPDObjects(std::make_shared<ATPPDGroup>(), 1);
+  group->addString("*Other: Wrong/Text\n", PPDLineTypeStatement);
+  EXPECT_EQ(group->name(), "General");
+}
+
+TEST(ATPPDGroup, NameComesFromTheFirstStringOfWhateverStandsFirst) {
+  ATPPDGroup group;
+  group.appendObjectToPPDObjects(ATPPDGroup::groupWithString("*OpenGroup: Inner/Text\n"));
+  group.addString(kOpen, PPDLineTypeOpenGroup);
+  EXPECT_EQ(group.name(), "Inner");
+}
+
 TEST(ATPPDGroup, NameIsWorkedOutOnce) {
   const auto group = ATPPDGroup::groupWithString(kOpen);
   ASSERT_EQ(group->name(), "General");
-  group->removeObjectFromPPDObjects(group->PPDObjects().front().get());
+  group->removeObjectFromPPDObjects((*group->PPDObjects().begin()).get());
   EXPECT_EQ(group->name(), "General");
 }
 
@@ -176,6 +191,26 @@ TEST(ATPPDGroup, AnOptionWithoutADefaultIsFoundByTheEmptyNameOnly) {
   group->addString("*OpenUI *C: PickOne\n", PPDLineTypeOpenUI);
   EXPECT_EQ(group->optionForName("C"), nullptr);
   EXPECT_EQ(group->optionForName(""), group->options()[2]);
+}
+
+TEST(ATPPDGroup, ALookUpAsksNoOptionBehindTheMatchForItsName) {
+  const auto group = groupWithTwoOptions();
+  for (int time = 0; time < 5; ++time) ASSERT_EQ(group->optionForName("A"), group->options()[0]);
+  group->options()[1]->setDefChoice(StatementString("*DefaultLater: x\n"));
+  EXPECT_EQ(group->optionForName("B"), nullptr);
+  EXPECT_EQ(group->optionForName("Later"), group->options()[1]);
+}
+
+TEST(ATPPDGroup, AnOptionThatWasAskedBeforeItsDefaultStatementCameHasNoNameForGood) {
+  for (const int lookUps : {0, 1, 5}) {
+    const auto group = ATPPDGroup::groupWithString(kOpen);
+    group->addString("*OpenUI *A: PickOne\n", PPDLineTypeOpenUI);
+    for (int time = 0; time < lookUps; ++time) ASSERT_EQ(group->optionForName("A"), nullptr);
+    group->addString("*DefaultA: x\n", PPDLineTypeDefaultChoice);
+    EXPECT_EQ(group->optionForName("A"), lookUps == 0 ? group->options()[0] : nullptr);
+    EXPECT_EQ(group->optionForName(""), lookUps == 0 ? nullptr : group->options()[0]);
+    EXPECT_EQ(group->options()[0]->defaultValue(), "x");
+  }
 }
 
 TEST(ATPPDGroup, TheFirstOfTwoOptionsOfTheSameNameIsFound) {

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "ppd/ATPPDObject.h"
+#include "ppd/document/ATPPDObject.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <typeinfo>
 
-#include "ppd/ATPPDAttribute.h"
-#include "ppd/ATPPDChoice.h"
+#include "ppd/document/ATPPDAttribute.h"
+#include "ppd/document/ATPPDChoice.h"
 #include "tests/ppd/TestSupport.h"
 
 using testing::ElementsAre;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ppd/ATPPDOption.h"
+#include "ppd/document/ATPPDOption.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "ppd/document/ATPPDAttribute.h"
 #include "tests/ppd/TestSupport.h"
 
 using testing::ElementsAre;
@@ -54,7 +55,7 @@ std::string lineOf(const std::string& name, const std::string& code = "") {
 
 std::vector<std::string> namesOf(const ATPPDOption& option) {
   std::vector<std::string> names;
-  for (const ChoicePtr& each : option.choices()) names.push_back(each->name().value_or("(null)"));
+  for (const ChoicePtr& each : option.choices()) names.emplace_back(each->name().value_or("(null)"));
   return names;
 }
 
@@ -70,7 +71,7 @@ TEST(ATPPDOption, BeginsWithItsOpenUIStatement) {
   const auto option = ATPPDOption::optionWithString(kOpen);
   EXPECT_THAT(linesOf(*option), ElementsAre(kOpen));
   ASSERT_EQ(option->PPDObjects().size(), 1U);
-  const IATPPDObject& first = *option->PPDObjects().front();
+  const IATPPDObject& first = **option->PPDObjects().begin();
   EXPECT_EQ(typeid(first), typeid(ATPPDObject));
   EXPECT_TRUE(option->choices().empty());
   EXPECT_EQ(option->defChoice(), null);
@@ -106,8 +107,8 @@ TEST(ATPPDOption, AChoiceLineBecomesAChoice) {
   option->addString(kPlain, PPDLineTypeChoice);
   ASSERT_EQ(option->PPDObjects().size(), 2U);
   ASSERT_EQ(option->choices().size(), 1U);
-  EXPECT_EQ(option->PPDObjects().back(), option->choices().front());
-  EXPECT_THAT(linesOf(*option->choices().front()), ElementsAre(kPlain));
+  EXPECT_EQ(option->PPDObjects().back(), *option->choices().begin());
+  EXPECT_THAT(linesOf(**option->choices().begin()), ElementsAre(kPlain));
 }
 
 TEST(ATPPDOption, FurtherLinesOfAChoiceAreHeldByIt) {
@@ -116,7 +117,7 @@ TEST(ATPPDOption, FurtherLinesOfAChoiceAreHeldByIt) {
   option->addString("two\"\n", PPDLineTypeChoiceContinuation);
   option->addString("*End\n", PPDLineTypeChoiceEnd);
   EXPECT_EQ(option->PPDObjects().size(), 2U);
-  EXPECT_THAT(linesOf(*option->choices().front()), ElementsAre("*MediaType Plain: \"one\n", "two\"\n", "*End\n"));
+  EXPECT_THAT(linesOf(**option->choices().begin()), ElementsAre("*MediaType Plain: \"one\n", "two\"\n", "*End\n"));
 }
 
 TEST(ATPPDOption, FurtherLinesGoToTheLastObjectWhateverItIs) {
@@ -300,6 +301,39 @@ TEST(ATPPDOption, ALastObjectWithoutLinesIsNoCloseUIStatement) {
   EXPECT_THAT(linesOf(*option), ElementsAre(kOpen, kDefault, kPlain, kGlossy, kClose));
 }
 
+// The last object may be of any kind; the first line that it is written as decides.
+
+TEST(ATPPDOption, TheFirstLineOfALastObjectMadeOfOthersDecides) {
+  for (const bool closes : {true, false}) {
+    const auto option = optionWithoutEnd();
+    const auto last = std::make_shared<ATPPDCompoundObject>();
+    last->appendObjectToPPDObjects(std::make_shared<ATPPDObject>());
+    if (!closes) last->appendObjectToPPDObjects(ATPPDObject::objectWithString("*% comment\n", PPDLineTypeComment));
+    last->appendObjectToPPDObjects(ATPPDObject::objectWithString(kClose, PPDLineTypeCloseUI));
+    option->appendObjectToPPDObjects(last);
+    option->addChoice(choice("Custom1"));
+    TestSupport::Texts expected = {kOpen, kDefault, kPlain, kGlossy};
+    expected.push_back(closes ? lineOf("Custom1") : "*% comment\n");
+    expected.emplace_back(kClose);
+    EXPECT_EQ(linesOf(*option), expected);
+  }
+}
+
+TEST(ATPPDOption, TheCanonicalLineOfALastAttributeDecides) {
+  const auto option = optionWithoutEnd();
+  const auto last = ATPPDAttribute::attributeWithString("*Foo: x\n");
+  last->setAttributeString(StatementString(kClose));
+  option->appendObjectToPPDObjects(last);
+  option->addChoice(choice("Custom1"));
+  EXPECT_THAT(linesOf(*option), ElementsAre(kOpen, kDefault, kPlain, kGlossy, lineOf("Custom1"), kClose));
+  const auto other = optionWithoutEnd();
+  const auto closing = ATPPDAttribute::attributeWithString(kClose);
+  closing->setAttributeString(StatementString("*Foo: x\n"));
+  other->appendObjectToPPDObjects(closing);
+  other->addChoice(choice("Custom1"));
+  EXPECT_THAT(linesOf(*other), ElementsAre(kOpen, kDefault, kPlain, kGlossy, "*Foo: x\n"));
+}
+
 TEST(ATPPDOption, AListedChoiceIsNotAddedAgain) {
   const auto option = mediaType();
   const ChoicePtr added = choice("Custom1");
@@ -380,7 +414,7 @@ TEST(ATPPDOption, ChoiceForNameComparesExactly) {
 TEST(ATPPDOption, AChoiceWithTheEmptyNameIsFoundByIt) {
   const auto option = ATPPDOption::optionWithString(kOpen);
   option->addString("*MediaType : \"x\"\n", PPDLineTypeChoice);
-  for (int time = 0; time < 10; ++time) EXPECT_EQ(option->choiceForName(""), option->choices().front());
+  for (int time = 0; time < 10; ++time) EXPECT_EQ(option->choiceForName(""), *option->choices().begin());
 }
 
 TEST(ATPPDOption, TheFirstOfTwoChoicesWithTheSameNameIsFound) {
@@ -390,6 +424,49 @@ TEST(ATPPDOption, TheFirstOfTwoChoicesWithTheSameNameIsFound) {
   for (int time = 0; time < 10; ++time) EXPECT_EQ(option->choiceForName("Same")->code(), "1");
   option->removeChoice(option->choiceForName("Same"));
   EXPECT_EQ(option->choiceForName("Same")->code(), "2");
+}
+
+TEST(ATPPDOption, AChoiceIsFoundByTheNameThatItHasNow) {
+  for (const int lookUps : {0, 1, 5}) {
+    const auto option = mediaType();
+    const auto later = std::make_shared<ATPPDChoice>();
+    option->addChoice(later);
+    option->addChoice(choice("Custom1"));
+    const ChoicePtr custom = option->choiceForName("Custom1");
+    for (int time = 0; time < lookUps; ++time) {
+      ASSERT_EQ(option->choiceForName("Custom2"), nullptr);
+      ASSERT_EQ(option->choiceForName("Custom1"), custom);
+      ASSERT_EQ(option->choiceForName(""), nullptr);
+    }
+    later->addString(lineOf("Custom1"), PPDLineTypeChoice);
+    EXPECT_EQ(option->choiceForName("Custom1"), later);
+    EXPECT_TRUE(option->choiceForName("Plain"));
+    option->removeChoice(later);
+    EXPECT_EQ(option->choiceForName("Custom1"), custom);
+  }
+}
+
+TEST(ATPPDOption, AChoiceIsFoundByTheCodeThatItHasNow) {
+  for (const int lookUps : {0, 1, 5}) {
+    const auto option = mediaType();
+    const auto later = std::make_shared<ATPPDChoice>();
+    const ChoicePtr custom = choice("Custom1", "id-4711");
+    option->addChoice(later);
+    option->addChoice(custom);
+    for (int time = 0; time < lookUps; ++time) {
+      ASSERT_EQ(option->choiceWithCodeContaining("id-47"), custom);
+      ASSERT_EQ(option->choiceWithCodeContaining("4"), custom);
+      ASSERT_EQ(option->choiceWithCodeContaining("none"), nullptr);
+    }
+    later->addString(lineOf("Custom2", "id-4712"), PPDLineTypeChoice);
+    EXPECT_EQ(option->choiceWithCodeContaining("id-47"), later);
+    EXPECT_EQ(option->choiceWithCodeContaining("4"), later);
+    EXPECT_EQ(option->choiceWithCodeContaining("4711"), custom);
+    EXPECT_EQ(option->choiceWithCodeContaining("4712"), later);
+    option->removeChoice(later);
+    EXPECT_EQ(option->choiceWithCodeContaining("id-47"), custom);
+    EXPECT_EQ(option->choiceWithCodeContaining("4712"), nullptr);
+  }
 }
 
 TEST(ATPPDOption, FindsTheFirstChoiceWhoseCodeContainsAPart) {
@@ -406,30 +483,6 @@ TEST(ATPPDOption, FindsTheFirstChoiceWhoseCodeContainsAPart) {
 TEST(ATPPDOption, TheEmptyStringIsContainedInNoCode) {
   const auto option = mediaType();
   EXPECT_EQ(option->choiceWithCodeContaining(""), nullptr);
-}
-
-TEST(ATPPDOption, KnowsWhetherAnyChoiceHasACode) {
-  const auto option = ATPPDOption::optionWithString(kOpen);
-  EXPECT_FALSE(option->hasChoiceWithCode());
-  option->addString("*MediaType None: x\n", PPDLineTypeChoice);
-  EXPECT_FALSE(option->hasChoiceWithCode());
-  option->addString("*MediaType Empty: \"\"\n", PPDLineTypeChoice);
-  EXPECT_TRUE(option->hasChoiceWithCode());
-}
-
-TEST(ATPPDOption, KnowsWhetherAnyChoiceHasACodeAfterAdditionsAndRemovals) {
-  const auto option = ATPPDOption::optionWithString(kOpen);
-  ASSERT_FALSE(option->hasChoiceWithCode());
-  const ChoicePtr without = ATPPDChoice::choiceWithString("*MediaType None: x\n");
-  option->addChoice(without);
-  EXPECT_FALSE(option->hasChoiceWithCode());
-  const ChoicePtr with = choice("Custom1", "code");
-  option->addChoice(with);
-  EXPECT_TRUE(option->hasChoiceWithCode());
-  option->removeChoice(without);
-  EXPECT_TRUE(option->hasChoiceWithCode());
-  option->removeChoice(with);
-  EXPECT_FALSE(option->hasChoiceWithCode());
 }
 
 TEST(ATPPDOption, DescriptionEndsWithTheName) {
@@ -474,7 +527,9 @@ struct ModelOfOption {
 
   TestSupport::Texts lines() const {
     TestSupport::Texts lines = {kOpen, kDefault};
-    for (const auto& each : choices) lines.emplace_back(each->strings().front().view());
+    for (const auto& each : choices) {
+      for (std::string& line : linesOf(*each)) lines.push_back(std::move(line));
+    }
     lines.emplace_back(kClose);
     return lines;
   }
@@ -483,9 +538,8 @@ struct ModelOfOption {
 }  // namespace
 
 TEST(ATPPDOption, EqualsPlainListsUnderRandomEditsAndQuestions) {
-  // Codes of this length make the look-ups by code cross over to their index within one series.
-  const std::string filler(5000, '.');
-  for (unsigned seed = 1; seed <= 4; ++seed) {
+  const std::string filler(20, '.');
+  for (unsigned seed = 1; seed <= 40; ++seed) {
     std::mt19937 random(seed);
     const auto below = [&random](std::size_t limit) { return std::size_t{random()} % limit; };
     const auto randomName = [&] { return "N" + std::to_string(below(12)); };
@@ -500,12 +554,14 @@ TEST(ATPPDOption, EqualsPlainListsUnderRandomEditsAndQuestions) {
     std::vector<ChoicePtr> removed;
     for (int step = 0; step < 250; ++step) {
       SCOPED_TRACE(testing::Message() << "seed " << seed << ", step " << step);
-      switch (below(5)) {
+      switch (below(6)) {
         case 0: {
           ChoicePtr added;
           if (!removed.empty() && below(2) == 0) {
             added = removed.back();
             removed.pop_back();
+          } else if (below(4) == 0) {
+            added = std::make_shared<ATPPDChoice>();
           } else {
             added = ATPPDChoice::choiceWithString(lineOf(randomName(), filler + "id" + std::to_string(below(20))));
           }
@@ -521,10 +577,16 @@ TEST(ATPPDOption, EqualsPlainListsUnderRandomEditsAndQuestions) {
           model.choices.erase(place);
           break;
         }
+        case 2:
+          for (const ChoicePtr& each : model.choices) {
+            if (!each->container().empty() || below(2) == 0) continue;
+            each->addString(lineOf(randomName(), filler + "id" + std::to_string(below(20))), PPDLineTypeChoice);
+          }
+          break;
         default: {
           const std::string name = randomName();
           ASSERT_EQ(option->choiceForName(name), model.choiceForName(name)) << name;
-          const std::string part = "id" + std::to_string(below(20));
+          const std::string part = (below(2) == 0 ? "id" : "") + std::to_string(below(20));
           ASSERT_EQ(option->choiceWithCodeContaining(part), model.choiceWithCodeContaining(part)) << part;
         }
       }
@@ -532,4 +594,12 @@ TEST(ATPPDOption, EqualsPlainListsUnderRandomEditsAndQuestions) {
       ASSERT_EQ(linesOf(*option), model.lines());
     }
   }
+}
+
+TEST(ATPPDOption, AChoiceMayBeRemovedByTheReferenceThatItsListGives) {
+  const auto option = ATPPDOption::optionWithString("*OpenUI *M/M: PickOne\n");
+  option->addString("*M A/A: \"a\"\n", PPDLineTypeChoice);
+  option->removeChoice(option->choices().back());
+  EXPECT_TRUE(option->choices().empty());
+  EXPECT_EQ(option->PPDObjects().size(), 1U);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ppd/ATPPDParser.h"
+#include "ppd/lines/ATPPDParser.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ppd/LineList.h"
+#include "ppd/document/LineList.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ppd/ObjectList.h"
+#include "ppd/lists/ObjectList.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -47,7 +47,7 @@ TEST(ObjectList, AppendedObjectsStandInOrder) {
   for (int value = 1; value <= 3; ++value) list.append(object(value));
   EXPECT_THAT(valuesOf(list), ElementsAre(1, 2, 3));
   EXPECT_EQ(list.size(), 3U);
-  EXPECT_EQ(*list.front(), 1);
+  EXPECT_EQ(**list.begin(), 1);
   EXPECT_EQ(*list.back(), 3);
   EXPECT_EQ(*list.at(list.lastPosition()), 3);
 }
@@ -57,7 +57,7 @@ TEST(ObjectList, PositionsOfAppendedObjectsAreInListOrder) {
   const auto first = list.append(object(1));
   const auto second = list.append(object(2));
   EXPECT_LT(first, second);
-  EXPECT_EQ(list.begin().position(), first);
+  EXPECT_EQ(list.positionOfIndex(0), first);
 }
 
 TEST(ObjectList, InsertsBeforeAndAfterAnObject) {
@@ -103,7 +103,7 @@ TEST(ObjectList, FindsObjectsThatCameAfterTheFirstQuestion) {
   list.append(one);
   ASSERT_TRUE(list.positionOf(one.get()));
   const Pointer two = object(2);
-  const auto position = list.insertBefore(list.begin().position(), two);
+  const auto position = list.insertBefore(list.positionOfIndex(0), two);
   EXPECT_EQ(list.positionOf(two.get()), position);
 }
 
@@ -126,12 +126,79 @@ TEST(ObjectList, AnObjectMayStandTwiceAndIsRemovedOnce) {
   list.append(one);
   list.append(object(2));
   list.append(one);
-  EXPECT_EQ(list.positionOf(one.get()), list.begin().position());
+  EXPECT_EQ(list.positionOf(one.get()), list.positionOfIndex(0));
   list.removeAt(*list.positionOf(one.get()));
   EXPECT_THAT(valuesOf(list), ElementsAre(2, 1));
   list.removeAt(*list.positionOf(one.get()));
   EXPECT_THAT(valuesOf(list), ElementsAre(2));
   EXPECT_EQ(list.positionOf(one.get()), std::nullopt);
+}
+
+TEST(ObjectList, OfAnObjectThatStandsTwiceTheFirstInListOrderIsFoundWhicheverCameFirst) {
+  for (const bool asked : {false, true}) {
+    List list;
+    const Pointer twice = object(1);
+    const auto behind = list.append(twice);
+    if (asked) {
+      ASSERT_EQ(list.positionOf(twice.get()), behind);
+    }
+    list.insertBefore(behind, object(2));
+    const auto front = list.insertBefore(list.positionOfIndex(0), twice);
+    list.insertAfter(front, object(3));
+    ASSERT_THAT(valuesOf(list), ElementsAre(1, 3, 2, 1));
+    EXPECT_EQ(list.positionOf(twice.get()), front);
+    list.removeAt(*list.positionOf(twice.get()));
+    EXPECT_THAT(valuesOf(list), ElementsAre(3, 2, 1));
+    EXPECT_EQ(list.positionOf(twice.get()), behind);
+    list.removeAt(behind);
+    EXPECT_EQ(list.positionOf(twice.get()), std::nullopt);
+    const auto again = list.append(twice);
+    EXPECT_EQ(list.positionOf(twice.get()), again);
+  }
+}
+
+TEST(ObjectList, OtherObjectsAreFoundWhileOneStandsTwice) {
+  List list;
+  const Pointer twice = object(1);
+  const Pointer other = object(2);
+  list.append(twice);
+  list.append(twice);
+  ASSERT_TRUE(list.positionOf(twice.get()));
+  const auto position = list.insertAfter(list.positionOfIndex(0), other);
+  EXPECT_EQ(list.positionOf(other.get()), position);
+  EXPECT_EQ(list.positionOf(object(3).get()), std::nullopt);
+  list.removeAt(position);
+  EXPECT_EQ(list.positionOf(other.get()), std::nullopt);
+}
+
+TEST(ObjectList, IsAppendedToBehindWhateverWasEditedInTheMiddle) {
+  List list;
+  const auto one = list.append(object(1));
+  list.insertBefore(one, object(0));
+  const auto two = list.append(object(2));
+  list.insertAfter(one, object(15));
+  list.removeAt(one);
+  list.append(object(3));
+  list.removeAt(two);
+  list.append(object(4));
+  EXPECT_THAT(valuesOf(list), ElementsAre(0, 15, 3, 4));
+  EXPECT_EQ(*list.back(), 4);
+  list.removeAt(list.lastPosition());
+  EXPECT_EQ(*list.back(), 3);
+  EXPECT_EQ(list.at(one), nullptr);
+}
+
+TEST(ObjectList, GivesOutPositionsInTheOrderOfInsertionAndNeverAgain) {
+  List list;
+  EXPECT_EQ(list.positionsEnd(), 1U);
+  const auto one = list.append(object(1));
+  const auto two = list.insertBefore(one, object(2));
+  list.removeAt(two);
+  list.removeAt(one);
+  const auto three = list.append(object(3));
+  EXPECT_EQ((std::vector{one, two, three}), (std::vector<List::Position>{1, 2, 3}));
+  EXPECT_EQ(list.positionsEnd(), 4U);
+  EXPECT_EQ(list.at(one), nullptr);
 }
 
 TEST(ObjectList, CanBeEmptiedAndFilledAgain) {
@@ -164,15 +231,17 @@ TEST(ObjectList, ACopyIsEditedOnItsOwn) {
 
 // Every edit is made on a plain vector too; both must stay equal.
 TEST(ObjectList, EqualsAPlainVectorUnderRandomEdits) {
-  for (unsigned seed = 1; seed <= 20; ++seed) {
+  for (unsigned seed = 1; seed <= 40; ++seed) {
+    const bool repeated = seed % 2 == 0;  // whether objects may stand in the list more than once
     std::mt19937 random(seed);
     const auto below = [&random](std::size_t limit) { return std::size_t{random()} % limit; };
     List list;
     std::vector<Pointer> model;
     for (int step = 0; step < 300; ++step) {
       const std::size_t index = below(model.size() + 1);
-      const Pointer added = object(step);
       const bool hasObject = index < model.size();
+      const bool again = repeated && hasObject && below(3) == 0;
+      const Pointer added = again ? model[index] : object(step);
       switch (below(6)) {
         case 0:
           list.append(added);
@@ -189,17 +258,28 @@ TEST(ObjectList, EqualsAPlainVectorUnderRandomEdits) {
           break;
         case 3:
           if (hasObject) {
-            EXPECT_EQ(list.positionOf(model[index].get()), list.positionOfIndex(index));
+            const auto first = std::find(model.begin(), model.end(), model[index]) - model.begin();
+            EXPECT_EQ(list.positionOf(model[index].get()), list.positionOfIndex(static_cast<std::size_t>(first)));
           }
-          EXPECT_EQ(list.positionOf(added.get()), std::nullopt);
+          EXPECT_EQ(list.positionOf(object(step).get()), std::nullopt);
           break;
         default:
           if (!hasObject) break;
           list.removeAt(*list.positionOf(model[index].get()));
-          model.erase(model.begin() + static_cast<std::ptrdiff_t>(index));
+          model.erase(std::find(model.begin(), model.end(), Pointer(model[index])));
       }
       ASSERT_EQ(objectsOf(list), model) << "seed " << seed << ", step " << step;
       ASSERT_EQ(list.size(), model.size());
     }
   }
+}
+
+TEST(ObjectList, StaysUsableWhenItsObjectsWereTakenOver) {
+  ObjectList<int> list;
+  list.append(std::make_shared<int>(1));
+  ObjectList<int> other = std::move(list);
+  list.append(std::make_shared<int>(2));  // NOLINT(bugprone-use-after-move): that is what is tested
+  EXPECT_EQ(other.size(), 1U);
+  EXPECT_EQ(*other.back(), 1);
+  EXPECT_EQ(*list.back(), 2);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ppd/PPDExtentions.h"
+#include "ppd/lines/PPDExtentions.h"
 
 #include <gtest/gtest.h>
 

@@ -1,26 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "ppd/StatementString.h"
+#include "ppd/lines/StatementString.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "tests/ppd/TestSupport.h"
-
 using namespace std::string_view_literals;
-
-namespace {
-
-StatementString takeFrom(StatementString::Storage& storage, std::string_view text, std::size_t roomSize) {
-  std::memcpy(storage.room(roomSize), text.data(), text.size());
-  return storage.take(text.size());
-}
-
-}  // namespace
 
 TEST(StatementString, HoldsTheTextWithItsLineEnd) {
   EXPECT_EQ(StatementString("*Foo: x\r\n").view(), "*Foo: x\r\n");
@@ -87,74 +75,4 @@ TEST(StatementString, APartSharesTheBytes) {
   EXPECT_EQ(part.part(1, 1).view(), "d");
   EXPECT_EQ(part.part(3, 0).view(), "");
   EXPECT_EQ(StatementString().part(0, 0).view(), "");
-}
-
-TEST(StatementString, JoinsWhatLiesBehindItInTheSameStorage) {
-  const StatementString whole("abcdef");
-  StatementString joined = whole.part(1, 2);
-  EXPECT_TRUE(joined.join(whole.part(3, 1)));
-  EXPECT_EQ(joined.view(), "bcd");
-  EXPECT_TRUE(joined.join(whole.part(4, 0)));
-  EXPECT_TRUE(joined.join(whole.part(4, 2)));
-  EXPECT_EQ(joined.view(), "bcdef");
-  EXPECT_EQ(whole.view(), "abcdef");
-}
-
-TEST(StatementString, JoinsNothingElse) {
-  const StatementString whole("abcdef");
-  const StatementString other("abcdef");
-  StatementString joined = whole.part(1, 2);
-  EXPECT_FALSE(joined.join(whole.part(4, 1)));  // a gap between
-  EXPECT_FALSE(joined.join(whole.part(0, 1)));  // in front
-  EXPECT_FALSE(joined.join(whole.part(2, 2)));  // overlapping
-  EXPECT_FALSE(joined.join(other.part(3, 1)));  // of another storage
-  EXPECT_FALSE(joined.join(StatementString()));
-  EXPECT_EQ(joined.view(), "bc");
-}
-
-TEST(StatementStringStorage, CutsOffOneLineAfterTheOther) {
-  StatementString::Storage storage;
-  const StatementString first = takeFrom(storage, "first\n", 256);
-  const StatementString second = takeFrom(storage, "second\n", 256);
-  EXPECT_EQ(first.view(), "first\n");
-  EXPECT_EQ(second.view(), "second\n");
-  EXPECT_EQ(first.size(), 6U);
-}
-
-TEST(StatementStringStorage, RoomThatIsNotTakenIsGivenAgain) {
-  StatementString::Storage storage;
-  std::memcpy(storage.room(256), "lost", 4);
-  const StatementString kept = takeFrom(storage, "kept", 256);
-  EXPECT_EQ(kept.view(), "kept");
-}
-
-TEST(StatementStringStorage, StringsOutliveTheStorage) {
-  auto storage = std::make_unique<StatementString::Storage>();
-  const StatementString string = takeFrom(*storage, "abc", 256);
-  const StatementString copy = string;
-  storage.reset();
-  EXPECT_EQ(string.view(), "abc");
-  EXPECT_EQ(copy.view(), "abc");
-}
-
-TEST(StatementStringStorage, HoldsMoreThanOneBlockOfLines) {
-  StatementString::Storage storage;
-  StatementStrings strings;
-  TestSupport::Texts expected;
-  for (int number = 0; number < 3000; ++number) {
-    expected.push_back("*Keyword Choice" + std::to_string(number) + ": \"" + std::string(80, 'x') + "\"\n");
-    strings.push_back(takeFrom(storage, expected.back(), 256));
-  }
-  EXPECT_EQ(TestSupport::textsOf(strings), expected);
-}
-
-TEST(StatementStringStorage, GivesTheRoomOfAWholeBlock) {
-  StatementString::Storage storage;
-  const StatementString before = takeFrom(storage, "before", 256);
-  const std::string text(64 * 1024, 'x');
-  const StatementString whole = takeFrom(storage, text, text.size());
-  const StatementString after = takeFrom(storage, "after", 256);
-  EXPECT_EQ(before.view(), "before");
-  EXPECT_EQ(whole.view(), text);
-  EXPECT_EQ(after.view(), "after");
 }

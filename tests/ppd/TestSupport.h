@@ -14,8 +14,8 @@
 #include <string_view>
 #include <vector>
 
-#include "ppd/IATPPDObject.h"
-#include "ppd/StatementString.h"
+#include "ppd/document/IATPPDObject.h"
+#include "ppd/lines/StatementString.h"
 #include "tests/support/TestLog.h"
 
 namespace TestSupport {

@@ -192,3 +192,30 @@ TEST(DeviceMap, SetToAbsentTakesTheKeyOut) {
 TEST(DeviceMap, GetOfAnUnknownKeyIsAbsent) {
   EXPECT_TRUE(DeviceMap().get("a").isAbsent());
 }
+
+TEST(DeviceValue, OfAnotherKindIsCarriedAlong) {
+  const DeviceValue date = DeviceValue::ofOtherKind("2026-01-02");
+  EXPECT_FALSE(date.isAbsent());
+  EXPECT_EQ(date.description(), "2026-01-02");
+  EXPECT_FALSE(date.equals("2026-01-02"));
+  EXPECT_EQ(date.text(), nullptr);
+  EXPECT_EQ(date.list(), nullptr);
+  EXPECT_EQ(date.map(), nullptr);
+  EXPECT_THROW(date.textFor("a test"), ATException);
+  EXPECT_THROW(date.valueForKey("a key"), ATException);
+}
+
+TEST(DeviceMap, AKeyThatIsNoTextKeepsItsPlaceAndIsNotFound) {
+  DeviceMap map;
+  map.add("first", "1");
+  map.addOtherKey("Name", "2");
+  map.add("Name", "3");
+  EXPECT_EQ(DeviceValue(std::make_shared<DeviceMap>(map)).description(), "{first = 1; Name = 2; Name = 3; }");
+  EXPECT_EQ(map.get("Name").description(), "3");
+  map.set("first", DeviceValue());
+  EXPECT_TRUE(map.isOtherKey(0));
+  EXPECT_EQ(map.get("Name").description(), "3");
+  map.set("Name", "4");
+  EXPECT_EQ(map.entries()[0].second.description(), "2");
+  EXPECT_EQ(map.entries()[1].second.description(), "4");
+}

@@ -82,6 +82,15 @@ void expectAbsent(SharedObjectDeviceModelLibrary& library) {
   EXPECT_TRUE(library.deviceFamilyName(nullptr).isAbsent());
 }
 
+// A library that is there and cannot be used, so that every question fails, and not only the first.
+void expectUnusable(SharedObjectDeviceModelLibrary& library) {
+  for (int question = 1; question <= 2; ++question) {
+    EXPECT_THROW(library.isAvailable(), ATException) << question;
+    EXPECT_THROW(library.offersServiceInfoWithSpec(), ATException) << question;
+    EXPECT_THROW(library.serviceInfoWithURI("socket://a"), ATException) << question;
+  }
+}
+
 std::string reasonOf(const std::function<void()>& call) {
   try {
     call();
@@ -101,42 +110,67 @@ TEST(SharedObjectDeviceModelLibrary, IsAbsentWithoutTheFile) {
   expectAbsent(library);
 }
 
-TEST(SharedObjectDeviceModelLibrary, IsAbsentWhenTheFileIsNoSharedObject) {
+TEST(SharedObjectDeviceModelLibrary, IsAbsentWithoutItsFolderOrWithALinkToNothing) {
   const TemporaryFolder folder;
-  const std::string path = folder.file("text.so", "no shared object\n");
-  SharedObjectDeviceModelLibrary library(path.c_str());
+  const std::string inMissingFolder = folder.path("missing/library.so");
+  SharedObjectDeviceModelLibrary library(inMissingFolder.c_str());
+  expectAbsent(library);
+  const std::string link = folder.path("link.so");
+  std::filesystem::create_symlink(folder.path("missing.so"), link);
+  SharedObjectDeviceModelLibrary linked(link.c_str());
+  expectAbsent(linked);
+}
+
+TEST(SharedObjectDeviceModelLibrary, IsAbsentWhenTheLoaderFindsNoFileOfItsName) {
+  SharedObjectDeviceModelLibrary library("libNoDeviceModelLibraryOfThisName.so.1");
   expectAbsent(library);
 }
 
-TEST(SharedObjectDeviceModelLibrary, IsAbsentWithoutTheEntryPoint) {
-  const std::string path = fixture("MissingSymbol");
-  ASSERT_TRUE(std::filesystem::exists(path));
-  SharedObjectDeviceModelLibrary library(path.c_str());
-  expectAbsent(library);
-}
-
-TEST(SharedObjectDeviceModelLibrary, IsAbsentWhenTheEntryPointGivesNoTable) {
-  const std::string path = fixture("NullTable");
-  ASSERT_TRUE(std::filesystem::exists(path));
-  SharedObjectDeviceModelLibrary library(path.c_str());
-  expectAbsent(library);
-}
-
-TEST(SharedObjectDeviceModelLibrary, IsAbsentWithAnotherInterfaceVersion) {
-  for (const std::uint32_t version : {0U, QZVM_INTERFACE_VERSION + 1, 0xFFFFFFFFU}) {
-    Scripted scripted;
-    scripted.script.table.interfaceVersion = version;
-    expectAbsent(scripted.library);
+TEST(SharedObjectDeviceModelLibrary, AFileThatIsNoSharedObjectIsAFailure) {
+  const TemporaryFolder folder;
+  for (const std::string& contents : {std::string(), std::string("no shared object\n"), std::string(4096, 'x')}) {
+    const std::string path = folder.file("text.so", contents);
+    SharedObjectDeviceModelLibrary library(path.c_str());
+    expectUnusable(library);
   }
 }
 
-TEST(SharedObjectDeviceModelLibrary, IsAbsentWhenAnyEntryOfTheTableIsMissing) {
+TEST(SharedObjectDeviceModelLibrary, AFolderOfItsNameIsAFailure) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path();
+  SharedObjectDeviceModelLibrary library(path.c_str());
+  expectUnusable(library);
+}
+
+TEST(SharedObjectDeviceModelLibrary, ALibraryWithoutTheEntryPointIsAFailure) {
+  const std::string path = fixture("MissingSymbol");
+  ASSERT_TRUE(std::filesystem::exists(path));
+  SharedObjectDeviceModelLibrary library(path.c_str());
+  expectUnusable(library);
+}
+
+TEST(SharedObjectDeviceModelLibrary, AnEntryPointThatGivesNoTableIsAFailure) {
+  const std::string path = fixture("NullTable");
+  ASSERT_TRUE(std::filesystem::exists(path));
+  SharedObjectDeviceModelLibrary library(path.c_str());
+  expectUnusable(library);
+}
+
+TEST(SharedObjectDeviceModelLibrary, AnotherInterfaceVersionIsAFailure) {
+  for (const std::uint32_t version : {0U, QZVM_INTERFACE_VERSION + 1, 0xFFFFFFFFU}) {
+    Scripted scripted;
+    scripted.script.table.interfaceVersion = version;
+    expectUnusable(scripted.library);
+  }
+}
+
+TEST(SharedObjectDeviceModelLibrary, ATableThatLacksAnyEntryIsAFailure) {
   constexpr std::size_t kFirst = offsetof(QZVMInterface, offersServiceInfoWithSpec);
   constexpr std::size_t kEntry = sizeof(QZVMInterface::lastError);
   for (std::size_t offset = kFirst; offset < sizeof(QZVMInterface); offset += kEntry) {
     Scripted scripted;
     std::memset(reinterpret_cast<char*>(&scripted.script.table) + offset, 0, kEntry);
-    EXPECT_FALSE(scripted.library.isAvailable()) << "entry " << (offset - kFirst) / kEntry;
+    EXPECT_THROW(scripted.library.isAvailable(), ATException) << "entry " << (offset - kFirst) / kEntry;
   }
 }
 

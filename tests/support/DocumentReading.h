@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "base/Text.h"
-#include "ppd/ATPPD.h"
-#include "ppd/ATPPDParser.h"
+#include "ppd/document/ATPPD.h"
+#include "ppd/lines/ATPPDParser.h"
 
 /// Reading a document from a text in memory, for tests.
 namespace DocumentReading {

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "driver/ATLog.h"
+#include "base/ATLog.h"
 #include "tests/support/TemporaryFolder.h"
 
 /// The messages that are expected: these in the diagnostic build, none in every other.

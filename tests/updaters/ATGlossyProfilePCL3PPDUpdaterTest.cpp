@@ -303,8 +303,14 @@ void expectGuarded() {
 
 TEST(ATGlossyProfilePCL3PPDUpdater, TheGuardCatchesEveryExceptionAndWhatWasChangedStays) {
   expectGuarded<Broken>();
-  expectGuarded<std::bad_alloc>();
   expectGuarded<int>();
+}
+
+TEST(ATGlossyProfilePCL3PPDUpdater, ALackOfMemoryIsNotCaught) {
+  const DeviceValue record = mediumWithProfiles("P", listOf({glossProfile("OFF", "bad")}));
+  const auto ppd = documentFromText("");
+  EXPECT_THROW(Failing<std::bad_alloc>().addICCProfileForMediaWithData(record, *ppd), std::bad_alloc);
+  EXPECT_THROW(Failing<std::bad_alloc>().setICCProfileForMediaWithData(record, *ppd), std::bad_alloc);
 }
 
 TEST(ATGlossyProfilePCL3PPDUpdater, LogsTheReasonOfTheException) {

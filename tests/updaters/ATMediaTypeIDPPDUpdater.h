@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "updaters/ATMediaTypePPDUpdater.h"
@@ -8,7 +9,10 @@
 /// The custom media type updater of queues whose printer takes the bare media ID as the code of a choice.
 class ATMediaTypeIDPPDUpdater : public ATMediaTypePPDUpdater {
  public:
-  std::string mediaTypeChoiceCodeWithName(const std::string& /*choiceName*/, const DeviceValue& ID) const override {
+  using ATMediaTypePPDUpdater::ATMediaTypePPDUpdater;
+
+  std::optional<std::string> mediaTypeChoiceCodeWithName(const std::string& /*choiceName*/,
+                                                         const DeviceValue& ID) const override {
     return ID.description();
   }
 };

@@ -145,7 +145,7 @@ TEST(ATMediaTypePCL3PPDUpdater, WithoutLanguagesThereIsOneStatement) {
 
 TEST(ATMediaTypePCL3PPDUpdater, AbsentPartsPrintAsNull) {
   EXPECT_EQ(built(kHead, std::nullopt, std::nullopt, std::nullopt), statement("(null)", "(null)", "(null)"));
-  EXPECT_EQ(built(kHead, "N", ".C.", "not a url"), statement(".C.", "N", "(null)"));
+  EXPECT_EQ(built(kHead, "N", ".C.", "file:not a url"), statement(".C.", "N", "(null)"));
   EXPECT_EQ(built(kHead, "N", ".C.", ""), statement(".C.", "N", "(null)"));
 }
 
@@ -492,7 +492,7 @@ TEST(ATMediaTypePCL3PPDUpdater, RestoringCallsTheMostDerivedUpdate) {
   struct Calls : Updater {
     void updateCupsProfile(const ATPPD::AttributePtr& profile, ATPPD& /*inPPD*/,
                            const ATQZProfilePPDAttributeWrapper& withQZProfileAttribute) const override {
-      calls.push_back((profile == nullptr ? "none" : profile->text().value_or("(null)")) + " " +
+      calls.push_back(std::string(profile == nullptr ? "none" : Text::orNull(profile->text())) + " " +
                       withQZProfileAttribute.factoryPath().value_or("(null)"));
     }
     mutable Texts calls;

@@ -305,8 +305,15 @@ void expectGuarded() {
 
 TEST(ATMediaTypePCL3Qualifier1PPDUpdater, TheGuardCatchesEveryExceptionAndWhatWasAddedStays) {
   expectGuarded<Broken>();
-  expectGuarded<std::bad_alloc>();
   expectGuarded<int>();
+}
+
+TEST(ATMediaTypePCL3Qualifier1PPDUpdater, ALackOfMemoryIsNotCaught) {
+  const DeviceValue record = mediumWithProfiles("P", listOf({profile("bad", "/b", "OFF")}));
+  const auto ppd = documentFromText("");
+  EXPECT_THROW(Failing<std::bad_alloc>().addICCProfileForMediaWithData(record, *ppd), std::bad_alloc);
+  EXPECT_THROW(Failing<std::bad_alloc>().setICCProfileForMediaWithData(record, *ppd), std::bad_alloc);
+  EXPECT_THROW(FailingSet<std::bad_alloc>().setICCProfileForMediaWithData(record, *ppd), std::bad_alloc);
 }
 
 TEST(ATMediaTypePCL3Qualifier1PPDUpdater, LogsTheReasonOfTheException) {

@@ -20,7 +20,8 @@ using Texts = std::vector<std::string>;
 // The base class with a code for its choices: the ID and an "!".
 class Updater : public ATMediaTypePPDUpdater {
  public:
-  std::string mediaTypeChoiceCodeWithName(const std::string& choiceName, const DeviceValue& ID) const override {
+  std::optional<std::string> mediaTypeChoiceCodeWithName(const std::string& choiceName,
+                                                         const DeviceValue& ID) const override {
     codesFor.push_back(choiceName);
     return ID.description() + "!";
   }
@@ -65,7 +66,7 @@ const std::string kEarlierSetup = kHead +
 Texts namesOfChoices(const ATPPD& ppd) {
   Texts names;
   for (const auto& choice : ATMediaTypePPDUpdater().mediaTypeOptionFromPPD(ppd)->choices()) {
-    names.push_back(choice->name().value_or("(null)"));
+    names.emplace_back(Text::orNull(choice->name()));
   }
   return names;
 }
@@ -370,6 +371,7 @@ TEST(ATMediaTypePPDUpdater, EveryOperationIsDispatchedOnTheObject) {
   EXPECT_GT(trace.count("mediaTypeOption"), 0);
   EXPECT_EQ(trace.count("customGroup"), 1);
   EXPECT_EQ(trace.count("extendedGroup"), 1);
+  EXPECT_EQ(trace.count("isCustom"), 3);
 }
 
 TEST(ATMediaTypePPDUpdater, TheMediaOptionOfASubclassTakesEffectEverywhere) {
@@ -560,7 +562,7 @@ TEST(ATMediaTypePPDUpdater, OnlyTheFirstGroupOfTheImagingOptionsIsAsked) {
 
 TEST(ATMediaTypePPDUpdater, TwoCategoriesMarkCustomMedia) {
   const auto isCustom = [](const DeviceValue& category) {
-    return ATMediaTypePPDUpdater::isMediaTypeDataCustom(mapOf({{"CategoryID", category}}));
+    return ATMediaTypePPDUpdater().isMediaTypeDataCustom(mapOf({{"CategoryID", category}}));
   };
   EXPECT_TRUE(isCustom("CUSTOM"));
   EXPECT_TRUE(isCustom("QZ_EXTENDED_MEDIA"));
@@ -571,7 +573,7 @@ TEST(ATMediaTypePPDUpdater, TwoCategoriesMarkCustomMedia) {
   EXPECT_FALSE(isCustom({}));
   EXPECT_FALSE(isCustom(number(1)));
   EXPECT_FALSE(isCustom(listOf({"CUSTOM"})));
-  EXPECT_FALSE(ATMediaTypePPDUpdater::isMediaTypeDataCustom(mapOf({{"CategoryName", "CUSTOM"}})));
+  EXPECT_FALSE(ATMediaTypePPDUpdater().isMediaTypeDataCustom(mapOf({{"CategoryName", "CUSTOM"}})));
 }
 
 TEST(ATMediaTypePPDUpdater, ChoiceNamesAreHexadecimalInLowerCaseOf32Bits) {
@@ -679,10 +681,13 @@ TEST(ATMediaTypePPDUpdater, AMediaNameThatIsNoTextIsAProgrammingError) {
 // Localized names
 
 TEST(ATMediaTypePPDUpdater, TheNameIsTheSameInEveryLanguageButEnglish) {
-  using Localizations = ATPPDChoice::Localizations;
-  const auto namesFor = [](const std::string& languages) {
-    return Updater().localizedNamesForMediaName("N", *documentFromText("*cupsLanguages: " + languages + "\n"));
+  using Localizations = std::vector<std::pair<std::string, std::string>>;
+  const auto namesIn = [](const std::string& text) {
+    const auto ppd = documentFromText(text);
+    const auto names = Updater().localizedNamesForMediaName("N", *ppd);
+    return Localizations(names.begin(), names.end());
   };
+  const auto namesFor = [&](const std::string& languages) { return namesIn("*cupsLanguages: " + languages + "\n"); };
   EXPECT_EQ(namesFor("\"en de fr\""), (Localizations{{"de", "N"}, {"fr", "N"}}));
   EXPECT_EQ(namesFor("\"fr en de\""), (Localizations{{"fr", "N"}, {"de", "N"}}));
   EXPECT_EQ(namesFor("\"EN en_US en\""), (Localizations{{"EN", "N"}, {"en_US", "N"}}));
@@ -690,7 +695,7 @@ TEST(ATMediaTypePPDUpdater, TheNameIsTheSameInEveryLanguageButEnglish) {
   EXPECT_EQ(namesFor("\"de  fr\""), (Localizations{{"de", "N"}, {"", "N"}, {"fr", "N"}}));
   EXPECT_EQ(namesFor("\"en\""), Localizations());
   EXPECT_EQ(namesFor("de fr"), Localizations());
-  EXPECT_EQ(Updater().localizedNamesForMediaName("N", *documentFromText(kHead)), Localizations());
+  EXPECT_EQ(namesIn(kHead), Localizations());
 }
 
 // Names that can be a main text
@@ -758,6 +763,19 @@ TEST(ATMediaTypePPDUpdater, TheFirstChoiceWhoseCodeContainsTheIDNamesIt) {
   EXPECT_EQ(nameFor("abc"), "abc");
   EXPECT_EQ(nameFor("1234"), "1234");
   EXPECT_EQ(nameFor("\""), "\"");
+}
+
+TEST(ATMediaTypePPDUpdater, ANewChoiceIsFoundByTheCodeThatItWasGivenAndNotByTheQuotesOfItsLine) {
+  const auto ppd = documentFromText(mediaTypes(kPlain));
+  const auto nameFor = [&ppd](const char* ID) { return Updater().ppdNameForMediaWithID(ID, *ppd).description(); };
+  EXPECT_TRUE(Updater().addMediaWithData(named("Custom1", "4711", "Roll \"7700\" wide"), *ppd));
+  EXPECT_EQ(nameFor("7700"), "7700");
+  EXPECT_EQ(nameFor("4711"), "Custom1");
+  EXPECT_TRUE(Updater().addMediaWithData(named("Custom2", "7700", "Roll \"55\" wide"), *ppd));
+  EXPECT_EQ(nameFor("7700"), "Custom2");
+  // A choice that was read has no code but what its line shows, from the first quote to the last.
+  const auto read = documentFromText(textOf(*ppd));
+  EXPECT_EQ(Updater().ppdNameForMediaWithID("7700", *read).description(), "Custom1");
 }
 
 TEST(ATMediaTypePPDUpdater, AnIDThatNoChoiceHasNamesItself) {

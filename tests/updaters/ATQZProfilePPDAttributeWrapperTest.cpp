@@ -167,6 +167,41 @@ TEST(ATQZProfilePPDAttributeWrapper, SettingTheTextSetsItAndKeepsTheParts) {
   expectParts(wrapper, "n", "/p");
 }
 
+TEST(ATQZProfilePPDAttributeWrapper, SettingTheTextMakesTheNextRequestLookAgain) {
+  const auto wrapper = wrappedValue("\"n;;/p\"");
+  expectParts(wrapper, "n", "/p");
+  const TestLog log;
+  wrapper->setText("New");
+  EXPECT_EQ(log.messages(kSignature), std::vector<std::string>());
+  EXPECT_EQ(wrapper->factoryProfileName(), "n");
+  EXPECT_EQ(wrapper->factoryPath(), "/p");
+  EXPECT_EQ(log.messages(kSignature).size(), logged({""}).size());
+}
+
+TEST(ATQZProfilePPDAttributeWrapper, SettingTheTextLeavesTheOtherFieldsAsTheyAre) {
+  const auto wrapper = wrapped("*QZcupsICCProfile   RGB.Plain.Best /Plain Best:   \"n;;/p\"  \r\n");
+  wrapper->setText("New");
+  EXPECT_EQ(wrapper->name(), "QZcupsICCProfile");
+  EXPECT_EQ(wrapper->spec(), "RGB.Plain.Best");
+  EXPECT_EQ(wrapper->text(), "New");
+  EXPECT_EQ(wrapper->value(), "\"n;;/p\"");
+  EXPECT_EQ(wrapper->attributeString()->view(), "*QZcupsICCProfile RGB.Plain.Best/New: \"n;;/p\"\n");
+  wrapper->setText("");
+  EXPECT_EQ(wrapper->text(), "");
+  EXPECT_EQ(wrapper->attributeString()->view(), "*QZcupsICCProfile RGB.Plain.Best: \"n;;/p\"\n");
+  expectParts(wrapper, "n", "/p");
+}
+
+TEST(ATQZProfilePPDAttributeWrapper, ItsOwnPropertiesMayBeSetOnIt) {
+  const auto wrapper =
+      wrappedValue("\"a name that is too long to be kept in the object;;/a path that is as long as that\"");
+  wrapper->setText(wrapper->factoryProfileName());
+  EXPECT_EQ(wrapper->text(), "a name that is too long to be kept in the object");
+  wrapper->setValue(wrapper->factoryPath());
+  EXPECT_EQ(wrapper->value(), "/a path that is as long as that");
+  expectNeither(wrapper);
+}
+
 TEST(ATQZProfilePPDAttributeWrapper, ResettingMakesTheNextRequestLookAgain) {
   const auto wrapper = wrappedValue("\"n;;/p\"");
   const TestLog log;

@@ -35,7 +35,7 @@ std::string properties(const std::string& medium, const std::string& content) {
 std::string restored(const std::string& content, const std::string& options) {
   const auto ppd = documentFromText(properties("Plain", content) + options);
   ATMediaTypePPDUpdater().restoreDefaultGlossEnhancerMediaPropertyInPPD(*ppd);
-  return ppd->attributeForName("QZValueAttributes")->value().value_or("(null)");
+  return std::string(Text::orNull(ppd->attributeForName("QZValueAttributes")->value()));
 }
 
 // What the device's default makes of the statements of a document with these options.
@@ -229,7 +229,7 @@ TEST(GlossEnhancerDefaults, RestoresEveryStatementWhateverItsSpecAndLogsThemInOr
 
 TEST(GlossEnhancerDefaults, RestoringAsksTheObjectsOwnOperations) {
   struct Glossy : TracedMedia<ATMediaTypePPDUpdater> {
-    bool isGlossyMediaWithAttributes(const OptionalText& /*properties*/) const override { return true; }
+    bool isGlossyMediaWithAttributes(const ATPPDAttribute::Part& /*properties*/) const override { return true; }
   };
   const auto ppd = documentFromText(properties("A", "defaultGE='x'") + fullGlossOption("economode-ge"));
   const Glossy updater;
@@ -322,7 +322,8 @@ TEST(GlossEnhancerDefaults, PropertiesWithoutADefaultAreRebuiltWithoutOne) {
 
 TEST(GlossEnhancerDefaults, TheDevicesDefaultOverridesTheInheritedOne) {
   struct Updater : ATMediaTypePPDUpdater {
-    std::string mediaTypeChoiceCodeWithName(const std::string& /*choiceName*/, const DeviceValue& ID) const override {
+    std::optional<std::string> mediaTypeChoiceCodeWithName(const std::string& /*choiceName*/,
+                                                           const DeviceValue& ID) const override {
       return ID.description();
     }
   };

@@ -8,7 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "ppd/ATPPD.h"
+#include "base/Text.h"
+#include "ppd/document/ATPPD.h"
 #include "tests/support/DocumentReading.h"
 
 using DocumentReading::textOf;
@@ -53,7 +54,7 @@ inline std::string simplifiedGlossOption(const std::string& defaultChoice) {
 inline std::vector<std::string> valuesOf(const ATPPD& ppd, std::string_view attributeName) {
   std::vector<std::string> values;
   for (const auto& attribute : ppd.attributesForName(attributeName))
-    values.push_back(attribute->value().value_or("(null)"));
+    values.emplace_back(Text::orNull(attribute->value()));
   return values;
 }
 
@@ -61,6 +62,6 @@ inline std::vector<std::string> valuesOf(const ATPPD& ppd, std::string_view attr
 inline std::vector<std::string> specsOf(const ATPPD& ppd, std::string_view attributeName) {
   std::vector<std::string> specs;
   for (const auto& attribute : ppd.attributesForName(attributeName))
-    specs.push_back(attribute->spec().value_or("(null)"));
+    specs.emplace_back(Text::orNull(attribute->spec()));
   return specs;
 }

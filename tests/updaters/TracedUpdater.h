@@ -49,7 +49,7 @@ class TracedMedia : public Base {
     trace.add("removeInclusions");
     Base::removeInclusionsOfMediaWithID(choiceName, fromPPD);
   }
-  bool isGlossyMediaWithAttributes(const OptionalText& properties) const override {
+  bool isGlossyMediaWithAttributes(const ATPPDAttribute::Part& properties) const override {
     trace.add("isGlossy");
     return Base::isGlossyMediaWithAttributes(properties);
   }
@@ -73,7 +73,7 @@ class TracedMedia : public Base {
     trace.add("nameForGloss");
     return Base::ppdNameForGlossEnhancerValue(value, fromPPD);
   }
-  std::string mediaTypeChoiceCodeWithName(const std::string& choiceName, const DeviceValue& ID) const override {
+  OptionalText mediaTypeChoiceCodeWithName(const std::string& choiceName, const DeviceValue& ID) const override {
     trace.add("choiceCode");
     return Base::mediaTypeChoiceCodeWithName(choiceName, ID);
   }
@@ -97,7 +97,7 @@ class TracedMedia : public Base {
     trace.add("removeMediaInGroup");
     Base::removeMediaInGroup(group, fromPPD);
   }
-  ATPPDChoice::Localizations localizedNamesForMediaName(const std::string& name, const ATPPD& ppd) const override {
+  ATPPDChoice::Localizations localizedNamesForMediaName(std::string_view name, const ATPPD& ppd) const override {
     trace.add("localizedNames");
     return Base::localizedNamesForMediaName(name, ppd);
   }
@@ -114,7 +114,7 @@ class TracedMedia : public Base {
     return Base::extendedMediaGroupAttributeWithMediaNames(names);
   }
   std::string changeDefaultGlossEnhancer(const OptionalText& choiceName,
-                                         const OptionalText& inMediaTypeProperties) const override {
+                                         const ATPPDAttribute::Part& inMediaTypeProperties) const override {
     trace.add("changeDefaultGloss");
     return Base::changeDefaultGlossEnhancer(choiceName, inMediaTypeProperties);
   }
@@ -126,6 +126,10 @@ class TracedMedia : public Base {
                     std::string_view disallowedCharacters) const override {
     trace.add("verifyString");
     return Base::verifyString(string, start, length, disallowedCharacters);
+  }
+  bool isMediaTypeDataCustom(const Record& record) const override {
+    trace.add("isCustom");
+    return Base::isMediaTypeDataCustom(record);
   }
 
   Trace trace;
@@ -144,8 +148,8 @@ class TracedPCL3 : public TracedMedia<Base> {
     this->trace.add("updateCupsProfile");
     Base::updateCupsProfile(profile, inPPD, withQZProfileAttribute);
   }
-  std::optional<ATPPD::Attributes> cupsICCProfileAttributesWithName(const OptionalText& name, const OptionalText& spec,
-                                                                    const OptionalText& url,
+  std::optional<ATPPD::Attributes> cupsICCProfileAttributesWithName(const ATPPDAttribute::Part& name,
+                                                                    const ATPPD::Spec& spec, const OptionalText& url,
                                                                     const ATPPD& ppd) const override {
     this->trace.add("profileAttributes");
     return Base::cupsICCProfileAttributesWithName(name, spec, url, ppd);

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+#include "ppd/document/ATPPD.h"
+
+#include <algorithm>
+
+#include "base/ATLog.h"
+#include "base/Text.h"
+#include "ppd/lines/PPDExtentions.h"
+
+void ATPPD::addString(const StatementString& string, PPDLineType type) {
+  switch (type) {
+    case PPDLineTypeOpenGroup:
+      return addGroup(string);
+    case PPDLineTypeComment:
+    case PPDLineTypeNewLine:
+    case PPDLineTypeStatement:
+    case PPDLineTypeOpenUI:
+      return groupOpened_ ? addLineToLastChild(string, type) : addObject(string, type);
+    case PPDLineTypeCloseGroup:
+      groupOpened_ = false;
+      return addLineToLastChild(string, type);
+    case PPDLineTypeContinuation:
+    case PPDLineTypeEnd:
+    case PPDLineTypeCloseUI:
+    case PPDLineTypeOrderDependency:
+    case PPDLineTypeDefaultChoice:
+    case PPDLineTypeChoice:
+    case PPDLineTypeChoiceContinuation:
+    case PPDLineTypeChoiceEnd:
+      return addLineToLastChild(string, type);
+    default:
+      ATLog("-[ATPPD addString:ofType:]", "ERROR: String {} of type {} is ignored!", string.view(),
+            static_cast<int>(type));
+  }
+}
+
+void ATPPD::addObject(const StatementString& string, PPDLineType type) {
+  if (type == PPDLineTypeStatement) {
+    attributes_.append(ATPPDAttribute::attributeWithString(string));
+    editablePPDObjects().append(attributes_.back());
+  } else if (type == PPDLineTypeOpenUI) {
+    editablePPDObjects().append(ATPPDOption::optionWithString(string));
+  } else {
+    editablePPDObjects().append(ATPPDObject::objectWithString(string, type));
+  }
+}
+
+void ATPPD::addLineToLastChild(const StatementString& string, PPDLineType type) {
+  if (!PPDObjects().empty()) PPDObjects().back()->addString(string, type);
+}
+
+void ATPPD::addGroup(const StatementString& string) {
+  groups_.push_back(ATPPDGroup::groupWithString(string));
+  editablePPDObjects().append(groups_.back());
+  groupOpened_ = true;
+}
+
+ATPPD::AttributePtr ATPPD::attributeForName(std::string_view name, const Spec& spec) const {
+  const auto position = index_.first(attributes_, name, spec);
+  return position ? attributes_.at(*position) : nullptr;
+}
+
+ATPPD::Attributes ATPPD::attributesForName(std::string_view name) const {
+  return attributesAt(index_.all(attributes_, name, std::nullopt));
+}
+
+ATPPD::Attributes ATPPD::attributesForName(std::string_view name, std::string_view inSpec) const {
+  return attributesAt(index_.allWithSpecContaining(attributes_, name, inSpec));
+}
+
+ATPPD::Attributes ATPPD::localizationForAttributeWithName(std::string_view name, const Spec& spec) const {
+  StatementIndex::Positions positions;
+  const auto* languages = supportedLocalizations();
+  if (languages == nullptr) return {};
+  for (const std::string& language : *languages) {
+    const auto found = index_.all(attributes_, std::string(language).append(".").append(name), spec);
+    positions.insert(positions.end(), found.begin(), found.end());
+  }
+  std::sort(positions.begin(), positions.end());
+  positions.erase(std::unique(positions.begin(), positions.end()), positions.end());  // a language may be listed twice
+  return attributesAt(positions);
+}
+
+ATPPD::Attributes ATPPD::attributesAt(const StatementIndex::Positions& positions) const {
+  Attributes found;
+  found.reserve(positions.size());
+  for (const auto position : positions) found.push_back(attributes_.at(position));
+  return found;
+}
+
+std::shared_ptr<ATPPDGroup> ATPPD::groupForName(std::string_view name) const {
+  for (const auto& group : groups_) {
+    if (group->name() == name) return group;
+  }
+  return nullptr;
+}
+
+std::shared_ptr<ATPPDOption> ATPPD::optionForName(std::string_view name) const {
+  for (const auto& group : groups_) {
+    if (auto option = group->optionForName(name)) return option;
+  }
+  return nullptr;
+}
+
+void ATPPD::addPPDAttribute(const AttributePtr& attribute) {
+  if (attribute == nullptr) return;
+  ATLog("-[ATPPD addPPDAttribute:]", "Adding {} attribute with value {}", attribute->name(), attribute->value());
+  if (attributes_.empty()) {
+    appendObjectToPPDObjects(attribute);
+  } else if (const auto last = PPDObjects().positionOf(attributes_.back().get())) {
+    editablePPDObjects().insertAfter(*last, attribute);
+  }
+  attributes_.append(attribute);
+}
+
+// By value, as below: a reference may be to the place in the list that is emptied.
+void ATPPD::removePPDAttribute(AttributePtr attribute) {  // NOLINT(performance-unnecessary-value-param)
+  ATLog("-[ATPPD removePPDAttribute:]", "Removing attribute {}...", attribute ? attribute->name() : std::nullopt);
+  if (attribute == nullptr) return;
+  if (const auto position = attributes_.positionOf(attribute.get())) attributes_.removeAt(*position);
+  removeObjectFromPPDObjects(attribute.get());
+}
+
+void ATPPD::removePPDAttributeWithLocalizations(
+    AttributePtr attribute) {  // NOLINT(performance-unnecessary-value-param)
+  Attributes localizations;
+  if (attribute != nullptr) {
+    localizations = localizationForAttributeWithName(Text::orNull(attribute->name()), attribute->spec());
+  }
+  removePPDAttribute(attribute);
+  for (const auto& localization : localizations) removePPDAttribute(localization);
+}
+
+const std::vector<std::string>* ATPPD::supportedLocalizations() const {
+  if (!supportedLocalizations_) {
+    const auto attribute = attributeForName("cupsLanguages");
+    const auto value = attribute ? attribute->value() : std::nullopt;
+    const auto content = value ? PPDExtentions::quotedValueContent(*value) : std::nullopt;
+    if (content) {
+      const auto languages = Text::split(*content, Text::isWhiteSpace);
+      supportedLocalizations_.emplace(languages.begin(), languages.end());
+    }
+  }
+  return supportedLocalizations_ ? &*supportedLocalizations_ : nullptr;
+}

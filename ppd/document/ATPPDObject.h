@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include "ppd/document/IATPPDObject.h"
+#include "ppd/document/LineList.h"
+
+/// An object of the tree that is made of whole lines.
+class ATPPDObject : public IATPPDObject {
+ public:
+  ATPPDObject() = default;
+  /// Holds the line.
+  explicit ATPPDObject(const StatementString& line) : container_(line) {}
+
+  /// A new plain object that holds the line (always of this class, also when called on a subclass).
+  static std::shared_ptr<ATPPDObject> objectWithString(const StatementString& string, PPDLineType type);
+
+  /// Appends the line to `container`; the type is not looked at and not kept.
+  void addString(const StatementString& string, PPDLineType type) override;
+  void giveStringsTo(const TakeString& take) const override;
+
+  /// The lines as they were given, in order.
+  const LineList& container() const { return container_; }
+
+ private:
+  LineList container_;
+};

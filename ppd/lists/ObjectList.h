@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+/// An ordered list of shared objects that is filled by appending and then edited in the middle: inserting before or
+/// after a place, and finding and removing an object by identity, take constant time however long the list is. An
+/// object may stand in the list more than once; from then on, finding any object walks the list.
+///
+/// The objects are nodes of a linked list that live in one vector. An object keeps its `Position` there, counted from 1
+/// in the order of insertion, for as long as the list lives; in a list that is only appended to and removed from,
+/// positions are in list order. Tested in tests/ppd/ObjectListTest.cpp.
+template <class Object>
+class ObjectList {
+ public:
+  using Position = std::uint32_t;
+
+  class Iterator {
+   public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = std::shared_ptr<Object>;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const value_type*;
+    using reference = const value_type&;
+
+    Iterator(const ObjectList* list, Position position) : list_(list), position_(position) {}
+    const std::shared_ptr<Object>& operator*() const { return list_->at(position_); }
+    Iterator& operator++() {
+      position_ = list_->nodes_[position_].behind;
+      return *this;
+    }
+    bool operator==(const Iterator& other) const { return position_ == other.position_; }
+    bool operator!=(const Iterator& other) const { return !(*this == other); }
+
+   private:
+    friend ObjectList;
+    const ObjectList* list_;
+    Position position_;
+  };
+
+  ObjectList() {
+    nodes_.reserve(8);  // a UI block of few lines; growing from 1 would take three allocations more
+    nodes_.push_back({nullptr, kEnd, kEnd});
+  }
+  ObjectList(const ObjectList&) = default;  // also in the place of a move, which would leave a list without its end
+  ObjectList& operator=(const ObjectList&) = default;
+
+  Iterator begin() const { return {this, nodes_[kEnd].behind}; }
+  Iterator end() const { return {this, kEnd}; }
+  std::size_t size() const { return size_; }
+  bool empty() const { return size_ == 0; }
+
+  /// The last object; the list must not be empty.
+  const std::shared_ptr<Object>& back() const { return at(lastPosition()); }
+  Position lastPosition() const { return nodes_[kEnd].before; }
+  /// The object at a position that was given out, or null when it has been removed.
+  const std::shared_ptr<Object>& at(Position position) const { return nodes_[position].object; }
+  /// All positions that were given out lie below this one.
+  Position positionsEnd() const { return static_cast<Position>(nodes_.size()); }
+
+  Position append(std::shared_ptr<Object> object) { return insertBefore(kEnd, std::move(object)); }
+
+  /// Inserts before the object at `position`.
+  Position insertBefore(Position position, std::shared_ptr<Object> object) {
+    const Position added = positionsEnd();
+    const Position before = nodes_[position].before;
+    nodes_.push_back({std::move(object), before, position});
+    nodes_[before].behind = added;
+    nodes_[position].before = added;
+    ++size_;
+    if (!positions_.empty()) noteForFinding(added);
+    return added;
+  }
+
+  /// Inserts behind the object at `position`.
+  Position insertAfter(Position position, std::shared_ptr<Object> object) {
+    return insertBefore(nodes_[position].behind, std::move(object));
+  }
+
+  /// The position of the object with this index, counted from 0; `index` must be at most `size()`, which gives the end.
+  Position positionOfIndex(std::size_t index) const {
+    Position position = nodes_[kEnd].behind;
+    for (; index > 0; --index) position = nodes_[position].behind;
+    return position;
+  }
+
+  /// The position of this very object, the first one in list order, or absent.
+  std::optional<Position> positionOf(const Object* object) const {
+    if (positions_.empty()) noteAllForFinding();
+    const auto found = positions_.find(object);
+    if (found == positions_.end()) return std::nullopt;
+    return repeats_ ? walkTo(object) : found->second;
+  }
+
+  void removeAt(Position position) {
+    Node& node = nodes_[position];
+    nodes_[node.before].behind = node.behind;
+    nodes_[node.behind].before = node.before;
+    if (!repeats_) positions_.erase(node.object.get());
+    node.object.reset();
+    --size_;
+  }
+
+ private:
+  static constexpr Position kEnd = 0;  // behind the last object and before the first
+
+  struct Node {
+    std::shared_ptr<Object> object;
+    Position before;
+    Position behind;
+  };
+
+  // At the first question: a list that is only read through and written back never pays for it.
+  void noteAllForFinding() const {
+    positions_.reserve(size_);
+    for (auto each = begin(); each != end(); ++each) noteForFinding(each.position_);
+  }
+
+  void noteForFinding(Position position) const {
+    if (!positions_.emplace(at(position).get(), position).second) repeats_ = true;
+  }
+
+  std::optional<Position> walkTo(const Object* object) const {
+    for (auto each = begin(); each != end(); ++each) {
+      if ((*each).get() == object) return each.position_;
+    }
+    return std::nullopt;
+  }
+
+  std::vector<Node> nodes_;
+  std::size_t size_ = 0;
+  mutable std::unordered_map<const Object*, Position> positions_;  // of a repeated object, of any occurrence
+  mutable bool repeats_ = false;
+};
