@@ -14,7 +14,7 @@ inline constexpr bool ATDiagnosticLog = false;
 
 /// The file that the diagnostic build writes to. It must exist and be writable, so that a support engineer
 /// switches the log on by creating it.
-inline constexpr const char* ATLogFilePath = "/Library/Caches/VorantisAutosetupTool.log";
+inline constexpr const char* ATLogFilePath = AT_LOG_FILE;
 
 /// Opens `path`, emptied, when no log file is open yet and the path is a writable regular file (so it must exist
 /// already, and is no link: the tool runs as root, and a link could lead anywhere); otherwise does nothing. Reports no

@@ -4,6 +4,8 @@ target_include_directories(at_options INTERFACE "${PROJECT_SOURCE_DIR}")
 target_compile_options(at_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
   $<$<COMPILE_LANGUAGE:CXX,OBJCXX>:-Wnon-virtual-dtor> $<$<COMPILE_LANGUAGE:CXX,OBJCXX>:-Woverloaded-virtual>)
+target_compile_definitions(at_options INTERFACE "AT_BUDGET_STATEMENTS=${AT_BUDGET_STATEMENTS}"
+  "AT_BUDGET_BYTES=${AT_BUDGET_BYTES}" "AT_LOG_FILE=\"${AT_LOG_FILE}\"")
 target_compile_options(at_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
 if(AT_WARNINGS_AS_ERRORS)
   target_compile_options(at_options INTERFACE -Werror)
@@ -12,10 +14,21 @@ if(AT_SANITIZE)
   target_compile_options(at_options INTERFACE "-fsanitize=${AT_SANITIZE}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(at_options INTERFACE "-fsanitize=${AT_SANITIZE}")
 endif()
-# Objects have both forms, so that only the tool pays for the optimisation at link time, and not every test program.
+# What Debian builds its packages with (dpkg-buildflags, hardening=+all), and control-flow protection where the processor
+# has it. Fortified functions need optimisation; the sanitizers check more themselves.
+include(CheckCXXCompilerFlag)
+if(AT_HARDENING AND NOT AT_SANITIZE AND NOT APPLE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+  check_cxx_compiler_flag(-fcf-protection AT_HAS_CONTROL_FLOW_PROTECTION)
+  target_compile_options(at_options INTERFACE -fstack-protector-strong -Wformat -Werror=format-security
+    $<$<BOOL:${AT_HAS_CONTROL_FLOW_PROTECTION}>:-fcf-protection>)
+  target_compile_definitions(at_options INTERFACE _FORTIFY_SOURCE=2)
+  target_link_options(at_options INTERFACE "LINKER:-z,relro" "LINKER:-z,now")
+endif()
+# Objects have both forms: only the tool and the stored library, whose time counts, are optimised at link time.
 add_library(at_link_time_optimisation INTERFACE)
 if(AT_LTO AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(at_options INTERFACE -flto=auto -ffat-lto-objects)
+  target_link_options(at_options INTERFACE -fno-lto)
   target_link_options(at_link_time_optimisation INTERFACE -flto=auto)
 endif()
 if(AT_COVERAGE)
@@ -43,8 +56,12 @@ function(at_add_layer name)
   at_precompile(${name})
 endfunction()
 
-# Most of the time of a build goes into the same few headers: {fmt}, the standard containers and, for tests, GoogleTest.
+# Most of the time of a build goes into the same few headers, {fmt} and the standard containers. They are precompiled
+# once, in the lowest layer.
 function(at_precompile name)
-  target_precompile_headers(${name} PRIVATE <fmt/format.h> <fmt/ranges.h> <map> <memory> <string> <unordered_map> <vector>
-    ${ARGN})
+  if(name STREQUAL "at_base")
+    target_precompile_headers(at_base PRIVATE <fmt/format.h> <fmt/ranges.h> <map> <memory> <string> <unordered_map> <vector>)
+  else()
+    target_precompile_headers(${name} REUSE_FROM at_base)
+  endif()
 endfunction()

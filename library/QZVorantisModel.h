@@ -7,8 +7,9 @@
  *
  * A library is a shared object named libQZVorantisModel.so.1 that exports one function, QZVorantisModelInterface. The
  * tool opens it with the system's dynamic loader the first time that it needs device data; where it is found is the
- * loader's affair. A library whose function is missing, or returns null, a table of another interface version or a
- * table with a missing entry, counts as absent.
+ * loader's affair. Only when there is no file of that name does the run go on without a library. One that cannot be
+ * loaded, whose function is missing, or returns null, a table of another interface version or a table with a missing
+ * entry, makes the run fail.
  *
  * Texts are UTF-8 with a length in bytes; they need no terminating zero and may hold zero bytes. Whatever a function
  * gives through an `out` parameter belongs to the caller, who gives it back with the release function of its type.

@@ -4,9 +4,9 @@
 build_packages="g++ cmake ninja-build pkg-config libcups2-dev libfmt-dev liburiparser-dev libutf8proc-dev
   nlohmann-json3-dev"
 demo_packages="$build_packages cups-client diffutils"
-test_packages="$demo_packages clang-14 libclang-rt-14-dev libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev
-  openprinting-ppds python3 valgrind cups cups-daemon dbus-daemon colord clang-tidy-14 cppcheck lintian gobjc++
-  libgnustep-base-dev libc++-14-dev musl-dev lld-14 llvm-14"
+quick_packages="$demo_packages libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev python3"
+test_packages="$quick_packages clang-14 libclang-rt-14-dev openprinting-ppds valgrind cups cups-daemon dbus-daemon colord
+  clang-tidy-14 cppcheck lintian fakeroot rpm gdb gobjc++ libgnustep-base-dev libc++-14-dev musl-dev lld-14 llvm-14"
 
 say() { printf '\n==> %s\n' "$*"; }
 
@@ -19,29 +19,51 @@ as_root() {
   if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi
 }
 
+# Everything that is made goes into the folder build/.
+check_checkout() {
+  mkdir -p build 2>/dev/null && [ -w build ] ||
+    die "The folder build/ cannot be written here. Copy the project to a folder of your own and try again."
+}
+
+is_installed() { dpkg-query -W -f '${Status}' "$1" 2>/dev/null | grep -q '^install ok installed$'; }
+
 # Installs those of the packages that are not there yet.
 install_packages() {
   local package missing=()
-  for package in "$@"; do
-    dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
-  done
+  command -v dpkg-query apt-get >/dev/null ||
+    die "This command installs packages with apt-get, which is not here. Elsewhere, build by hand: README.md says how."
+  for package in "$@"; do is_installed "$package" || missing+=("$package"); done
   if [ ${#missing[@]} = 0 ]; then
     echo "all packages are there"
     return
   fi
   echo "installing: ${missing[*]}"
-  [ "$(id -u)" = 0 ] || command -v sudo >/dev/null || die "root or sudo is needed to install packages"
-  as_root env DEBIAN_FRONTEND=noninteractive apt-get update -qq
-  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
-    >/dev/null || die "the packages could not be installed"
+  [ "$(id -u)" = 0 ] || command -v sudo >/dev/null ||
+    die "Root or sudo is needed to install packages. Have an administrator run: apt-get install ${missing[*]}"
+  if ! { as_root env DEBIAN_FRONTEND=noninteractive apt-get update -qq &&
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null; }; then
+    die "The packages could not be installed; apt-get says why above. Is there a network? Needed: ${missing[*]}"
+  fi
 }
 
-# Configures (once) and builds one of the presets in CMakePresets.json; further arguments go to the configuration.
-build_preset() {
+# Configures one of the presets in CMakePresets.json; further arguments go to the configuration.
+configure_preset() {
   local preset=$1
   shift
-  say "Building ($preset)"
-  cmake --preset "$preset" "$@" >"build-$preset.log" 2>&1 || { cat "build-$preset.log"; die "cmake failed"; }
-  rm "build-$preset.log"
-  cmake --build --preset "$preset" ${build_target:+--target $build_target}
+  local made_for
+  made_for=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "build/$preset/CMakeCache.txt" 2>/dev/null || true)
+  [ -z "$made_for" ] || [ "$made_for" = "$PWD" ] ||
+    die "build/$preset was made for another folder, $made_for. Remove it and try again: rm -r build/$preset"
+  cmake --preset "$preset" "$@" >"build/$preset-cmake.log" 2>&1 || {
+    cat "build/$preset-cmake.log"
+    die "CMake could not configure build/$preset. If it was made by another version, remove it: rm -r build/$preset"
+  }
+}
+
+# Configures and builds a preset, or only the targets in $build_target.
+build_preset() {
+  say "Building ($1)"
+  configure_preset "$@"
+  cmake --build --preset "$1" ${build_target:+--target $build_target} ||
+    die "build/$1 could not be built; the compiler says why above."
 }

@@ -27,7 +27,6 @@ import sys
 import tempfile
 
 DEFAULT_URI = b"socket://192.0.2.10:9100"
-LOG_FILE = pathlib.Path("/Library/Caches/VorantisAutosetupTool.log")
 
 
 def read(path):
@@ -74,7 +73,7 @@ class Runner:
     def __init__(self, options):
         self.tool = options.tool
         self.options = options
-        self.log = LOG_FILE if options.log else None
+        self.log = options.log
         self.explain = options.explain
         self.capture = options.capture
 
@@ -161,15 +160,17 @@ class Runner:
 class DiagnosticLog:
     """The log file of the diagnostic build, made for the time of the tests and locked against other test programs."""
 
+    def __init__(self, path):
+        self.path = path
+
     def __enter__(self):
-        self.made = [path for path in (LOG_FILE, *LOG_FILE.parents) if not path.exists()]
-        LOG_FILE.parent.mkdir(parents=True, exist_ok=True)
-        self.lock = open(LOG_FILE, "ab")
+        self.made = not self.path.exists()
+        self.lock = open(self.path, "ab")
         fcntl.flock(self.lock, fcntl.LOCK_EX)
 
     def __exit__(self, *_):
-        for path in self.made:
-            path.rmdir() if path.is_dir() else path.unlink()
+        if self.made:
+            self.path.unlink()
         self.lock.close()
 
 
@@ -196,7 +197,7 @@ def main():
     library = parser.add_mutually_exclusive_group(required=True)
     library.add_argument("--library-dir", type=pathlib.Path, help="where libQZVorantisModel.so.1 is")
     library.add_argument("--framework", type=pathlib.Path, help="an Objective-C framework, for programs that use one")
-    parser.add_argument("--log", action="store_true", help="the tool is a diagnostic build: check its messages too")
+    parser.add_argument("--log", type=pathlib.Path, help="where a diagnostic build of the tool writes its messages: check them too")
     parser.add_argument("--explain", type=pathlib.Path, help="the program that explains a run, which must agree")
     parser.add_argument("--capture", type=pathlib.Path, help="the program that captures a device, for replays")
     parser.add_argument("--verbose", action="store_true", help="name the cases that pass, too")
@@ -204,7 +205,7 @@ def main():
     options = parser.parse_args()
     if not options.log:
         return run_all(options)
-    with DiagnosticLog():
+    with DiagnosticLog(options.log):
         return run_all(options)
 
 

@@ -127,10 +127,6 @@ TEST_F(ATOpenLogFileTest, WithoutAFileMessagesGoNowhere) {
       testing::ExitedWithCode(0), "^$");
 }
 
-TEST(ATLog, FileHasItsFixedPath) {
-  EXPECT_STREQ(ATLogFilePath, "/Library/Caches/VorantisAutosetupTool.log");
-}
-
 TEST(ATLog, MessageIsOneLineThatIsThereAtOnce) {
   const TestLog log;
   ATLogMessage("-[Class operation:]", "message");

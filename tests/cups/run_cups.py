@@ -10,127 +10,15 @@ result whose file exists.
 import argparse
 import os
 import pathlib
-import pwd
 import shutil
-import socket
 import subprocess
 import sys
 import tempfile
-import time
-import urllib.request
 
 import colord
+from scheduler import Scheduler
 
 URI = "socket://192.0.2.10:9100"
-CUPSD = "/usr/sbin/cupsd"
-FILES_CONF = """ServerRoot {0}/etc
-StateDir {0}/run
-CacheDir {0}/cache
-RequestRoot {0}/spool
-TempDir {0}/spool/tmp
-DocumentRoot /usr/share/cups/doc-root
-DataDir /usr/share/cups
-ServerBin /usr/lib/cups
-AccessLog {0}/log/access_log
-ErrorLog {0}/log/error_log
-PageLog {0}/log/page_log
-FileDevice Yes
-SyncOnClose No
-User {1}
-Group {2}
-SystemGroup root
-"""
-CUPSD_CONF = """LogLevel debug
-MaxLogSize 0
-Listen 127.0.0.1:{0}
-Browsing Off
-BrowseLocalProtocols none
-DefaultAuthType None
-DefaultEncryption Never
-WebInterface No
-IdleExitTimeout 0
-<Location />
-  Order allow,deny
-  Allow 127.0.0.1
-</Location>
-<Policy default>
-  JobPrivateAccess all
-  JobPrivateValues none
-  SubscriptionPrivateAccess all
-  SubscriptionPrivateValues none
-  <Limit All>
-    Order deny,allow
-  </Limit>
-</Policy>
-"""
-
-
-def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
-
-
-class Scheduler:
-    """A private cupsd, as an ordinary user."""
-
-    def __init__(self, folder, environment=None):
-        self.folder, self.port, self.environment = folder, free_port(), environment
-        self.address = f"127.0.0.1:{self.port}"
-
-    def __enter__(self):
-        for name in ("etc/ppd", "run/certs", "cache", "spool/tmp", "log"):
-            (self.folder / name).mkdir(parents=True)
-        self.folder.chmod(0o755)
-        user, command = self.account()
-        (self.folder / "etc/cups-files.conf").write_text(FILES_CONF.format(self.folder, *user))
-        (self.folder / "etc/cupsd.conf").write_text(CUPSD_CONF.format(self.port))
-        self.process = subprocess.Popen([*command, CUPSD, "-f", "-c", self.folder / "etc/cupsd.conf",
-                                         "-s", self.folder / "etc/cups-files.conf"], env=self.environment,
-                                        stderr=subprocess.DEVNULL)
-        for _ in range(500):
-            try:
-                urllib.request.urlopen(f"http://{self.address}/", timeout=1).close()
-                return self
-            except urllib.error.HTTPError:
-                return self
-            except OSError:
-                time.sleep(0.02)
-        sys.exit("the private scheduler does not answer")
-
-    def account(self):
-        """The user and group of the configuration, and the command that makes the scheduler run as them. colord, which
-        runs as root here, talks to root only."""
-        if os.getuid() != 0:
-            return (pwd.getpwuid(os.getuid()).pw_name, "nogroup"), []
-        if self.environment is not None:
-            return ("lp", "lp"), []
-        for path in (self.folder, *self.folder.rglob("*")):
-            os.chown(path, 65534, 65534)
-        return ("nobody", "nogroup"), ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"]
-
-    def __exit__(self, *_):
-        self.process.terminate()
-        self.process.wait()
-
-    def command(self, program, *arguments):
-        return subprocess.run([program, "-h", self.address, *arguments], capture_output=True, text=True, check=True).stdout
-
-    def make_queue(self, name, ppd):
-        self.command("lpadmin", "-p", name, "-v", "file:/dev/null", "-P", ppd, "-E")
-
-    def choices(self, queue, option):
-        for line in self.command("lpoptions", "-p", queue, "-l").splitlines():
-            if line.startswith(option + "/"):
-                return line.split(":", 1)[1].replace("*", "").split()
-        return []
-
-    def ppd_of(self, queue):
-        with urllib.request.urlopen(f"http://{self.address}/printers/{queue}.ppd", timeout=10) as answer:
-            return answer.read()
-
-    def log(self):
-        return (self.folder / "log/error_log").read_text(errors="replace")
 
 
 def complaints(ppd):

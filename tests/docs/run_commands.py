@@ -1,0 +1,149 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Types what README.md and CONTRIBUTING.md tell users to type, in their order, and adds the updater that CONTRIBUTING.md
+shows to a copy of the project.
+
+README's commands run in a fresh copy of the project, in a home folder of its own and with a private CUPS scheduler.
+CONTRIBUTING's use the debug build of this folder, in which ./test has built and tested it. ./test itself is left out:
+it is what runs this.
+"""
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "cups"))
+from scheduler import Scheduler  # noqa: E402
+
+EXAMPLE_FILES = ("updaters/ATMediaTypeIDPPDUpdater.h", "tests/updaters/ATMediaTypeIDPPDUpdaterTest.cpp")
+FACTORY = "updaters/ATPPDUpdatersFactory.cpp"
+
+
+class Checks:
+    def __init__(self):
+        self.passed = self.failed = 0
+
+    def expect(self, what, holds, output=""):
+        self.passed += bool(holds)
+        self.failed += not holds
+        print(f"{'passed' if holds else 'FAILED'}  {what}", flush=True)
+        if not holds:
+            print(output)
+
+
+class Shell:
+    """A shell that is typed into: what one command exports, the next one sees."""
+
+    def __init__(self, folder, environment):
+        self.process = subprocess.Popen(["bash"], cwd=folder, env=environment, text=True, stdin=subprocess.PIPE,
+                                        stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+
+    def type(self, command):
+        """Exit status and output. The command's own standard input is empty."""
+        self.process.stdin.write(f"{{ {command}\n}} </dev/null\necho \"~~ended $?\"\n")
+        self.process.stdin.flush()
+        lines = []
+        for line in self.process.stdout:
+            head, ended, status = line.partition("~~ended ")
+            lines.append(head)
+            if ended:
+                return int(status), "".join(lines)
+        return None, "".join(lines)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.stdin.close()
+        self.process.wait()
+
+
+def shell_blocks(document):
+    return [line.split("  #")[0].strip() for block in re.findall(r"```sh\n(.*?)```", document, re.DOTALL)
+            for line in block.splitlines()]
+
+
+def copy_of(project, folder):
+    """The project as it stands, without what was built."""
+    files = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=project,
+                           stdout=subprocess.PIPE, check=True).stdout
+    there = b"\0".join(name for name in files.split(b"\0") if name and os.path.lexists(os.path.join(os.fsencode(project), name)))
+    folder.mkdir(parents=True)
+    with subprocess.Popen(["tar", "-c", "--null", "-T", "-"], cwd=project, stdin=subprocess.PIPE,
+                          stdout=subprocess.PIPE) as packing:
+        unpacking = subprocess.Popen(["tar", "-x", "-C", folder], stdin=packing.stdout)
+        packing.stdin.write(there)
+        packing.stdin.close()
+        unpacking.wait()
+
+
+def readme(checks, project, folder):
+    environment = {**os.environ, "HOME": str(folder)}
+    for name in ("LD_LIBRARY_PATH", "QZVORANTISMODEL_SNAPSHOT", "QZVORANTISMODEL_LOG"):
+        environment.pop(name, None)
+    outputs = {}
+    with tempfile.TemporaryDirectory() as name, Scheduler(pathlib.Path(name)) as scheduler:
+        environment["CUPS_SERVER"] = scheduler.address
+        with Shell(project, environment) as shell:
+            for command in shell_blocks((project / "README.md").read_text()):
+                if command == "./test":
+                    continue
+                # What the administrator's folder is, is a folder of the test's here.
+                status, outputs[command] = shell.type(command.replace("/usr/local", str(folder / "local")))
+                checks.expect(f"README.md: {command}", status == 0, outputs[command])
+    checks.expect("README.md: the queue has the device's media", "Custom1" in outputs.get("lpoptions -p plotter -l", ""))
+    checks.expect("README.md: the captured device is replayed",
+                  "is the choice Custom1" in outputs[max(outputs, key=lambda command: "=device.json" in command)])
+    checks.expect("README.md: the project is installed", (folder / "local/bin/VorantisAutosetupTool").exists())
+
+
+def contributing_commands(checks, project):
+    text = re.sub(r"```.*?```", "", (project / "CONTRIBUTING.md").read_text(), flags=re.DOTALL)
+    commands = re.findall(r"`((?:python3 |cmake --preset |build/debug/|gdb )[^`]*)`", text)
+    environment = {**os.environ, "LD_LIBRARY_PATH": str(project / "build/debug/library")}
+    for command in commands:
+        typed = command.replace("gdb ", "gdb -batch -ex run ")  # nobody sits there
+        done = subprocess.run(["bash", "-c", typed], cwd=project, env=environment, stdin=subprocess.DEVNULL,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
+        checks.expect(f"CONTRIBUTING.md: {command}", done.returncode == 0, done.stdout)
+    checks.expect("CONTRIBUTING.md names commands", len(commands) >= 4)
+
+
+def contributing_example(checks, project):
+    """The updater that is shown, in the files that it names."""
+    text = (project / "CONTRIBUTING.md").read_text()
+    for name in EXAMPLE_FILES:
+        shown = re.search(rf"This is\s+`{re.escape(name)}`:\n\n```cpp\n(.*?)```", text, re.DOTALL)
+        checks.expect(f"CONTRIBUTING.md shows {name}", shown)
+        if shown:
+            (project / name).write_text(shown[1])
+    entry = re.search(r"add the line `([^`]+)`", text)[1]
+    factory = (project / FACTORY).read_text()
+    factory = factory.replace("namespace {", f'#include "{EXAMPLE_FILES[0]}"\n\nnamespace {{', 1)
+    (project / FACTORY).write_text(factory.replace("kKinds[] = {\n", f"kKinds[] = {{\n{entry}\n", 1))
+    for command in ("cmake --preset debug", "cmake --build --preset debug --target updaters_tests",
+                    "build/debug/tests/updaters_tests --gtest_filter='ATMediaTypeIDPPDUpdater.*:ATPPDUpdatersFactory*'"):
+        done = subprocess.run(["bash", "-c", command], cwd=project, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                              check=False)
+        checks.expect(f"the updater of CONTRIBUTING.md: {command}", done.returncode == 0, done.stdout)
+    checks.expect("the updater of CONTRIBUTING.md: its test ran", "[  PASSED  ]" in done.stdout and
+                  "ATMediaTypeIDPPDUpdater" in done.stdout, done.stdout)
+
+
+def main():
+    project = pathlib.Path(sys.argv[1]).resolve()
+    folder = project / "build/commands"
+    subprocess.run(["rm", "-rf", folder], check=True)
+    copy_of(project, folder / "project")
+    checks = Checks()
+    readme(checks, folder / "project", folder)
+    contributing_example(checks, folder / "project")
+    contributing_commands(checks, project)
+    print(f"{checks.passed} passed, {checks.failed} failed")
+    return 1 if checks.failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
