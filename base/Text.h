@@ -68,10 +68,15 @@ inline std::size_t skip(std::string_view text, std::size_t position, CharacterCl
   return position;
 }
 
+/// Whether the byte is a visible ASCII character, as nearly all are: neither white space nor a control character.
+constexpr bool isPrintableASCII(char byte) {
+  return static_cast<unsigned char>(byte - '!') <= '~' - '!';
+}
+
 /// The position, from `position` on, of the first character that is neither white space nor a line end, or the text's
 /// size. Nearly always it is `position`.
 inline std::size_t skipBlanks(std::string_view text, std::size_t position) {
-  const bool isPrintable = position < text.size() && text[position] > ' ' && text[position] <= '~';
+  const bool isPrintable = position < text.size() && isPrintableASCII(text[position]);
   return isPrintable ? position : skip(text, position, isBlank);
 }
 
@@ -96,7 +101,7 @@ constexpr char foldASCII(char letter) {
 inline bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
   if (text.size() < prefix.size()) return false;
   for (std::size_t index = 0; index < prefix.size(); ++index) {
-    if (foldASCII(text[index]) != foldASCII(prefix[index])) return false;
+    if (text[index] != prefix[index] && foldASCII(text[index]) != foldASCII(prefix[index])) return false;
   }
   return true;
 }

@@ -19,14 +19,12 @@ std::optional<std::string_view> TokenScanner::readUpTo(char stop, char otherStop
 
 std::optional<std::string_view> TokenScanner::readUpToWhiteSpaceOr(char stop) {
   const std::size_t start = Text::skipBlanks(line_, position_);
-  const char* const bytes = line_.data();
+  const std::string_view line = line_;
   std::size_t end = start;
-  while (end < line_.size() && bytes[end] != stop) {
-    if (bytes[end] > ' ' && bytes[end] <= '~') {  // no white space, as nearly all
-      ++end;
-      continue;
-    }
-    const Text::Character character = Text::characterAt(line_, end);
+  while (end < line.size()) {
+    while (end < line.size() && line[end] != stop && Text::isPrintableASCII(line[end])) ++end;
+    if (end == line.size() || line[end] == stop) break;
+    const Text::Character character = Text::characterAt(line, end);
     if (Text::isWhiteSpace(character.value)) break;
     end += character.size;
   }

@@ -5,10 +5,10 @@
 // usage.
 
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/Text.h"
@@ -27,8 +27,8 @@ The stored library replays it: set QZVORANTISMODEL_SNAPSHOT to its path.
 MODEL-NAME is the value of *ModelName in the queue's PPD, its double quotes
 included; leave it out when the PPD has none.
 
-      --help     show this help
-      --version  show the version
+  -h, --help     show this help
+  -V, --version  show the version
 
 Exit status: 0, 1 when the library is not there or fails, 2 for wrong usage.
 )";
@@ -44,14 +44,15 @@ int fail(int status, const char* what) {
 }
 
 int capture(int count, const char* const* arguments) {
-  if (count > 0 && std::strcmp(arguments[0], "--help") == 0) return print(kUsage) ? 0 : kUsageError;
-  if (count > 0 && std::strcmp(arguments[0], "--version") == 0) {
+  const std::string_view first = count > 0 ? arguments[0] : "";
+  if (first == "-h" || first == "--help") return print(kUsage) ? 0 : kUsageError;
+  if (first == "-V" || first == "--version") {
     return print("vorantis-device-snapshot " AT_VERSION "\n") ? 0 : kUsageError;
   }
-  if (count > 0 && std::strcmp(arguments[0], "--") == 0) {
+  if (first == "--") {
     ++arguments;
     --count;
-  } else if (count > 0 && std::strncmp(arguments[0], "--", 2) == 0) {
+  } else if (first.starts_with("--")) {
     return fail(kUsageError, "no such option");
   }
   if (count < 1 || count > 2) return fail(kUsageError, "a device URI is needed, and a model name at most");

@@ -28,15 +28,15 @@ what it does and why, instead of writing the PPD.
   -f, --format=FORMAT  text (the default), json or html
   -o, --output=FILE    also write the PPD, to FILE
       --full           show every changed statement
-      --help           show this help
-      --version        show the version
+  -h, --help           show this help
+  -V, --version        show the version
 
 Exit status: 0 or 1 as the tool's, 2 for wrong usage.
 Environment: NO_COLOR, and that of the device-model library.
 )";
 
 enum class Format { text, json, html };
-enum LongOption { kFull = 256, kHelp, kVersion };
+constexpr int kFull = 256;  // an option without a short form
 
 struct Options {
   Format format = Format::text;
@@ -65,12 +65,12 @@ Options optionsFrom(int argc, char** argv) {
   static constexpr std::array<option, 6> kOptions = {{{"format", required_argument, nullptr, 'f'},
                                                       {"output", required_argument, nullptr, 'o'},
                                                       {"full", no_argument, nullptr, kFull},
-                                                      {"help", no_argument, nullptr, kHelp},
-                                                      {"version", no_argument, nullptr, kVersion},
+                                                      {"help", no_argument, nullptr, 'h'},
+                                                      {"version", no_argument, nullptr, 'V'},
                                                       {nullptr, 0, nullptr, 0}}};
   Options options;
   opterr = 0;
-  for (int found; (found = getopt_long(argc, argv, "+f:o:", kOptions.data(), nullptr)) != -1;) {
+  for (int found; (found = getopt_long(argc, argv, "+f:o:hV", kOptions.data(), nullptr)) != -1;) {
     switch (found) {
       case 'f':
         if (const auto format = formatNamed(optarg)) {
@@ -85,9 +85,9 @@ Options optionsFrom(int argc, char** argv) {
       case kFull:
         options.full = true;
         break;
-      case kHelp:
+      case 'h':
         printAndExit(kUsage);
-      case kVersion:
+      case 'V':
         printAndExit("vorantis-autosetup-explain " AT_VERSION "\n");
       default:
         wrongUsage(std::string("no such option, or an argument is missing: ") + argv[optind - 1]);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "ppd/document/IATPPDObject.h"
@@ -14,11 +15,15 @@ class ATPPDObject : public IATPPDObject {
   explicit ATPPDObject(const StatementString& line) : container_(line) {}
 
   /// A new plain object that holds the line (always of this class, also when called on a subclass).
-  static std::shared_ptr<ATPPDObject> objectWithString(const StatementString& string, PPDLineType type);
+  static std::shared_ptr<ATPPDObject> objectWithString(const StatementString& string, PPDLineType /*type*/) {
+    return std::make_shared<ATPPDObject>(string);
+  }
 
   /// Appends the line to `container`; the type is not looked at and not kept.
-  void addString(const StatementString& string, PPDLineType type) override;
-  void giveStringsTo(const TakeString& take) const override;
+  void addString(const StatementString& string, PPDLineType /*type*/) override { container_.push_back(string); }
+  void giveStringsTo(const TakeString& take) const override {
+    for (std::size_t index = 0; index < container_.size(); ++index) take(container_[index]);
+  }
 
   /// The lines as they were given, in order.
   const LineList& container() const { return container_; }

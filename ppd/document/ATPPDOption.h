@@ -9,6 +9,7 @@
 #include "ppd/document/ATPPDChoice.h"
 #include "ppd/document/ATPPDCompoundObject.h"
 #include "ppd/lists/NameIndex.h"
+#include "ppd/lists/ObjectPool.h"
 #include "ppd/lists/PartIndex.h"
 
 /// A UI option: everything between an OpenUI statement and its CloseUI statement (PPD 4.3).
@@ -59,6 +60,7 @@ class ATPPDOption : public ATPPDCompoundObject {
  private:
   bool endsWithCloseUI() const;
 
+  ObjectPool<ATPPDChoice> readChoices_;
   ChoiceList choices_;
   // An earlier setup leaves a choice line for each medium and language, and every medium is looked for by its ID.
   mutable NameIndex<ATPPDChoice> choiceNames_;

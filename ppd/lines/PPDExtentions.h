@@ -6,7 +6,6 @@
 #include <string_view>
 
 /// The rules on single strings of a PPD (the misspelling is the system's own name). All are pure.
-///
 /// Two kinds of test are used on lines. A prefix test compares the first characters exactly. A token scan skips
 /// white space and line ends before each token and compares tokens without regard to letter case (TokenScanner).
 namespace PPDExtentions {

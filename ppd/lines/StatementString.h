@@ -16,7 +16,12 @@ class StatementString {
   /// The empty string; takes no memory.
   StatementString() = default;
   /// Holds a copy of `text`. Throws std::bad_alloc without memory.
-  StatementString(std::string_view text);  // NOLINT(google-explicit-constructor): a text is a statement string
+  StatementString(std::string_view text) : size_(text.size()) {  // NOLINT(google-explicit-constructor): a text is one
+    if (text.empty()) return;
+    const std::shared_ptr<char[]> bytes(new char[text.size()]);
+    text.copy(bytes.get(), text.size());
+    bytes_ = {bytes, bytes.get()};
+  }
   StatementString(const std::string& text)
       : StatementString(std::string_view(text)) {}                                // NOLINT(google-explicit-constructor)
   StatementString(const char* text) : StatementString(std::string_view(text)) {}  // NOLINT(google-explicit-constructor)

@@ -23,7 +23,6 @@ class NameIndex {
   using Position = typename List::Position;
   using Positions = std::vector<Position>;
 
-  /// Hashes texts of any type alike.
   struct TextHash {
     using is_transparent = void;
     std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
@@ -78,11 +77,15 @@ class NameIndex {
   };
 
   Named& named(std::string_view name) {
-    const auto found = names_.find(name);
-    return found == names_.end() ? names_[std::string(name)] : found->second;
+    if (last_ != nullptr && last_->first == name) return last_->second;  // statements of one name stand together
+    auto found = names_.find(name);
+    if (found == names_.end()) found = names_.emplace(name, Named()).first;
+    last_ = &*found;
+    return found->second;
   }
 
   MapByText<Named> names_;
+  typename MapByText<Named>::value_type* last_ = nullptr;  // that was used
   Positions nameless_;
   Position asked_ = 1;  // all positions below
 };

@@ -8,11 +8,10 @@ namespace {
 constexpr std::size_t kSize = 3;
 
 std::uint32_t threeBytes(std::string_view text, std::size_t position) {
-  std::uint32_t bytes = 0;
-  for (std::size_t index = 0; index < kSize; ++index) {
-    bytes = bytes << 8 | static_cast<unsigned char>(text[position + index]);
-  }
-  return bytes;
+  const auto byte = [=](std::size_t index) {
+    return std::uint32_t{static_cast<unsigned char>(text[position + index])};
+  };
+  return byte(0) << 16 | byte(1) << 8 | byte(2);
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 
 /// Narrows the search for a text that contains a given part: it knows which texts hold which three bytes in a row, and
 /// gives those that hold the rarest three of the part. The caller looks whether they contain all of it.
-///
 /// A part of less than three bytes is looked for in every text. So is, at worst, one whose every three bytes stand in
 /// every text: look-ups are then as slow as a walk. With 2,000 media, whose IDs differ, a few texts are left. Each byte
 /// of a text takes four bytes. Compared with a plain search in tests/ppd/PartIndexTest.cpp.

@@ -16,7 +16,7 @@ import sys
 import tempfile
 
 import colord
-from scheduler import Scheduler
+from scheduler import CUPSD, Scheduler
 
 URI = "socket://192.0.2.10:9100"
 

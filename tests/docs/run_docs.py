@@ -9,7 +9,7 @@ import sys
 DOCUMENTS = ("README.md", "CONTRIBUTING.md", "SECURITY.md", "CHANGELOG.md", "docs/*.md")
 # Commands that are steps of the test command themselves, that the step "commands" runs, or that need a Mac.
 RUN_ELSEWHERE = ("./demo", "./test", "gdb ", "lpadmin ", "lpoptions ", "export ", "cmake --preset debug && ",
-                 "cmake -S . -B build/plain && ", "cmake --install build/release ", "scripts/package", "python3 ",
+                 "cmake -S . -B build/plain && ", "cmake --install", "sudo cmake --install", "scripts/package", "python3 ",
                  "cmake --build --preset release --target ", "VorantisAutosetupTool ", "vorantis-autosetup-explain",
                  "vorantis-device-snapshot", "QZVORANTISMODEL_SNAPSHOT=", "cmake --preset macos",
                  "cmake --build --preset macos", "ctest --preset macos")
@@ -37,6 +37,16 @@ class Checks:
             inline = re.findall(r"`((?:\./|python3 |cmake |scripts/|gdb )[^`]*)`", re.sub(r"```.*?```", "", text, flags=re.DOTALL))
             for command in [line.split("  #")[0].strip() for block in blocks for line in block.splitlines()] + inline:
                 self.command(path.relative_to(self.root), command)
+
+    def warnings(self):
+        """Every warning of the report is explained, in the documents and in the manual page."""
+        sources = "".join(path.read_text() for path in (self.root / "explain").glob("*.cpp"))
+        codes = set(re.findall(r'\bwarn\(\s*"([a-z-]+)"', sources)) | set(re.findall(r'\{"([a-z0-9-]+)", ?\n', sources))
+        document = self.documents[self.root / "docs/explain.md"]
+        page = (self.root / "man/vorantis-autosetup-explain.1.in").read_text().replace("\\-", "-")
+        self.expect("warnings are found in the sources", len(codes) > 9)
+        for code in sorted(codes):
+            self.expect(f"docs/explain.md and the manual page explain {code}", f"`{code}`" in document and code in page)
 
     def settings(self):
         """README's table of options names the defaults that CMake has."""
@@ -66,6 +76,7 @@ def main():
     checks.links()
     checks.commands()
     checks.settings()
+    checks.warnings()
     return 1 if checks.failed else 0
 
 

@@ -71,6 +71,8 @@ class Checks:
             result = self.call(*arguments)
             self.expect(f"{what}: status 2, said on standard error", result.returncode == 2 and result.stderr != b"")
         self.expect("--help", self.call("--help").stdout.startswith(b"Usage: ") and self.call("--help").returncode == 0)
+        self.expect("-h and -V", (self.call("-h").stdout, self.call("-V").stdout) ==
+                    (self.call("--help").stdout, self.call("--version").stdout))
         self.expect("--version", self.call("--version").stdout.startswith(b"vorantis-autosetup-explain "))
         words = "vorantis-autosetup-explain --format = h"
         script = (f'. "{self.options.examples.parent}/completions/vorantis-autosetup-explain.bash"; COMP_WORDS=({words}); '
