@@ -75,6 +75,8 @@ bool saysNoSuchFile(std::string_view loaderError, const char* fileName) {
 // it would cost a queue its media.
 const QZVMInterface* loadInterface(const char* fileName) {
   void* object = dlopen(fileName, RTLD_NOW | RTLD_LOCAL);
+  // The loader takes a lack of memory while it looks for a file for the file's absence, so it is asked once more.
+  if (object == nullptr) object = dlopen(fileName, RTLD_NOW | RTLD_LOCAL);
   if (object == nullptr) {
     const char* error = dlerror();
     const std::string_view reason = error == nullptr ? "the loader gives no reason" : error;

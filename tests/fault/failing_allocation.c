@@ -1,0 +1,65 @@
+/* SPDX-License-Identifier: MIT */
+/*
+ * Preloaded into a process, fails one allocation of it: AT_FAIL_AT is its number, counted from 1 from the moment at which
+ * main begins, so that all libraries that the process is linked with have started. A byte on the descriptor AT_FAIL_FD
+ * tells that it was reached. Every allocation counts: the C library's own and those of operator new.
+ */
+#define _GNU_SOURCE
+#include <dlfcn.h>
+#include <errno.h>
+#include <stdlib.h>
+#include <string.h>
+#include <unistd.h>
+
+extern void* __libc_malloc(size_t size);
+extern void* __libc_calloc(size_t count, size_t size);
+extern void* __libc_realloc(void* memory, size_t size);
+extern void* __libc_memalign(size_t alignment, size_t size);
+
+static long failAt = 0; /* 0: none */
+static int reportTo = -1;
+static long made = 0;
+
+static int fails(void) {
+  if (failAt == 0 || ++made != failAt) return 0;
+  if (reportTo >= 0 && write(reportTo, "x", 1) != 1) abort();
+  errno = ENOMEM;
+  return 1;
+}
+
+void* malloc(size_t size) {
+  return fails() ? NULL : __libc_malloc(size);
+}
+
+void* calloc(size_t count, size_t size) {
+  return fails() ? NULL : __libc_calloc(count, size);
+}
+
+void* realloc(void* memory, size_t size) {
+  return fails() ? NULL : __libc_realloc(memory, size);
+}
+
+void* aligned_alloc(size_t alignment, size_t size) {
+  return fails() ? NULL : __libc_memalign(alignment, size);
+}
+
+typedef int Main(int, char**, char**);
+static Main* programsMain;
+
+static int armedMain(int argc, char** argv, char** environment) {
+  const char* number = getenv("AT_FAIL_AT");
+  const char* descriptor = getenv("AT_FAIL_FD");
+  if (descriptor != NULL) reportTo = atoi(descriptor);
+  if (number != NULL) failAt = atol(number);
+  return programsMain(argc, argv, environment);
+}
+
+int __libc_start_main(Main* main, int argc, char** argv, void (*init)(void), void (*fini)(void),
+                      void (*rtldFini)(void), void* stackEnd) {
+  typedef int Start(Main*, int, char**, void (*)(void), void (*)(void), void (*)(void), void*);
+  Start* start;
+  void* found = dlsym(RTLD_NEXT, "__libc_start_main");
+  memcpy(&start, &found, sizeof start);
+  programsMain = main;
+  return start(armedMain, argc, argv, init, fini, rtldFini, stackEnd);
+}
