@@ -37,6 +37,16 @@ std::unique_ptr<ATAutoSetupTool> toolWith(std::vector<const char*> arguments) {
   return ATAutoSetupTool::initWithArgc(count, arguments.data());
 }
 
+// Keeps the pieces in which it is written.
+class PieceOutput : public ATOutput {
+ public:
+  std::size_t write(std::string_view bytes) override {
+    pieces.emplace_back(bytes);
+    return bytes.size();
+  }
+  std::vector<std::string> pieces;
+};
+
 // Takes this many bytes in all, and counts the writes.
 class ShortOutput : public ATOutput {
  public:
@@ -334,6 +344,28 @@ TEST_F(ATAutoSetupToolTest, OutputWithoutRoomGetsNothingMoreAfterTheFirstFailure
   EXPECT_FALSE(tool->run(output));
   EXPECT_EQ(output.taken(), "");
   EXPECT_EQ(output.writesAfterTheFailure, 0);
+}
+
+TEST_F(ATAutoSetupToolTest, LinesThatWereReadOneBehindAnotherAreWrittenTogether) {
+  const std::string file = path(std::string("*A: 1\n*B: \"\n\"\n*End\n") + kPDL + "*% the end\n");
+  const auto tool = toolWith({"tool", kURI, file.c_str()});
+  PieceOutput output;
+  EXPECT_TRUE(tool->run(output));
+  ASSERT_THAT(output.pieces, testing::Not(IsEmpty()));
+  EXPECT_EQ(output.pieces.front(), std::string("*A: 1\n*B: \"\n\"\n*End\n") + kPDL);
+  EXPECT_EQ(output.pieces.back(), "*% the end\n");
+  EXPECT_GT(output.pieces.size(), 2U) << "a line that an updater made is a piece of its own";
+}
+
+TEST_F(ATAutoSetupToolTest, LinesOfTwoBlocksAreTwoPieces) {
+  std::string contents;
+  while (contents.size() < 100'000) contents += "*A: 1\n";
+  const std::string file = path(contents);
+  const auto tool = toolWith({"tool", kURI, file.c_str()});
+  PieceOutput output;
+  EXPECT_TRUE(tool->run(output));
+  ASSERT_EQ(output.pieces.size(), 2U);
+  EXPECT_EQ(output.pieces[0] + output.pieces[1], contents);
 }
 
 TEST_F(ATAutoSetupToolTest, SuccessLogsNothingOfItsOwn) {

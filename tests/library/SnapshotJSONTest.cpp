@@ -55,6 +55,7 @@ void expectErrorsWithTheLine(const std::vector<std::string>& texts) {
   for (const std::string& text : texts) {
     SCOPED_TRACE(testing::PrintToString(text));
     EXPECT_THAT(errorOf(text), HasSubstr("line 1: "));
+    EXPECT_THAT(errorOf("\n" + text), HasSubstr("line 2: "));
     EXPECT_THAT(errorOf("\n\n" + text), HasSubstr("line 3: "));
   }
 }
@@ -180,6 +181,12 @@ TEST(SnapshotJSON, SixtyFiveLevelsAreAnError) {
 
 TEST(SnapshotJSON, EndlessNestingIsAnError) {
   EXPECT_THAT(errorOf(std::string(1000000, '[')), HasSubstr("64 levels"));
+}
+
+TEST(SnapshotJSON, BracketsInStringsAreNoNesting) {
+  const std::string brackets(70, '[');
+  EXPECT_EQ(parsed<std::string>('"' + brackets + '"'), brackets);
+  EXPECT_THAT(parsed<Value::Object>("{\"" + std::string(70, '{') + "\": \"\\\"" + brackets + "\"}"), SizeIs(1));
 }
 
 TEST(SnapshotJSON, ListsSideBySideAreNotNested) {

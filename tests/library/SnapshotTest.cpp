@@ -4,6 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <iterator>
+
 #include "tests/support/TemporaryFolder.h"
 
 using snapshot::Device;
@@ -229,6 +232,18 @@ TEST(SnapshotFile, OfSixtyFourMebibytesIsRead) {
   std::string text = withMembers(R"("devices": [{}])");
   text.resize(kLargestFile, ' ');
   EXPECT_THAT(Snapshot::fromFile(folder.file("large.json", text)).devices, SizeIs(1));
+}
+
+TEST(SnapshotFile, IsClosedWhetherItCanBeUsedOrNot) {
+  const auto openFiles = [] {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), std::filesystem::directory_iterator());
+  };
+  const TemporaryFolder folder;
+  const auto before = openFiles();
+  EXPECT_THAT(Snapshot::fromFile(folder.file("good.json", withMembers(R"("devices": [{}])"))).devices, SizeIs(1));
+  EXPECT_EQ(openFiles(), before);
+  errorOfFile(folder.file("bad.json", "{"));
+  EXPECT_EQ(openFiles(), before);
 }
 
 TEST(SnapshotFile, OfOneByteMoreIsAnError) {

@@ -58,14 +58,16 @@ struct Scripted {
   }
 };
 
-// Lists around the value, this many.
-DeviceValue readNested(Scripted& scripted, std::size_t lists) {
+// Lists or maps around a value, this many.
+DeviceValue readNested(Scripted& scripted, QZVMKind kind, std::size_t levels) {
   const QZVMValue innermost = string("x");
-  std::vector<QZVMValue> values(lists, valueOfKind(QZVM_LIST));
-  std::vector<const QZVMValue*> elements(lists);
-  for (std::size_t index = 0; index < lists; ++index) {
-    elements[index] = index + 1 < lists ? &values[index + 1] : &innermost;
+  const QZVMText key = textOf("key");
+  std::vector<QZVMValue> values(levels, valueOfKind(kind));
+  std::vector<const QZVMValue*> elements(levels);
+  for (std::size_t index = 0; index < levels; ++index) {
+    elements[index] = index + 1 < levels ? &values[index + 1] : &innermost;
     values[index].count = 1;
+    values[index].keys = &key;
     values[index].elements = &elements[index];
   }
   return scripted.read(values.front());
@@ -415,9 +417,12 @@ TEST(SharedObjectDeviceModelLibrary, NullValueIsAFailure) {
 
 TEST(SharedObjectDeviceModelLibrary, DeepNestingIsAFailureAndSixtyFourLevelsAreNot) {
   Scripted scripted;
-  EXPECT_NE(readNested(scripted, 64).list(), nullptr);
-  EXPECT_THROW(readNested(scripted, 66), ATException);
-  EXPECT_THROW(readNested(scripted, 1000), ATException);
+  EXPECT_NE(readNested(scripted, QZVM_LIST, 64).list(), nullptr);
+  EXPECT_NE(readNested(scripted, QZVM_MAP, 64).map(), nullptr);
+  for (const std::size_t levels : {65U, 66U, 1000U}) {
+    EXPECT_THROW(readNested(scripted, QZVM_LIST, levels), ATException) << levels;
+    EXPECT_THROW(readNested(scripted, QZVM_MAP, levels), ATException) << levels;
+  }
 }
 
 TEST(SharedObjectDeviceModelLibrary, EveryQuestionGivesValuesOfItsOwn) {
