@@ -5,9 +5,9 @@
   floor   on a PPD of 300 KB that names no updaters, the tool's time and instructions over those of a program that only
           reads the file with the CUPS reader and writes it back; and what each further byte costs, start-up subtracted,
           over what it costs libcups' ppdOpenFile; and the memory above the floor program's
-  setup   on a PPD of 200 KB and a device of 200 media, with 3 profiles each and 20 languages, the tool's instructions
-          over those that ppdOpenFile spends on reading the result once, for a first setup and for one on its result;
-          and the memory above the floor program's
+  setup   on a PPD of 200 KB, for a device of real size (50 media, 10 languages) and a large one (200 media, 20
+          languages), with 3 profiles for each medium, the tool's instructions over those that ppdOpenFile spends on
+          reading the result once, for a first setup and for one on its result; and the memory above the floor program's
   growth  the exponent with which instructions grow in lines, media, profiles and in what an earlier setup left, from
           runs of four sizes each (1 is proportional); a quadratic share of a tenth at the largest size shows as 1.04
 
@@ -101,13 +101,13 @@ class Bench:
         subprocess.run(line, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
         return int(re.search(r"^summary: (\d+)", counts.read_text(), re.MULTILINE).group(1))
 
-    def large_setup(self):
-        ppd, snapshot = self.setup("ATMediaTypePCL3PPDUpdater", 200, 3, plain=200_000)
-        again, _ = self.setup("ATMediaTypePCL3PPDUpdater", 200, 3, plain=200_000, twice=True)
+    def setups(self, media, languages):
+        ppd, snapshot = self.setup("ATMediaTypePCL3PPDUpdater", media, 3, plain=200_000, languages=languages)
+        again, _ = self.setup("ATMediaTypePCL3PPDUpdater", media, 3, plain=200_000, languages=languages, twice=True)
         size = again.stat().st_size
         once = self.instructions([self.options.ppdopenfile, again])
         floor = self.measure(20, [self.options.floor, ppd])[0][3]
-        print(f"a setup of 200 media with 3 profiles and 20 languages, result of {size} bytes:")
+        print(f"a setup of {media} media with 3 profiles and {languages} languages, result of {size} bytes:")
         for name, given in (("first", ppd), ("on its result", again)):
             counted = self.instructions(self.tool(given), snapshot)
             memory = self.measure(20, self.tool(given), snapshot=snapshot)[0][3] - floor
@@ -124,10 +124,10 @@ class Bench:
         counts = ", ".join(f"{size}: {count / 1e6:.0f}" for size, count in points)
         print(f"  {name:44} exponent {fitted_exponent(points):.2f}   millions {counts}", flush=True)
 
-    def setup(self, updater, media, profiles=0, twice=False, statements="", plain=0):
+    def setup(self, updater, media, profiles=0, twice=False, statements="", plain=0, languages=20):
         """A PPD and a snapshot with so many media; twice: the PPD is the result of an earlier setup; plain: how many
         bytes of other statements the PPD has."""
-        factory = FACTORY.format(languages=LANGUAGES, updater=updater, statements=statements)
+        factory = FACTORY.format(languages=" ".join(LANGUAGES.split()[:languages]), updater=updater, statements=statements)
         factory += plain_ppd(plain).split("\n", maxsplit=4)[4] if plain else ""
         ppd = self.write("setup.ppd", factory)
         snapshot = self.write("setup.json", json.dumps(snapshot_of(media, profiles)))
@@ -190,7 +190,8 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         bench = Bench(options, pathlib.Path(folder))
         bench.floor()
-        bench.large_setup()
+        bench.setups(50, 10)
+        bench.setups(200, 20)
         print("growth (the tool's instructions above start-up):")
         bench.growth("lines, no updaters", (5_000, 10_000, 20_000, 40_000),
                      lambda n: (bench.write("lines.ppd", plain_ppd(n * 43)), None))

@@ -72,8 +72,8 @@ JSON deviceNamed(const std::string& uri, const std::optional<std::string>& model
 
 class Capture {
  public:
-  Capture(DeviceModelLibrary& library, const std::string& uri, std::vector<std::string>& leftOut)
-      : library_(library), uri_(uri), converter_(leftOut) {}
+  Capture(DeviceModelLibrary& library, const std::string& uri, DeviceSnapshot::Captured& captured)
+      : library_(library), uri_(uri), captured_(captured), converter_(captured.leftOut) {}
 
   JSON devices(const std::optional<std::string>& modelName) {
     JSON devices = JSON::array();
@@ -99,11 +99,17 @@ class Capture {
 
   void addDataStore(JSON& device, const Info& info) {
     const auto store = library_.registeredStoreForServiceInfo(info.get());
-    if (store == nullptr) return;
+    if (store == nullptr) {
+      captured_.missing = "no device, or none with a data store, is known by this URI and model name";
+      return;
+    }
     device["dataStore"] = JSON::object();
     const auto item = library_.itemForKey(store.get(), VMCustomMediaStorage);
-    if (item != nullptr)
-      device["dataStore"][VMCustomMediaStorage] = converter_.of(library_.representedObject(item.get()));
+    if (item == nullptr) {
+      captured_.missing = "the device's data store has no custom media";
+      return;
+    }
+    device["dataStore"][VMCustomMediaStorage] = converter_.of(library_.representedObject(item.get()));
   }
 
   void addFamilyName(JSON& device, const Info& info) {
@@ -113,17 +119,20 @@ class Capture {
 
   DeviceModelLibrary& library_;
   const std::string& uri_;
+  DeviceSnapshot::Captured& captured_;
   Converter converter_;
 };
 
 }  // namespace
 
-std::string DeviceSnapshot::of(DeviceModelLibrary& library, const std::string& uri,
-                               const std::optional<std::string>& modelName, std::vector<std::string>& leftOut) {
+DeviceSnapshot::Captured DeviceSnapshot::of(DeviceModelLibrary& library, const std::string& uri,
+                                            const std::optional<std::string>& modelName) {
   if (!library.isAvailable()) throw ATException::libraryFailure("the device-model library is not there");
+  Captured captured;
   const JSON snapshot = {{"format", "vorantis-device-snapshot"},
                          {"formatVersion", 1},
                          {"offersServiceInfoWithSpec", library.offersServiceInfoWithSpec()},
-                         {"devices", Capture(library, uri, leftOut).devices(modelName)}};
-  return snapshot.dump(2) + "\n";
+                         {"devices", Capture(library, uri, captured).devices(modelName)}};
+  captured.json = snapshot.dump(2) + "\n";
+  return captured;
 }

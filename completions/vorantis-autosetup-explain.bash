@@ -10,7 +10,7 @@ _vorantis_autosetup_explain() {
     -o | --output) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
     *)
       if [[ $word == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "--format= --output= --full --help --version -h -V" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "--format= --output= --full --strict --help --version -h -V" -- "$word")
       else
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
       fi

@@ -3,5 +3,6 @@
 complete -c vorantis-autosetup-explain -s f -l format -x -a "text json html" -d "Form of the report"
 complete -c vorantis-autosetup-explain -s o -l output -r -d "Also write the PPD"
 complete -c vorantis-autosetup-explain -l full -d "Show every changed statement"
+complete -c vorantis-autosetup-explain -l strict -d "Exit with 3 when there are warnings"
 complete -c vorantis-autosetup-explain -s h -l help -d "Show a summary of the options"
 complete -c vorantis-autosetup-explain -s V -l version -d "Show the version"

@@ -68,6 +68,7 @@ class Checker {
       start = end + 1;
     }
     if (inQuotes_) {
+      warnOfSwallowed();
       warn("unclosed-quote",
            fmt::format("The quote that opens in this statement is never closed: {}", shown(opening_)));
     }
@@ -84,11 +85,9 @@ class Checker {
       warn("aplworkset", "CUPS stops reading at the comment *%APLWORKSET START.");
     }
     if (inQuotes_) {
-      if (line.starts_with('*') && !line.starts_with("*%") && !line.starts_with("*End")) {
-        warn("swallowed",
-             fmt::format("An odd quote in \"{}\" swallows this statement: {}", shown(opening_), shown(line)));
-      }
+      if (line.starts_with('*') && !line.starts_with("*%") && !line.starts_with("*End")) swallowed_.push_back(line);
       follow(line);
+      if (!inQuotes_) warnOfSwallowed();
     } else if (line.starts_with("*%") || line.find_first_not_of(" \t") == std::string_view::npos) {
       return;
     } else if (!line.starts_with('*')) {
@@ -97,12 +96,20 @@ class Checker {
     } else {
       opening_ = line;
       checkStatement(partsOf(line), line);
-      follow(line);
+      follow(line.substr(std::min(line.find(':'), line.size())));  // in front of the colon, quotes do not count
     }
   }
 
   void follow(std::string_view line) {
     if (std::count(line.begin(), line.end(), '"') % 2 != 0) inQuotes_ = !inQuotes_;
+  }
+
+  void warnOfSwallowed() {
+    if (swallowed_.empty()) return;
+    warn("swallowed",
+         fmt::format("An odd quote in \"{}\" swallows {} statements, from \"{}\" to \"{}\".", shown(opening_),
+                     swallowed_.size(), shown(swallowed_.front()), shown(swallowed_.back())));
+    swallowed_.clear();
   }
 
   void checkStatement(const Parts& parts, std::string_view line) {
@@ -136,7 +143,8 @@ class Checker {
   std::vector<Report::Warning> warnings_;
   std::map<unsigned long, std::string> profiles_;
   bool inQuotes_ = false;
-  std::string_view opening_;  // the statement whose quote is open
+  std::string_view opening_;                 // the statement whose quote is open
+  std::vector<std::string_view> swallowed_;  // statements inside that quote
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <fmt/ranges.h>
 
 #include "explain/ReportWriters.h"
+#include "explain/Verdict.h"
 #include "explain/Wording.h"
 
 namespace {
@@ -22,7 +23,7 @@ code, pre { font: 13px/1.4 ui-monospace, monospace; overflow-wrap: anywhere; }
 pre { background: #f6f8fa; padding: .6rem; white-space: pre-wrap; }
 ins, del { text-decoration: none; display: block; min-height: 1.4em; }
 ins { background: #dafbe1; } del { background: #ffebe9; }
-.good { color: #116329; } .bad { color: #a40e26; } .warning { color: #7d4e00; }
+.good { color: #116329; } .bad { color: #a40e26; } .odd, .warning { color: #7d4e00; }
 </style></head><body>
 )";
 
@@ -80,10 +81,17 @@ class Page {
   }
 
  private:
+  static const char* classOf(Verdict::Colour colour) {
+    if (colour == Verdict::Colour::bad) return "bad";
+    return colour == Verdict::Colour::good ? "good" : "odd";
+  }
+
   void head(const Report& report) {
     html_ += "<h1>A run of Vorantis autosetup</h1>\n<table>\n";
-    row("Result", report.succeeded() ? span("good", "the PPD is set up (exit status 0)")
-                                     : span("bad", "nothing is written (exit status 1): " + escaped(report.failure)));
+    const std::string reason = report.succeeded() ? "" : ": " + escaped(report.failure);
+    row("Result", span(classOf(Verdict::colourOf(report)), Verdict::outcome(report) + reason));
+    if (const std::string media = Verdict::media(report); !media.empty()) row("Media", escaped(media));
+    if (const std::string warnings = Verdict::warnings(report); !warnings.empty()) row("Warnings", escaped(warnings));
     row("Device URI", code(report.arguments.deviceURI));
     row("PPD", code(report.arguments.PPDPath));
     if (report.arguments.printerID) row("Printer ID", code(report.arguments.printerID));

@@ -9,6 +9,7 @@
 #include "base/Text.h"
 #include "explain/CUPSLimits.h"
 #include "explain/Wording.h"
+#include "updaters/PPDKeywords.h"
 
 namespace {
 
@@ -28,7 +29,15 @@ std::string firstBadBytes(const std::string& line) {
   return visible(std::string_view(line).substr(position, 4));
 }
 
-void warnOfDeviceText(RunRecorder& recorder, const char* what, const Report::OptionalText& text) {
+// Where a text of the device stands in its statement: CUPS counts the quotes behind the first colon only.
+enum class Place { inFrontOfColon, behindColon };
+
+bool hasQuoteThatCounts(std::string_view text, Place place) {
+  const std::size_t from = place == Place::behindColon ? 0 : text.find(':');
+  return from != std::string_view::npos && text.find('"', from) != std::string_view::npos;
+}
+
+void warnOfDeviceText(RunRecorder& recorder, const char* what, const Report::OptionalText& text, Place place) {
   if (!text) return;
   if (hasLineEnd(*text)) {
     recorder.warn(
@@ -37,7 +46,7 @@ void warnOfDeviceText(RunRecorder& recorder, const char* what, const Report::Opt
                     "for what follows it, or take it for a statement.",
                     what, visible(*text)));
   }
-  if (text->find('"') != std::string::npos) {
+  if (hasQuoteThatCounts(*text, place)) {
     recorder.warn("device-quote",
                   fmt::format("The {} \"{}\" of the device carries a quote into the PPD; it ends a value "
                               "early, or opens one that swallows the statements behind it.",
@@ -47,8 +56,8 @@ void warnOfDeviceText(RunRecorder& recorder, const char* what, const Report::Opt
 
 void warnOfMedium(RunRecorder& recorder, const Report::MediumOutcome& medium, const Report::Parse& parse) {
   if (!medium.added) return;
-  warnOfDeviceText(recorder, "name", medium.device.name);
-  warnOfDeviceText(recorder, "ID", medium.device.ID);
+  warnOfDeviceText(recorder, "name", medium.device.name, Place::inFrontOfColon);
+  warnOfDeviceText(recorder, "ID", medium.device.ID, Place::behindColon);
   const std::string& name = *medium.device.name;
   if (!parse.languages.empty() && name.find(':') != std::string::npos) {
     recorder.warn("colon-in-text",
@@ -111,12 +120,58 @@ void warnOfChoice(RunRecorder& recorder, const Report::MediumOutcome& medium, co
 
 void warnOfProfile(RunRecorder& recorder, const Report::Profile& profile) {
   if (profile.outcome == Report::ProfileOutcome::skipped) return;
-  warnOfDeviceText(recorder, "profile spec", profile.spec);
+  warnOfDeviceText(recorder, "profile spec", profile.spec, Place::inFrontOfColon);
   if (profile.path) warnOfFile(recorder, *profile.path);
   if (profile.spec && std::count(profile.spec->begin(), profile.spec->end(), '.') != 2) {
     recorder.warn("spec-parts", fmt::format("The spec {} has not three parts; CUPS matches it with no choices.",
                                             visible(*profile.spec)));
   }
+}
+
+// The updaters of a PPD that names none have nothing to do, and the queue gets no media: the commonest of all causes.
+void warnOfUpdaters(RunRecorder& recorder, const Report& report, const ATPPD& ppd) {
+  const auto statements = ppd.attributesForName(PPDKeyword::updaters);
+  if (statements.size() > 1) {
+    recorder.warn("second-updaters", fmt::format("*{} stands in the PPD {} times; only the first one counts.",
+                                                 PPDKeyword::updaters, statements.size()));
+  }
+  if (!report.updaters.empty()) return;
+  if (statements.empty()) {
+    recorder.warn("no-updaters",
+                  fmt::format("The PPD names no updaters (*{}): nothing is done to it.", PPDKeyword::updaters));
+  } else {
+    recorder.warn("no-updaters",
+                  fmt::format("No updater is named by *{}: {}. Their names stand between double quotes.",
+                              PPDKeyword::updaters, visible(statements.front()->value().value_or("no value"))));
+  }
+}
+
+// A device that nobody knows looks like one without media; one that is known has a version of its list.
+bool isUnknown(const Report::DeviceAnswer& device) {
+  return device.media && device.media->empty() && !device.listVersion;
+}
+
+void warnOfRemovedMedia(RunRecorder& recorder, const Report& report) {
+  std::size_t removed = 0;
+  for (const Report::Updater& updater : report.updaters) removed += updater.removedMedia.size();
+  if (removed == 0) return;
+  recorder.warn("earlier-media-removed",
+                fmt::format("{} media of an earlier setup were removed, and none came in their place.", removed));
+}
+
+void warnOfDevice(RunRecorder& recorder, const Report& report) {
+  if (!report.device) return;
+  if (!report.device->libraryAvailable) {
+    return recorder.warn("no-library", "The device-model library is not there: nothing is known of the device.");
+  }
+  if (!isUnknown(*report.device)) return;
+  const Report::OptionalText modelName = report.parse ? report.parse->modelName : std::nullopt;
+  recorder.warn(
+      "no-device",
+      fmt::format("The library has no data of custom media for the URI {} and the model name {}: it knows no "
+                  "such device, or one without a data store.",
+                  visible(report.arguments.deviceURI.value_or("")), modelName ? visible(*modelName) : "(none)"));
+  warnOfRemovedMedia(recorder, report);
 }
 
 }  // namespace
@@ -136,6 +191,8 @@ void RunWarnings::addForInput(RunRecorder& recorder, const Report& report, const
 
 void RunWarnings::addForResult(RunRecorder& recorder, const Report& report, const InputLines& input, const ATPPD& ppd,
                                const std::string& result) {
+  warnOfUpdaters(recorder, report, ppd);
+  warnOfDevice(recorder, report);
   const Report::Parse parse = report.parse.value_or(Report::Parse());
   for (const Report::Updater& updater : report.updaters) {
     for (const Report::MediumOutcome& medium : updater.media) {
@@ -144,7 +201,7 @@ void RunWarnings::addForResult(RunRecorder& recorder, const Report& report, cons
       for (const Report::Profile& profile : medium.profiles) warnOfProfile(recorder, profile);
     }
   }
-  if (report.device) warnOfDeviceText(recorder, "media list version", report.device->listVersion);
+  if (report.device) warnOfDeviceText(recorder, "media list version", report.device->listVersion, Place::behindColon);
   for (const Report::Warning& warning : CUPSLimits::brokenByResult(input.text(), result)) {
     recorder.warn(warning.code, warning.text);
   }

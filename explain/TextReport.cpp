@@ -7,6 +7,7 @@
 
 #include "base/Text.h"
 #include "explain/ReportWriters.h"
+#include "explain/Verdict.h"
 #include "explain/Wording.h"
 
 namespace {
@@ -66,11 +67,16 @@ class Writer {
   static constexpr const char* kRed = "31";
   static constexpr const char* kYellow = "33";
 
+  static const char* colourOf(Verdict::Colour colour) {
+    if (colour == Verdict::Colour::bad) return kRed;
+    return colour == Verdict::Colour::good ? kGreen : kYellow;
+  }
+
   void head(const Report& report) {
-    const std::string result = report.succeeded() ? coloured("the PPD is set up (exit status 0)", kGreen)
-                                                  : coloured("nothing is written (exit status 1)", kRed);
-    field("Result", result);
+    field("Result", coloured(Verdict::outcome(report), colourOf(Verdict::colourOf(report))));
     if (!report.succeeded()) field("", visible(report.failure));
+    if (const std::string media = Verdict::media(report); !media.empty()) field("Media", media);
+    if (const std::string warnings = Verdict::warnings(report); !warnings.empty()) field("Warnings", warnings);
     field("Device URI", shown(report.arguments.deviceURI));
     field("PPD", shown(report.arguments.PPDPath));
     if (report.arguments.printerID) field("Printer ID", shown(report.arguments.printerID));
@@ -121,7 +127,9 @@ class Writer {
       paragraph("Family: " + (device.familyCode->empty() ? "unknown" : visible(*device.familyCode)));
     if (!device.media) return;
     paragraph("Media list version: " + shown(device.listVersion));
-    if (device.media->empty()) return line("The device has no media.");
+    if (device.media->empty()) {
+      return line(device.listVersion ? "The device has no media." : "The library knows of no media of such a device.");
+    }
     line(row("NAME", "ID", "CATEGORY", "PARENT", "PROFILES", "GLOSS"));
     for (const Report::Medium& medium : *device.media) {
       line(row(shown(medium.name), shown(medium.ID), shown(medium.categoryID), shown(medium.parentID),

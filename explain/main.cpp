@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // vorantis-autosetup-explain [OPTION...] DEVICE-URI PPD [PRINTER-ID]: does a run of VorantisAutosetupTool and reports
-// it. Exit status as the tool's, 0 or 1; 2 for wrong usage, or a file that cannot be written.
+// it. Exit status as the tool's, 0 or 1; 2 for wrong usage, or a file that cannot be written; 3 with
+// --strict when there are warnings.
 
 #include <getopt.h>
 #include <unistd.h>
@@ -14,6 +15,7 @@
 #include <string>
 
 #include "explain/ExplainedRun.h"
+#include "explain/OutputFile.h"
 #include "explain/ReportWriters.h"
 
 namespace {
@@ -28,20 +30,24 @@ what it does and why, instead of writing the PPD.
   -f, --format=FORMAT  text (the default), json or html
   -o, --output=FILE    also write the PPD, to FILE
       --full           show every changed statement
+      --strict         exit with 3 when there are warnings
   -h, --help           show this help
   -V, --version        show the version
 
-Exit status: 0 or 1 as the tool's, 2 for wrong usage.
+Exit status: 0 or 1 as the tool's, 2 for wrong usage, 3 see --strict.
 Environment: NO_COLOR, and that of the device-model library.
 )";
 
 enum class Format { text, json, html };
-constexpr int kFull = 256;  // an option without a short form
+constexpr int kStrictError = 3;
+constexpr int kFull = 256;  // options without a short form
+constexpr int kStrict = 257;
 
 struct Options {
   Format format = Format::text;
   std::optional<std::string> output;
   bool full = false;
+  bool strict = false;
 };
 
 std::optional<Format> formatNamed(const std::string& name) {
@@ -62,9 +68,10 @@ std::optional<Format> formatNamed(const std::string& name) {
 }
 
 Options optionsFrom(int argc, char** argv) {
-  static constexpr std::array<option, 6> kOptions = {{{"format", required_argument, nullptr, 'f'},
+  static constexpr std::array<option, 7> kOptions = {{{"format", required_argument, nullptr, 'f'},
                                                       {"output", required_argument, nullptr, 'o'},
                                                       {"full", no_argument, nullptr, kFull},
+                                                      {"strict", no_argument, nullptr, kStrict},
                                                       {"help", no_argument, nullptr, 'h'},
                                                       {"version", no_argument, nullptr, 'V'},
                                                       {nullptr, 0, nullptr, 0}}};
@@ -85,6 +92,9 @@ Options optionsFrom(int argc, char** argv) {
       case kFull:
         options.full = true;
         break;
+      case kStrict:
+        options.strict = true;
+        break;
       case 'h':
         printAndExit(kUsage);
       case 'V':
@@ -94,16 +104,6 @@ Options optionsFrom(int argc, char** argv) {
     }
   }
   return options;
-}
-
-// A file that cannot be written whole is removed again.
-bool writeFile(const std::string& path, const std::string& bytes) {
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  if (file == nullptr) return false;
-  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-  if (std::fclose(file) == 0 && written) return true;
-  std::remove(path.c_str());
-  return false;
 }
 
 bool usesColour() {
@@ -136,10 +136,11 @@ int explain(int argc, char** argv) {
   if (std::fwrite(report.data(), 1, report.size(), stdout) != report.size() || std::fflush(stdout) != 0) {
     wrongUsage("the report cannot be written");
   }
-  if (options.output && run.report.succeeded() && !writeFile(*options.output, run.result)) {
+  if (options.output && run.report.succeeded() && !OutputFile::write(*options.output, run.result)) {
     wrongUsage("cannot write " + *options.output);
   }
-  return run.report.succeeded() ? 0 : 1;
+  if (!run.report.succeeded()) return 1;
+  return options.strict && !run.report.warnings.empty() ? kStrictError : 0;
 }
 
 }  // namespace

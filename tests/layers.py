@@ -16,7 +16,7 @@ MAY_INCLUDE = {
     "updaters": ["base", "ppd", "readers"],
     "driver": ["base", "ppd", "readers", "updaters"],
     "explain": ["base", "ppd", "readers", "updaters", "driver"],
-    "capture": ["base", "readers"],
+    "capture": ["base", "ppd", "readers"],
     "library": [],
 }
 MAY_INCLUDE["readers"].append("readers/framework")  # on macOS its back end takes the place of the shared object's

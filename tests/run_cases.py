@@ -112,7 +112,7 @@ class Runner:
         device += [model_name.encode()] if model_name is not None and len(arguments) == 2 else []
         with tempfile.TemporaryDirectory() as folder:
             snapshot = pathlib.Path(folder) / "snapshot.json"
-            captured = subprocess.run([os.fsencode(self.capture), b"--", *device], env=environment, capture_output=True,
+            captured = subprocess.run([os.fsencode(self.capture), b"--allow-empty", b"--", *device], env=environment, capture_output=True,
                                       timeout=60, check=False)
             if captured.returncode != 0:
                 return self.check_refused(case, device, captured)

@@ -30,10 +30,9 @@ const std::string kStore = R"("dataStore": {"VMCustomMediaStorage": {"MediumList
 
 // A capture from which nothing is left out.
 std::string captured(DeviceModelLibrary& library, const std::string& uri, const std::optional<std::string>& modelName) {
-  std::vector<std::string> leftOut;
-  std::string json = DeviceSnapshot::of(library, uri, modelName, leftOut);
-  EXPECT_EQ(leftOut, std::vector<std::string>());
-  return json;
+  const auto captured = DeviceSnapshot::of(library, uri, modelName);
+  EXPECT_EQ(captured.leftOut, std::vector<std::string>());
+  return captured.json;
 }
 
 // What the captured snapshot has for the URI and model name.
@@ -92,6 +91,18 @@ TEST(DeviceSnapshot, KeepsTheDifferenceBetweenWhatIsMissing) {
   EXPECT_EQ(answersOf(captured(noDevice, kURI, "\"Z9\""), "").familyName, "(null)");
 }
 
+TEST(DeviceSnapshot, SaysWhatARunWouldMiss) {
+  const auto missing = [](const std::string& devices, const std::string& modelName) {
+    auto library = libraryWith(devices);
+    return DeviceSnapshot::of(library, kURI, modelName).missing.value_or("nothing");
+  };
+  const std::string named = R"({"modelName": "\"Z9\"", )" + kStore + "}";
+  EXPECT_EQ(missing(named, "\"Z9\""), "nothing");
+  EXPECT_THAT(missing(named, "Z9"), HasSubstr("no device")) << "without its quotes";
+  EXPECT_THAT(missing("{}", "\"Z9\""), HasSubstr("no device, or none with a data store"));
+  EXPECT_THAT(missing(R"({"dataStore": {}})", "\"Z9\""), HasSubstr("no custom media"));
+}
+
 TEST(DeviceSnapshot, FailsWithoutALibraryAndForWhatJSONCannotHold) {
   struct : SnapshotDeviceModelLibrary {
     using SnapshotDeviceModelLibrary::SnapshotDeviceModelLibrary;
@@ -119,8 +130,8 @@ TEST(DeviceSnapshot, LeavesOutWhatASnapshotCannotHoldAndSaysSo) {
     }
   } library{snapshot::Snapshot::fromJSON(
       R"({"format": "vorantis-device-snapshot", "formatVersion": 1, "devices": [{"dataStore": {"VMCustomMediaStorage": {}}}]})")};
-  std::vector<std::string> leftOut;
-  const std::string json = DeviceSnapshot::of(library, kURI, std::nullopt, leftOut);
+  const auto [json, leftOut, missing] = DeviceSnapshot::of(library, kURI, std::nullopt);
+  EXPECT_EQ(missing, std::nullopt);
   EXPECT_EQ(answersOf(json, "").store, "{List = (one, two); }");
   EXPECT_EQ(leftOut, (std::vector<std::string>{"the member \"Made\": 2026-01-02", "a member whose key is no text: 7",
                                                "an element of a list: <data>"}));

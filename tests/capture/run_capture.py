@@ -32,18 +32,26 @@ def main():
     devices = json.loads(captured.stdout)["devices"]
     expect("a snapshot with the device's media, silent", captured.returncode == 0 and not captured.stderr and
            "MediaInfo" in devices[0]["dataStore"]["VMCustomMediaStorage"])
-    expect("another model has none", "dataStore" not in json.loads(call(URI, '"Other"').stdout)["devices"][0])
+    expect("the PPD instead of the model name", call("--ppd", options.examples / "pcl3/input.ppd", URI).stdout == captured.stdout)
+    unquoted = call(URI, "Vorantis Z6 44in")
+    expect("a model name without its quotes: status 1, said with the question, nothing written", unquoted.returncode == 1 and
+           b"no device" in unquoted.stderr and b"Vorantis Z6 44in" in unquoted.stderr and not unquoted.stdout)
+    expect("another model has none, when that is allowed",
+           "dataStore" not in json.loads(call("--allow-empty", URI, '"Other"').stdout)["devices"][0])
     for what, status, result in (("no arguments", 2, call()), ("three arguments", 2, call(URI, "model", "more")),
                                  ("an unknown option", 2, call("--what", URI)),
+                                 ("a model name and a PPD", 2, call("--ppd=a.ppd", URI, "model")),
+                                 ("a PPD that is not there", 1, call("--ppd=/no/such.ppd", URI)),
                                  ("arguments that are not UTF-8", 2, call(b"\xff")),
                                  ("no library", 1, call(URI, LD_LIBRARY_PATH="/nowhere")),
                                  ("a snapshot that cannot be read", 1, call(URI, QZVORANTISMODEL_SNAPSHOT="/no/such/file"))):
         expect(f"{what}: status {status}, said on standard error, nothing written",
                result.returncode == status and result.stderr and not result.stdout)
-    full = subprocess.run([options.capture, URI], env=environment, stdout=open("/dev/full", "wb"), stderr=subprocess.PIPE,
+    full = subprocess.run([options.capture, "--allow-empty", URI], env=environment, stdout=open("/dev/full", "wb"), stderr=subprocess.PIPE,
                           check=False)
     expect("a full disk: status 1", full.returncode == 1)
     expect("--help", call("--help").returncode == 0 and call("--help").stdout.startswith(b"Usage: "))
+    expect("-h and -V", (call("-h").stdout, call("-V").stdout) == (call("--help").stdout, call("--version").stdout))
     expect("--version", call("--version").stdout.startswith(b"vorantis-device-snapshot "))
     return 1 if failed else 0
 

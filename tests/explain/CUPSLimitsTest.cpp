@@ -8,6 +8,7 @@
 
 #include "tests/support/TemporaryFolder.h"
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -75,9 +76,18 @@ TEST(CUPSLimits, ALineMustBeginAStatementOrContinueAValue) {
 }
 
 TEST(CUPSLimits, AnOddQuoteSwallowsStatements) {
-  EXPECT_THAT(brokenIn("*Foo a/Te\"xt: \"code\"\n*Bar: 1\n*Baz: \"x\"\n"),
-              ElementsAre("swallowed", "swallowed", "unclosed-quote"));
+  EXPECT_THAT(brokenIn("*Foo a/Text: \"co\"de\"\n*Bar: 1\n*Baz: \"x\"\n"), ElementsAre("swallowed", "unclosed-quote"));
+  const auto warnings = CUPSLimits::brokenIn("*Foo: \"a\n*Bar: 1\n*% comment\n*Baz: x\n*Last: \"y\n*Qux: 1\n");
+  ASSERT_EQ(warnings.size(), 1U);
+  EXPECT_EQ(warnings[0].text,
+            "An odd quote in \"*Foo: \"a\" swallows 3 statements, from \"*Bar: 1\" to \"*Last: \"y\".");
   EXPECT_THAT(brokenIn("*Foo: \"a\n*% comment\n*End\n"), ElementsAre("unclosed-quote"));
+}
+
+TEST(CUPSLimits, AQuoteInFrontOfTheColonSwallowsNothing) {
+  EXPECT_THAT(brokenIn("*MediaType Custom1/24\" Canvas: \"(4711)\"\n*Bar: \"x\"\n"), IsEmpty());
+  EXPECT_THAT(brokenIn("*Foo a\"\n*Bar: \"x\"\n"), IsEmpty()) << "without a colon";
+  EXPECT_THAT(brokenIn("*MediaType Custom1/A: 24\" Canvas: \"(4711)\"\n*Bar: \"x\"\n"), Contains("swallowed"));
 }
 
 TEST(CUPSLimits, ReadingEndsAtSomeBeginnings) {

@@ -236,7 +236,7 @@ TEST(ExplainedRun, TellsWhatWasCleanedUpAndRestored) {
 
 TEST(ExplainedRun, WarnsOfWhatReadingCutsAndSplits) {
   const ExplainedRun run = explain("*A: 1\n*B: \"" + std::string(300, 'x') + "\"\n*C: \xE9\n*D: 1\n", std::nullopt);
-  EXPECT_THAT(warningsOf(run), ElementsAre("cut-at-non-utf8", "line-split"));
+  EXPECT_THAT(warningsOf(run), ElementsAre("cut-at-non-utf8", "line-split", "no-updaters"));
   EXPECT_THAT(run.report.warnings[0].text, HasSubstr("line 4"));
   EXPECT_THAT(run.report.warnings[0].text, HasSubstr("\\xe9"));
 }
@@ -268,6 +268,43 @@ TEST(ExplainedRun, WarnsOfAnIDInsideAnotherCode) {
   EXPECT_THAT(withParent("1001"), IsEmpty());
 }
 
+TEST(ExplainedRun, WarnsWhenNoUpdaterIsNamed) {
+  const std::string none = "*PPD-Adobe: \"4.3\"\n";
+  EXPECT_THAT(warningsOf(explain(none, device(""))), ElementsAre("no-updaters"));
+  const ExplainedRun unquoted = explain(none + "*QZPPDUpdaters: ATMediaTypePSPPDUpdater\n", device(""));
+  EXPECT_THAT(warningsOf(unquoted), ElementsAre("no-updaters"));
+  EXPECT_THAT(unquoted.report.warnings[0].text, HasSubstr("*QZPPDUpdaters: ATMediaTypePSPPDUpdater."));
+  const std::string second = "*QZPPDUpdaters: \"ATMediaTypePSPPDUpdater\"\n";
+  EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater", second), device(""))), ElementsAre("second-updaters"));
+}
+
+TEST(ExplainedRun, WarnsOfADeviceThatNobodyKnows) {
+  const std::string unknown =
+      R"({"format": "vorantis-device-snapshot", "formatVersion": 1, "devices": [{"uri": "socket://other"}]})";
+  const ExplainedRun run = explain(ppd("ATMediaTypePSPPDUpdater"), unknown);
+  EXPECT_THAT(warningsOf(run), ElementsAre("no-device"));
+  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("socket://192.0.2.10:9100 and the model name \"Z9\""));
+  EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater"), device(""))), IsEmpty()) << "it has none, and says so";
+
+  const std::string before =
+      explain(ppd("ATMediaTypePSPPDUpdater", "*cupsLanguages: \"de\"\n"), device(custom("Canvas", "4711"))).result;
+  EXPECT_THAT(warningsOf(explain(before, unknown)), ElementsAre("no-device", "earlier-media-removed"));
+}
+
+TEST(ExplainedRun, WarnsOfALibraryThatIsNotThere) {
+  struct : SnapshotDeviceModelLibrary {
+    using SnapshotDeviceModelLibrary::SnapshotDeviceModelLibrary;
+    bool isAvailable() override { return false; }
+  } absent(snapshot::Snapshot{});
+  const TemporaryFolder folder;
+  const std::string path = folder.file("input.ppd", ppd("ATMediaTypePSPPDUpdater"));
+  const std::array<const char*, 3> arguments = {"tool", kURI, path.c_str()};
+  DeviceModelLibrary::setDefaultLibrary(&absent);
+  const ExplainedRun run = ExplainedRun::of(3, arguments.data());
+  DeviceModelLibrary::setDefaultLibrary(nullptr);
+  EXPECT_THAT(warningsOf(run), ElementsAre("no-library"));
+}
+
 TEST(ExplainedRun, WarnsOfANameThatNoLanguageShows) {
   const std::string media = device(custom("Papier \xC3\xA0 grain", "4711"));
   EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater"), media)), ElementsAre("name-not-shown"));
@@ -281,8 +318,9 @@ TEST(ExplainedRun, WarnsOfDeviceTextsThatBreakThePPD) {
   };
   EXPECT_THAT(warnings("Two\\nLines"), Contains("device-line-end"));
   EXPECT_THAT(warnings("Two\\nLines"), Contains("stray-line"));
-  EXPECT_THAT(warnings("6\\\" roll"), Contains("device-quote"));
-  EXPECT_THAT(warnings("6\\\" roll"), Contains("swallowed"));
+  EXPECT_THAT(warnings("24\\\" Canvas"), IsEmpty()) << "in front of the colon a quote is harmless";
+  EXPECT_THAT(warnings("Roll: 6\\\""), Contains("device-quote"));
+  EXPECT_THAT(warnings("Roll: 6\\\""), Contains("swallowed"));
   EXPECT_THAT(warnings("A: B"), ElementsAre("colon-in-text"));
   EXPECT_THAT(warnings("Plain"), IsEmpty());
 }

@@ -59,6 +59,12 @@ class Checks:
         self.call("-o", str(written), URI, ppd)
         self.expect("-o writes what the tool writes", written.read_bytes() == tool)
 
+        no_device = {"QZVORANTISMODEL_SNAPSHOT": ""}
+        odd = self.call(URI, ppd, **no_device)
+        self.expect("a device that nobody knows: said within the first lines, and not in green",
+                    odd.returncode == 0 and b"look below" in odd.stdout and b"no-device" in b"".join(odd.stdout.splitlines()[:5]))
+        self.expect("--strict: status 3 with warnings", self.call("--strict", URI, ppd, **no_device).returncode == 3)
+
         malformed = folder / "malformed.ppd"
         malformed.write_text("text\n")
         unwritten = folder / "unwritten.ppd"
