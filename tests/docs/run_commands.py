@@ -3,13 +3,15 @@
 """Types what README.md and CONTRIBUTING.md tell users to type, in their order, and adds the updater that CONTRIBUTING.md
 shows to a copy of the project.
 
-README's commands run in a fresh copy of the project, in a home folder of its own and with a private CUPS scheduler.
+README's commands run in a fresh copy of the project whose path has blanks, in a home folder of its own and with a private
+CUPS scheduler. Both commands are also tried on machines that lack something.
 CONTRIBUTING's use the debug build of this folder, in which ./test has built and tested it. ./test itself is left out:
 it is what runs this.
 """
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -131,14 +133,86 @@ def contributing_example(checks, project):
                   "ATMediaTypeIDPPDUpdater" in done.stdout, done.stdout)
 
 
+class PoorMachine:
+    """A folder of programs in which some are missing or fail, and a copy of the two commands."""
+
+    def __init__(self, project, folder):
+        self.folder = folder
+        self.project = folder / "project"
+        (self.project / "scripts").mkdir(parents=True)
+        for name in ("test", "demo", "scripts/setup.sh"):
+            shutil.copy(project / name, self.project / name)
+        (self.project / "examples/postscript").mkdir(parents=True)
+        (self.project / "examples/postscript/input.ppd").touch()
+        self.bin = folder / "bin"
+        self.bin.mkdir()
+        for name in ("bash", "cat", "dirname", "env", "grep", "ls", "mkdir", "sed", "tee", "xargs", "awk"):
+            (self.bin / name).symlink_to(shutil.which(name))
+
+    def has(self, name, does):
+        (self.bin / name).write_text(f"#!{self.bin}/bash\n{does}\n")
+        (self.bin / name).chmod(0o755)
+
+    def run(self, command):
+        done = subprocess.run([f"./{command}"], cwd=self.project, env={"PATH": str(self.bin), "HOME": str(self.folder)},
+                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
+        return done.returncode, done.stdout
+
+
+def poor_machines(checks, project, folder):
+    """What is missing is said in one sentence that says what to do, and the exit status is not 0."""
+    def nothing(machine):
+        pass
+
+    def not_written(machine):
+        (machine.project / "build").touch()
+
+    def no_rights(machine):
+        machine.has("dpkg-query", "exit 1")
+        machine.has("apt-get", "exit 0")
+        machine.has("id", "echo 1000")
+
+    def no_network(machine):
+        no_rights(machine)
+        machine.has("id", "echo 0")
+        machine.has("apt-get", "echo 'E: Failed to fetch' >&2; exit 100")
+
+    def other_build(machine):
+        no_network(machine)
+        machine.has("dpkg-query", "echo install ok installed")
+        for preset in ("release", "debug"):
+            (machine.project / "build" / preset).mkdir(parents=True)
+            (machine.project / "build" / preset / "CMakeCache.txt").write_text("CMAKE_HOME_DIRECTORY:INTERNAL=/another/folder\n")
+
+    def no_compiler(machine):
+        no_network(machine)
+        machine.has("dpkg-query", "echo install ok installed")
+        machine.has("cmake", "echo 'CMake Error: your CXX compiler was not found'; exit 1")
+
+    for what, prepare, said in (("no apt-get", nothing, "build by hand: README.md says how"),
+                                ("a checkout that cannot be written to", not_written, "Copy the project to a folder of your own"),
+                                ("neither root nor sudo", no_rights, "Have an administrator run: apt-get install"),
+                                ("no network", no_network, "Is there a network? Needed: "),
+                                ("a build folder of another checkout", other_build, "Remove it and try again: rm -r build/"),
+                                ("no compiler", no_compiler, "your CXX compiler was not found")):
+        for command in ("demo", "test"):
+            with tempfile.TemporaryDirectory(dir=folder) as name:
+                machine = PoorMachine(project, pathlib.Path(name))
+                prepare(machine)
+                status, output = machine.run(command)
+                checks.expect(f"./{command}, {what}: {said!r}", status != 0 and said in output, output)
+
+
 def main():
     project = pathlib.Path(sys.argv[1]).resolve()
     folder = project / "build/commands"
     subprocess.run(["rm", "-rf", folder], check=True)
-    copy_of(project, folder / "project")
+    copy = folder / "a project with blanks"
+    copy_of(project, copy)
     checks = Checks()
-    readme(checks, folder / "project", folder)
-    contributing_example(checks, folder / "project")
+    poor_machines(checks, project, folder)
+    readme(checks, copy, folder)
+    contributing_example(checks, copy)
     contributing_commands(checks, project)
     print(f"{checks.passed} passed, {checks.failed} failed")
     return 1 if checks.failed else 0
