@@ -70,16 +70,8 @@ def shell_blocks(document):
 
 def copy_of(project, folder):
     """The project as it stands, without what was built."""
-    files = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=project,
-                           stdout=subprocess.PIPE, check=True).stdout
-    there = b"\0".join(name for name in files.split(b"\0") if name and os.path.lexists(os.path.join(os.fsencode(project), name)))
-    folder.mkdir(parents=True)
-    with subprocess.Popen(["tar", "-c", "--null", "-T", "-"], cwd=project, stdin=subprocess.PIPE,
-                          stdout=subprocess.PIPE) as packing:
-        unpacking = subprocess.Popen(["tar", "-x", "-C", folder], stdin=packing.stdout)
-        packing.stdin.write(there)
-        packing.stdin.close()
-        unpacking.wait()
+    shutil.copytree(project, folder, ignore=lambda path, names: {"build", ".git", "__pycache__"} & set(names)
+                    if pathlib.Path(path) == project else {"__pycache__"} & set(names))
 
 
 def readme(checks, project, folder):
