@@ -18,11 +18,6 @@ bool isSameString(const Part& one, const Part& other) {
   return one && other && one->data() == other->data() && one->size() == other->size();
 }
 
-std::optional<std::string> copyOf(const Part& part) {
-  if (!part) return std::nullopt;
-  return std::string(*part);
-}
-
 std::string composedLine(const Part& name, const Part& spec, const Part& text, const Part& value) {
   std::string line = "*";
   line.append(name.value_or("(null)"));
@@ -45,8 +40,8 @@ std::shared_ptr<ATPPDAttribute> ATPPDAttribute::initWithName(const Part& name, c
 
 bool ATPPDAttribute::initializeWithName(const Part& name, const Part& spec, const Part& text, const Part& value) {
   if (isEmpty(name)) return false;
-  settled() = {copyOf(name), copyOf(spec), copyOf(text),
-               isEmpty(value) ? PPDExtentions::emptyQuotedValue() : copyOf(value), std::nullopt};
+  settled() = {OwnPart(name), OwnPart(spec), OwnPart(text),
+               isEmpty(value) ? PPDExtentions::emptyQuotedValue() : OwnPart(value), std::nullopt};
   updateAttributeString();
   ATPPDObject::addString(*settled_->line, PPDLineTypeStatement);
   return true;
@@ -105,15 +100,15 @@ Part ATPPDAttribute::value() const {
 
 // Before the lines change: what was found in them stays as it was found.
 void ATPPDAttribute::settleFoundParts() const {
-  if ((found_ & kName) != 0) settled().name = copyOf(name());
-  if ((found_ & kSpec) != 0) settled().spec = copyOf(spec());
-  if ((found_ & kText) != 0) settled().text = copyOf(text());
-  if ((found_ & kValue) != 0) settled().value = copyOf(value());
+  if ((found_ & kName) != 0) settled().name = OwnPart(name());
+  if ((found_ & kSpec) != 0) settled().spec = OwnPart(spec());
+  if ((found_ & kText) != 0) settled().text = OwnPart(text());
+  if ((found_ & kValue) != 0) settled().value = OwnPart(value());
   found_ = 0;
 }
 
 void ATPPDAttribute::setPart(OwnPart Settled::*which, Found bit, const Part& part) {
-  OwnPart copy = copyOf(part);  // before anything else: it may be one of the parts
+  OwnPart copy = OwnPart(part);  // before anything else: it may be one of the parts
   found_ = static_cast<std::uint8_t>(found_ & ~bit);
   settled().*which = std::move(copy);
   updateAttributeString();

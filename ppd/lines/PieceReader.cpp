@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ppd/lines/PieceReader.h"
 
-namespace {
-
-constexpr std::size_t kLineBufferSize = 256;
-constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
-
-}  // namespace
-
 std::optional<StatementString> PieceReader::next(cups_file_t* file) {
+  static constexpr std::size_t kLineBufferSize = 256;
+  static constexpr std::size_t kBlockSize = std::size_t{64} * 1024;
   if (block_ == nullptr || used_ + kLineBufferSize > kBlockSize) {
     block_.reset(new char[kBlockSize]);
     used_ = 0;
