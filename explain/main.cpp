@@ -67,14 +67,15 @@ std::optional<Format> formatNamed(const std::string& name) {
   std::exit(printed ? 0 : kUsageError);
 }
 
+constexpr std::array<option, 7> kOptions = {{{"format", required_argument, nullptr, 'f'},
+                                             {"output", required_argument, nullptr, 'o'},
+                                             {"full", no_argument, nullptr, kFull},
+                                             {"strict", no_argument, nullptr, kStrict},
+                                             {"help", no_argument, nullptr, 'h'},
+                                             {"version", no_argument, nullptr, 'V'},
+                                             {nullptr, 0, nullptr, 0}}};
+
 Options optionsFrom(int argc, char** argv) {
-  static constexpr std::array<option, 7> kOptions = {{{"format", required_argument, nullptr, 'f'},
-                                                      {"output", required_argument, nullptr, 'o'},
-                                                      {"full", no_argument, nullptr, kFull},
-                                                      {"strict", no_argument, nullptr, kStrict},
-                                                      {"help", no_argument, nullptr, 'h'},
-                                                      {"version", no_argument, nullptr, 'V'},
-                                                      {nullptr, 0, nullptr, 0}}};
   Options options;
   opterr = 0;
   for (int found; (found = getopt_long(argc, argv, "+f:o:hV", kOptions.data(), nullptr)) != -1;) {
