@@ -153,12 +153,10 @@ std::vector<Report::Warning> CUPSLimits::brokenIn(std::string_view text) {
   return Checker().check(text);
 }
 
-std::vector<Report::Warning> CUPSLimits::brokenByResult(std::string_view input, std::string_view result) {
+std::vector<Report::Warning> CUPSLimits::brokenInResult(std::string_view input, std::string_view result) {
   std::set<std::pair<std::string, std::string>> before;
   for (Report::Warning& warning : brokenIn(input)) before.emplace(warning.code, warning.text);
   std::vector<Report::Warning> broken = brokenIn(result);
-  std::erase_if(broken, [&before](const Report::Warning& warning) {
-    return before.count({warning.code, warning.text}) != 0;
-  });
+  for (Report::Warning& warning : broken) warning.inInput = before.count({warning.code, warning.text}) != 0;
   return broken;
 }

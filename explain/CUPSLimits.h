@@ -16,7 +16,7 @@ namespace CUPSLimits {
 /// statement give equal warnings, wherever the statement stands.
 std::vector<Report::Warning> brokenIn(std::string_view text);
 
-/// Those of the result's that the input does not have.
-std::vector<Report::Warning> brokenByResult(std::string_view input, std::string_view result);
+/// Those of the result; what the input has, too, is marked so.
+std::vector<Report::Warning> brokenInResult(std::string_view input, std::string_view result);
 
 }  // namespace CUPSLimits

@@ -119,7 +119,8 @@ class Page {
     heading("Warnings");
     html_ += "<ul>\n";
     for (const Report::Warning& warning : report.warnings) {
-      html_ += fmt::format("<li class=\"warning\">{} <code>{}</code></li>\n", escaped(warning.text), warning.code);
+      html_ += fmt::format("<li class=\"warning\">{}{} <code>{}</code></li>\n", warning.inInput ? Wording::inInput : "",
+                           escaped(warning.text), warning.code);
     }
     html_ += "</ul>\n";
   }

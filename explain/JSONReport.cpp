@@ -101,7 +101,7 @@ JSON of(const Report::Updater& updater) {
 }
 
 JSON of(const Report::Warning& warning) {
-  return {{"code", warning.code}, {"text", warning.text}};
+  return {{"code", warning.code}, {"text", warning.text}, {"inInput", warning.inInput}};
 }
 
 }  // namespace

@@ -92,6 +92,7 @@ struct Report {
   struct Warning {
     std::string code;  ///< stable, for scripts
     std::string text;
+    bool inInput = false;  ///< the PPD had it before the run
   };
 
   Arguments arguments;

@@ -262,6 +262,6 @@ void RunRecorder::profilesFailed(const std::string& reason) {
   medium().profilesFailure = reason;
 }
 
-void RunRecorder::warn(const std::string& code, const std::string& text) {
-  if (warned_.emplace(code, text).second) report_.warnings.push_back({code, text});
+void RunRecorder::warn(const std::string& code, const std::string& text, bool inInput) {
+  if (warned_.emplace(code, text).second) report_.warnings.push_back({code, text, inInput});
 }

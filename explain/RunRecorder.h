@@ -17,7 +17,8 @@ class RunRecorder : public RunObserver, public UpdateObserver {
   /// `report`, not owned, is filled as the run goes on.
   explicit RunRecorder(Report& report) : report_(report) {}
 
-  void warn(const std::string& code, const std::string& text);
+  /// A warning, once; `inInput`: the PPD had what it is about before the run.
+  void warn(const std::string& code, const std::string& text, bool inInput = false);
 
   /// An exception ended the run; `ppd` as it was then.
   void didThrow(const std::string& reason, const ATPPD& ppd);

@@ -187,6 +187,10 @@ void RunWarnings::addForInput(RunRecorder& recorder, const Report& report, const
   for (const std::size_t number : input.split()) {
     recorder.warn("line-split", fmt::format("Line {} is longer than 254 bytes and is read as several lines.", number));
   }
+  if (report.succeeded()) return;  // otherwise they are those of the result
+  for (const Report::Warning& warning : CUPSLimits::brokenIn(input.text())) {
+    recorder.warn(warning.code, warning.text, true);
+  }
 }
 
 void RunWarnings::addForResult(RunRecorder& recorder, const Report& report, const InputLines& input, const ATPPD& ppd,
@@ -202,7 +206,7 @@ void RunWarnings::addForResult(RunRecorder& recorder, const Report& report, cons
     }
   }
   if (report.device) warnOfDeviceText(recorder, "media list version", report.device->listVersion, Place::behindColon);
-  for (const Report::Warning& warning : CUPSLimits::brokenByResult(input.text(), result)) {
-    recorder.warn(warning.code, warning.text);
+  for (const Report::Warning& warning : CUPSLimits::brokenInResult(input.text(), result)) {
+    recorder.warn(warning.code, warning.text, warning.inInput);
   }
 }

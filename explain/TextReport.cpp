@@ -237,7 +237,8 @@ class Writer {
     if (report.warnings.empty()) return;
     heading("Warnings");
     for (const Report::Warning& warning : report.warnings) {
-      wrapped(coloured("! ", kYellow), "    ", fmt::format("{} [{}]", warning.text, warning.code));
+      wrapped(coloured("! ", kYellow), "    ",
+              fmt::format("{}{} [{}]", warning.inInput ? Wording::inInput : "", warning.text, warning.code));
     }
   }
 

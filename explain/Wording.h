@@ -24,6 +24,9 @@ std::string of(MediumProblem problem);
 /// What keeps a profile out of a statement.
 std::string of(ProfileProblem problem, const std::optional<std::string>& url);
 
+/// What is said in front of a warning of what the PPD had before the run.
+inline constexpr const char* inInput = "In the PPD already: ";
+
 /// What the parser expected where it met the error with this code.
 std::string expectedAtError(int code);
 

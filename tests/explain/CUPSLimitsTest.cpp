@@ -101,8 +101,10 @@ TEST(CUPSLimits, TwoProfilesMayHaveOneNumber) {
   EXPECT_THAT(brokenIn("*cupsICCProfile RGB.A./A: \"/a\"\n*cupsICCProfile RGB.A./B: \"/b\"\n"), IsEmpty());
 }
 
-TEST(CUPSLimits, WhatTheInputBreaksAlreadyIsNotTold) {
+TEST(CUPSLimits, WhatTheInputBreaksAlreadyIsMarked) {
   const std::string before = "*Foo a/" + std::string(81, 't') + ": \"\"\n";
-  EXPECT_THAT(CUPSLimits::brokenByResult(before, "*New: 1\n" + before), IsEmpty());
-  EXPECT_THAT(codes(CUPSLimits::brokenByResult(before, before + "stray\n")), ElementsAre("stray-line"));
+  const auto warnings = CUPSLimits::brokenInResult(before, before + "stray\n");
+  EXPECT_THAT(codes(warnings), ElementsAre("text-too-long", "stray-line"));
+  EXPECT_TRUE(warnings[0].inInput);
+  EXPECT_FALSE(warnings[1].inInput);
 }

@@ -236,13 +236,15 @@ TEST(ExplainedRun, TellsWhatWasCleanedUpAndRestored) {
 
 TEST(ExplainedRun, WarnsOfWhatReadingCutsAndSplits) {
   const ExplainedRun run = explain("*A: 1\n*B: \"" + std::string(300, 'x') + "\"\n*C: \xE9\n*D: 1\n", std::nullopt);
-  EXPECT_THAT(warningsOf(run), ElementsAre("cut-at-non-utf8", "line-split", "no-updaters"));
+  EXPECT_THAT(warningsOf(run), ElementsAre("cut-at-non-utf8", "line-split", "no-updaters", "line-too-long"));
   EXPECT_THAT(run.report.warnings[0].text, HasSubstr("line 4"));
   EXPECT_THAT(run.report.warnings[0].text, HasSubstr("\\xe9"));
 }
 
 TEST(ExplainedRun, DoesNotBlameBytesBehindAMalformedLine) {
-  EXPECT_THAT(warningsOf(explain("text\n*C: \xE9\n", std::nullopt)), IsEmpty());
+  const ExplainedRun run = explain("text\n*C: \xE9\n", std::nullopt);
+  EXPECT_THAT(warningsOf(run), ElementsAre("stray-line"));
+  EXPECT_TRUE(run.report.warnings[0].inInput) << "why CUPS refuses the PPD, though nothing is written";
 }
 
 TEST(ExplainedRun, WarnsOfAChoiceThatIsListedAndNotWritten) {
