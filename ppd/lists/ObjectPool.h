@@ -15,9 +15,10 @@ class ObjectPool {
   template <class Source>
   std::shared_ptr<Object> make(const Source& source) {
     if (block_ == nullptr || block_->made == block_->objects.size()) block_ = std::make_shared<Block>();
-    Object& object = block_->objects[block_->made].emplace(source);
+    auto& place = block_->objects[block_->made];
+    place.emplace(source);
     ++block_->made;
-    return {block_, &object};
+    return {block_, &*place};
   }
 
  private:
