@@ -15,6 +15,14 @@ bool lostSomething(const Report::MediumOutcome& medium) {
   return medium.profilesFailure || std::any_of(medium.profiles.begin(), medium.profiles.end(), isSkipped);
 }
 
+// Each media updater begins anew, so what the last of them did is what the PPD holds.
+std::vector<Report::MediumOutcome> lastOutcomes(const Report& report) {
+  for (auto updater = report.updaters.rbegin(); updater != report.updaters.rend(); ++updater) {
+    if (!updater->media.empty()) return updater->media;
+  }
+  return {};
+}
+
 }  // namespace
 
 Verdict::Colour Verdict::colourOf(const Report& report) {
@@ -36,12 +44,10 @@ std::string Verdict::media(const Report& report) {
   std::size_t custom = 0;
   std::size_t added = 0;
   std::size_t lost = 0;
-  for (const Report::Updater& updater : report.updaters) {
-    for (const Report::MediumOutcome& medium : updater.media) {
-      custom += medium.device.custom;
-      added += medium.added;
-      lost += lostSomething(medium);
-    }
+  for (const Report::MediumOutcome& medium : lastOutcomes(report)) {
+    custom += medium.device.custom;
+    added += medium.added;
+    lost += lostSomething(medium);
   }
   return fmt::format("{} on the device; of the user's {}, {} became choices, {} lost profiles",
                      report.device->media->size(), custom, added, lost);

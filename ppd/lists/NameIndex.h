@@ -77,15 +77,11 @@ class NameIndex {
   };
 
   Named& named(std::string_view name) {
-    if (last_ != nullptr && last_->first == name) return last_->second;  // statements of one name stand together
-    auto found = names_.find(name);
-    if (found == names_.end()) found = names_.emplace(name, Named()).first;
-    last_ = &*found;
-    return found->second;
+    const auto found = names_.find(name);
+    return found == names_.end() ? names_[std::string(name)] : found->second;
   }
 
   MapByText<Named> names_;
-  typename MapByText<Named>::value_type* last_ = nullptr;  // that was used
   Positions nameless_;
   Position asked_ = 1;  // all positions below
 };

@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-/// Makes shared objects, eight in one allocation: one for each line of a PPD would cost a run 4 % more instructions.
+/// Makes shared objects, eight in one allocation: one for each line of a PPD would cost a run 3 % more instructions.
 /// Eight of them live as long as any of them is used. Tested in tests/ppd/ObjectPoolTest.cpp.
 template <class Object>
 class ObjectPool {

@@ -164,6 +164,8 @@ TEST(ExplainedRun, TellsThatTheLibraryIsNotThereOrWasNotAsked) {
   const ExplainedRun withoutLibrary = ExplainedRun::of(3, arguments.data());
   const ExplainedRun withID = ExplainedRun::of(4, arguments.data());
   DeviceModelLibrary::setDefaultLibrary(nullptr);
+  EXPECT_THAT(warningsOf(withoutLibrary), ElementsAre("no-library"));
+  EXPECT_THAT(warningsOf(withID), IsEmpty());
   ASSERT_TRUE(withoutLibrary.report.device);
   EXPECT_FALSE(withoutLibrary.report.device->libraryAvailable);
   EXPECT_FALSE(withoutLibrary.report.device->media);
@@ -291,20 +293,6 @@ TEST(ExplainedRun, WarnsOfADeviceThatNobodyKnows) {
   const std::string before =
       explain(ppd("ATMediaTypePSPPDUpdater", "*cupsLanguages: \"de\"\n"), device(custom("Canvas", "4711"))).result;
   EXPECT_THAT(warningsOf(explain(before, unknown)), ElementsAre("no-device", "earlier-media-removed"));
-}
-
-TEST(ExplainedRun, WarnsOfALibraryThatIsNotThere) {
-  struct : SnapshotDeviceModelLibrary {
-    using SnapshotDeviceModelLibrary::SnapshotDeviceModelLibrary;
-    bool isAvailable() override { return false; }
-  } absent(snapshot::Snapshot{});
-  const TemporaryFolder folder;
-  const std::string path = folder.file("input.ppd", ppd("ATMediaTypePSPPDUpdater"));
-  const std::array<const char*, 3> arguments = {"tool", kURI, path.c_str()};
-  DeviceModelLibrary::setDefaultLibrary(&absent);
-  const ExplainedRun run = ExplainedRun::of(3, arguments.data());
-  DeviceModelLibrary::setDefaultLibrary(nullptr);
-  EXPECT_THAT(warningsOf(run), ElementsAre("no-library"));
 }
 
 TEST(ExplainedRun, WarnsOfANameThatNoLanguageShows) {

@@ -48,6 +48,14 @@ TEST(Verdict, AMediumThatLostAProfileIsOdd) {
             "5 on the device; of the user's 4, 3 became choices, 2 lost profiles");
 }
 
+TEST(Verdict, CountsWhatTheLastOfSeveralUpdatersDid) {
+  Report report = reportWith({userMedium(false), userMedium(true)});
+  report.updaters.push_back(report.updaters[0]);
+  report.updaters[1].media[0].added = true;
+  report.updaters.emplace_back();
+  EXPECT_EQ(Verdict::media(report), "3 on the device; of the user's 2, 2 became choices, 0 lost profiles");
+}
+
 TEST(Verdict, NoMediaWereAskedFor) {
   EXPECT_EQ(Verdict::media(Report()), "");
 }

@@ -2,7 +2,8 @@
 /*
  * Preloaded into a process, fails one allocation of it: AT_FAIL_AT is its number, counted from 1 from the moment at which
  * main begins, so that all libraries that the process is linked with have started. A byte on the descriptor AT_FAIL_FD
- * tells that it was reached. Every allocation counts: the C library's own and those of operator new.
+ * tells that it was reached. Every allocation counts: the C library's own and those of operator new. With AT_SHORT_READS,
+ * a `read` gives no more than so many bytes.
  */
 #define _GNU_SOURCE
 #include <dlfcn.h>
@@ -16,7 +17,8 @@ extern void* __libc_calloc(size_t count, size_t size);
 extern void* __libc_realloc(void* memory, size_t size);
 extern void* __libc_memalign(size_t alignment, size_t size);
 
-static long failAt = 0; /* 0: none */
+static long failAt = 0;    /* 0: none */
+static size_t shortest = 0; /* 0: reads are as long as they are */
 static int reportTo = -1;
 static long made = 0;
 
@@ -43,6 +45,15 @@ void* aligned_alloc(size_t alignment, size_t size) {
   return fails() ? NULL : __libc_memalign(alignment, size);
 }
 
+ssize_t read(int descriptor, void* bytes, size_t size) {
+  static ssize_t (*real)(int, void*, size_t);
+  if (real == NULL) {
+    void* found = dlsym(RTLD_NEXT, "read");
+    memcpy(&real, &found, sizeof real);
+  }
+  return real(descriptor, bytes, shortest != 0 && size > shortest ? shortest : size);
+}
+
 typedef int Main(int, char**, char**);
 static Main* programsMain;
 
@@ -50,7 +61,9 @@ static int armedMain(int argc, char** argv, char** environment) {
   const char* number = getenv("AT_FAIL_AT");
   const char* descriptor = getenv("AT_FAIL_FD");
   if (descriptor != NULL) reportTo = atoi(descriptor);
+  const char* bytes = getenv("AT_SHORT_READS");
   if (number != NULL) failAt = atol(number);
+  if (bytes != NULL) shortest = (size_t)atol(bytes);
   return programsMain(argc, argv, environment);
 }
 

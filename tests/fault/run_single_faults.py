@@ -103,6 +103,10 @@ class SingleFaults:
         library = self.options.library_dir / "libQZVorantisModel.so.1"
         right = self.run(self.command(ppd), self.environment(example))
         nothing = (1, b"", b"")
+        for size in (1, 7, 4095):
+            outcome = self.run(self.command(ppd), self.environment(example, LD_PRELOAD=str(self.options.preload),
+                                                                   AT_SHORT_READS=str(size)))
+            self.expect(f"reads of at most {size} bytes: status 0, the right bytes", outcome == right and right[0] == 0)
         self.system_call("an interrupted read of the PPD", "read", "EINTR", ppd, right)
         self.system_call("an interrupted read of the snapshot", "read", "EINTR", snapshot, nothing)
         self.system_call("the snapshot cannot be read", "read", "EIO", snapshot, nothing)
