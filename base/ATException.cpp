@@ -3,6 +3,12 @@
 
 #include <utility>
 
+namespace {
+
+constexpr const char* kLibraryFailure = "ATDeviceModelLibraryException";
+
+}  // namespace
+
 ATException::ATException(std::string name, std::string reason, std::optional<std::string> userInfo)
     : name_(std::move(name)), reason_(std::move(reason)), userInfo_(std::move(userInfo)) {}
 
@@ -15,7 +21,11 @@ ATException ATException::outOfRange(const std::string& signature) {
 }
 
 ATException ATException::libraryFailure(std::string reason) {
-  return {"ATDeviceModelLibraryException", std::move(reason)};
+  return {kLibraryFailure, std::move(reason)};
+}
+
+bool ATException::isLibraryFailure() const {
+  return name_ == kLibraryFailure;
 }
 
 ATException ATException::wrongType(const std::string& use) {

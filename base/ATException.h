@@ -24,6 +24,7 @@ class ATException : public std::exception {
   static ATException outOfRange(const std::string& signature);
   /// A device-model library that failed, or gave what nobody can use.
   static ATException libraryFailure(std::string reason);
+  bool isLibraryFailure() const;
   /// A value of another type than the one that `use` needs.
   static ATException wrongType(const std::string& use);
 

@@ -8,9 +8,10 @@ _vorantis_autosetup_explain() {
   case $previous in
     -f | --format) mapfile -t COMPREPLY < <(compgen -W "text json html" -- "$word") ;;
     -o | --output) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
+    -m | --medium) COMPREPLY=() ;;
     *)
       if [[ $word == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "--format= --output= --full --strict --help --version -h -V" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "--format= --output= --medium= --summary --warnings --full --strict --help --version -h -V" -- "$word")
       else
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
       fi

@@ -22,6 +22,13 @@ std::string shown(std::string_view line) {
   return line.size() > kShown ? text + "…" : text;
 }
 
+// Of the line that begins at `start`. Searching for each of the two line ends is many times faster than for both at
+// once.
+std::size_t endOfLine(std::string_view text, std::size_t start) {
+  const std::string_view line = text.substr(start, text.find('\n', start) - start);
+  return start + std::min(line.find('\r'), line.size());
+}
+
 // One statement line, taken apart as libcups does: keyword, option keyword, text.
 struct Parts {
   std::string_view keyword, option, text;
@@ -30,12 +37,15 @@ struct Parts {
 Parts partsOf(std::string_view line) {
   Parts parts;
   line.remove_prefix(1);
-  const std::size_t keywordEnd = std::min(line.find_first_of(" \t:"), line.size());
+  const auto keywordEnd = static_cast<std::size_t>(
+      std::find_if(line.begin(), line.end(), [](char each) { return each == ' ' || each == '\t' || each == ':'; }) -
+      line.begin());
   parts.keyword = line.substr(0, keywordEnd);
   line.remove_prefix(keywordEnd);
   line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
   if (line.starts_with(':')) return parts;
-  const std::size_t optionEnd = std::min(line.find_first_of("/:"), line.size());
+  const auto optionEnd = static_cast<std::size_t>(
+      std::find_if(line.begin(), line.end(), [](char each) { return each == '/' || each == ':'; }) - line.begin());
   parts.option = line.substr(0, optionEnd);
   while (parts.option.ends_with(' ') || parts.option.ends_with('\t')) parts.option.remove_suffix(1);
   line.remove_prefix(optionEnd);
@@ -63,7 +73,7 @@ class Checker {
     if (text.starts_with("\xEF\xBB\xBF"))
       warn("byte-order-mark", "CUPS refuses a PPD that begins with a byte order mark.");
     for (std::size_t start = 0; start < text.size();) {
-      const std::size_t end = std::min(text.find_first_of("\r\n", start), text.size());
+      const std::size_t end = endOfLine(text, start);
       checkLine(text.substr(start, end - start));
       start = end + 1;
     }
@@ -138,7 +148,7 @@ class Checker {
                      spec));
   }
 
-  void warn(const char* code, std::string text) { warnings_.push_back({code, std::move(text)}); }
+  void warn(const char* code, std::string text) { warnings_.push_back({code, std::move(text), false, std::nullopt}); }
 
   std::vector<Report::Warning> warnings_;
   std::map<unsigned long, std::string> profiles_;

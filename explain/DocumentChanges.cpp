@@ -58,9 +58,7 @@ void DocumentChanges::collect(const ATPPDCompoundObject& compound) {
 
 std::vector<Report::Change> DocumentChanges::to(const DocumentChanges& later) const {
   std::unordered_set<const IATPPDObject*> before;
-  std::unordered_set<const IATPPDObject*> after;
   for (const Statement& statement : statements_) before.insert(statement.object.get());
-  for (const Statement& statement : later.statements_) after.insert(statement.object.get());
 
   std::vector<Report::Change> changes;
   auto next = later.statements_.begin();
@@ -71,7 +69,7 @@ std::vector<Report::Change> DocumentChanges::to(const DocumentChanges& later) co
   };
   for (const Statement& statement : statements_) {
     takeAdded();
-    if (after.count(statement.object.get()) == 0) {
+    if (next == later.statements_.end() || next->object != statement.object) {
       changes.push_back({Kind::removed, statement.text, ""});
     } else {
       if (next->text != statement.text) changes.push_back({Kind::changed, statement.text, next->text});

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "explain/ExplainedRun.h"
 
+#include <algorithm>
 #include <exception>
 #include <memory>
 #include <utility>
@@ -10,6 +11,8 @@
 #include "explain/InputLines.h"
 #include "explain/RunRecorder.h"
 #include "explain/RunWarnings.h"
+#include "explain/WarningCodes.h"
+#include "explain/WatchedLibrary.h"
 #include "explain/Wording.h"
 #include "readers/ATDeviceDataReader.h"
 
@@ -36,11 +39,25 @@ std::string whyNothingIsWritten(const Report& report) {
   return "an updater cannot update the PPD";
 }
 
-void runTool(ATAutoSetupTool& tool, RunRecorder& recorder, ExplainedRun& run) {
-  tool.setObserver(recorder);
-  const InputLines input = InputLines::ofFile(tool.PPDPath());
+// The library of the process, watched for the length of a run.
+class LibraryWatch {
+ public:
+  LibraryWatch() { DeviceModelLibrary::setDefaultLibrary(&watched_); }
+  LibraryWatch(const LibraryWatch&) = delete;
+  LibraryWatch& operator=(const LibraryWatch&) = delete;
+  ~LibraryWatch() { DeviceModelLibrary::setDefaultLibrary(&before_); }
+
+  const WatchedLibrary& library() const { return watched_; }
+
+ private:
+  DeviceModelLibrary& before_ = DeviceModelLibrary::defaultLibrary();
+  WatchedLibrary watched_{before_};
+};
+
+void runTool(ATAutoSetupTool& tool, RunRecorder& recorder, const InputLines& input, ExplainedRun& run) {
   ATMemoryOutput output;
   Report& report = run.report;
+  tool.setObserver(recorder);
   try {
     if (tool.run(output)) {
       run.result = output.bytes();
@@ -49,18 +66,26 @@ void runTool(ATAutoSetupTool& tool, RunRecorder& recorder, ExplainedRun& run) {
       report.failure = whyNothingIsWritten(report);
     }
   } catch (const std::exception& error) {
-    report.failure = std::string("an error ended the run: ") + error.what();
-    recorder.didThrow(error.what(), tool.PPD());
+    recorder.didThrow(error, tool.PPD());
   }
-  RunWarnings::addForInput(recorder, report, input);
-  if (report.succeeded()) RunWarnings::addForResult(recorder, report, input, tool.PPD(), run.result);
+}
+
+void explainRun(ATAutoSetupTool& tool, ExplainedRun& run) {
+  const LibraryWatch watch;
+  RunRecorder recorder(run.report, watch.library());
+  const InputLines input = InputLines::ofFile(tool.PPDPath());
+  runTool(tool, recorder, input, run);
+  RunWarnings::addForInput(recorder, run.report, input);
+  if (run.report.succeeded()) RunWarnings::addForResult(recorder, run.report, input, tool.PPD(), run.result);
+  std::stable_sort(run.report.warnings.begin(), run.report.warnings.end(), [](const auto& one, const auto& other) {
+    return WarningCodes::rankOf(one.code) < WarningCodes::rankOf(other.code);
+  });
 }
 
 }  // namespace
 
 ExplainedRun ExplainedRun::of(int argc, const char* const* argv) {
   ExplainedRun run;
-  RunRecorder recorder(run.report);
   registerReaderImplementations();
 
   Report::Arguments& arguments = run.report.arguments;
@@ -71,7 +96,7 @@ ExplainedRun ExplainedRun::of(int argc, const char* const* argv) {
   if (tool == nullptr) {
     run.report.failure = "the tool does not accept these arguments: the path, and the URI or the ID, must be UTF-8";
   } else {
-    runTool(*tool, recorder, run);
+    explainRun(*tool, run);
   }
   return run;
 }

@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "explain/HTMLPage.h"
 #include "explain/ReportWriters.h"
 #include "explain/Verdict.h"
 #include "explain/Wording.h"
@@ -10,179 +11,143 @@ namespace {
 
 using OptionalText = Report::OptionalText;
 
-constexpr const char* kHead = R"(<!DOCTYPE html>
-<html lang="en"><head><meta charset="utf-8"><title>Vorantis autosetup: a run explained</title>
-<meta name="viewport" content="width=device-width">
-<style>
-body { font: 15px/1.45 system-ui, sans-serif; max-width: 62rem; margin: 2rem auto; padding: 0 1rem; color: #1b1f24; }
-h1 { font-size: 1.4rem; } h2 { font-size: 1.1rem; margin-top: 2rem; border-bottom: 1px solid #d0d7de; }
-h3 { font-size: 1rem; margin-bottom: .2rem; }
-table { border-collapse: collapse; } td, th { padding: .15rem .8rem .15rem 0; text-align: left; vertical-align: top; }
-th { font-weight: 600; color: #57606a; }
-code, pre { font: 13px/1.4 ui-monospace, monospace; overflow-wrap: anywhere; }
-pre { background: #f6f8fa; padding: .6rem; white-space: pre-wrap; }
-ins, del { text-decoration: none; display: block; min-height: 1.4em; }
-ins { background: #dafbe1; } del { background: #ffebe9; }
-.good { color: #116329; } .bad { color: #a40e26; } .odd, .warning { color: #7d4e00; }
-</style></head><body>
-)";
-
-std::string escaped(std::string_view text) {
-  std::string html;
-  for (const char character : Wording::visible(text)) {
-    switch (character) {
-      case '&':
-        html += "&amp;";
-        break;
-      case '<':
-        html += "&lt;";
-        break;
-      case '>':
-        html += "&gt;";
-        break;
-      case '"':
-        html += "&quot;";
-        break;
-      default:
-        html += character;
-    }
-  }
-  return html;
-}
-
 std::string code(const OptionalText& text) {
-  return text ? "<code>" + escaped(*text) + "</code>" : "–";
+  return text ? HTMLPage::code(*text) : "–";
 }
 
-std::string span(const char* type, const std::string& text) {
-  return fmt::format("<span class=\"{}\">{}</span>", type, text);
-}
-
-class Page {
+class Writer {
  public:
+  explicit Writer(bool full) : full_(full) {}
+
   std::string write(const Report& report) {
-    html_ = kHead;
-    head(report);
-    if (report.parse) parse(*report.parse);
+    verdict(report);
+    page_.contents();
     warnings(report);
+    if (report.parse) parse(*report.parse);
     if (!report.updaters.empty()) updaters(report);
-    if (report.device && report.device->familyCode) heading("Family: " + code(report.device->familyCode));
-    if (report.device && !report.device->libraryAvailable) {
-      heading("The device-model library is not there");
-    } else if (report.device && report.device->media) {
-      media(*report.device);
-    }
+    if (report.device) device(*report.device);
     for (const Report::Updater& updater : report.updaters) {
-      outcomes(updater);
+      media(updater);
       cleanup(updater);
       changes(updater);
     }
-    return html_ + "</body></html>\n";
+    return page_.take();
   }
 
  private:
-  static const char* classOf(Verdict::Colour colour) {
-    if (colour == Verdict::Colour::bad) return "bad";
-    return colour == Verdict::Colour::good ? "good" : "odd";
+  void verdict(const Report& report) {
+    page_.beginTable();
+    const std::string reason = report.succeeded() ? "" : ": " + HTMLPage::escaped(report.failure);
+    page_.row("Result", HTMLPage::span(Verdict::nameOf(Verdict::colourOf(report)), Verdict::outcome(report) + reason));
+    if (const std::string media = Verdict::media(report); !media.empty()) page_.row("Media", media);
+    if (const std::string warnings = Verdict::warnings(report); !warnings.empty()) page_.row("Warnings", warnings);
+    page_.row("Device", code(report.arguments.deviceURI));
+    if (report.arguments.printerID) page_.row("Printer ID", code(report.arguments.printerID));
+    page_.row("PPD", code(report.arguments.PPDPath));
+    page_.endTable();
   }
 
-  void head(const Report& report) {
-    html_ += "<h1>A run of Vorantis autosetup</h1>\n<table>\n";
-    const std::string reason = report.succeeded() ? "" : ": " + escaped(report.failure);
-    row("Result", span(classOf(Verdict::colourOf(report)), Verdict::outcome(report) + reason));
-    if (const std::string media = Verdict::media(report); !media.empty()) row("Media", escaped(media));
-    if (const std::string warnings = Verdict::warnings(report); !warnings.empty()) row("Warnings", escaped(warnings));
-    row("Device URI", code(report.arguments.deviceURI));
-    row("PPD", code(report.arguments.PPDPath));
-    if (report.arguments.printerID) row("Printer ID", code(report.arguments.printerID));
-    html_ += "</table>\n";
+  // One fold for each code; a fold of one stands open.
+  void warnings(const Report& report) {
+    if (report.warnings.empty()) return;
+    page_.section("Warnings");
+    auto next = report.warnings.begin();
+    for (const auto& [warningCode, count] : Verdict::warningCounts(report)) {
+      page_.beginFold(fmt::format("{} {}", HTMLPage::code(warningCode), count), count <= 3);
+      page_.beginList();
+      for (std::size_t index = 0; index < count; ++index, ++next) {
+        page_.item((next->inInput ? Wording::inInput : "") + HTMLPage::escaped(next->text));
+      }
+      page_.endList();
+      page_.endFold();
+    }
   }
 
   void parse(const Report::Parse& parse) {
-    heading("Reading the PPD");
-    html_ += "<table>\n";
+    page_.section("Reading the PPD");
+    page_.beginTable();
     if (parse.failure) {
-      if (parse.failure->lineNumber) row("Malformed line", std::to_string(*parse.failure->lineNumber));
-      row("Line", code(parse.failure->line));
-      row("Expected", escaped(parse.failure->expected));
+      if (parse.failure->lineNumber) page_.row("Malformed line", std::to_string(*parse.failure->lineNumber));
+      page_.row("Line", code(parse.failure->line));
+      page_.row("Expected", HTMLPage::escaped(parse.failure->expected));
     } else {
-      row("Read", fmt::format("{} lines, {} statements, {} groups, {} options", parse.lines, parse.statements,
-                              parse.groups, parse.options));
-      row("Model name", code(parse.modelName));
-      row("Languages", escaped(fmt::format("{}", fmt::join(parse.languages, " "))));
+      page_.row("Read", fmt::format("{} lines, {} statements, {} groups, {} options", parse.lines, parse.statements,
+                                    parse.groups, parse.options));
+      page_.row("Model name", code(parse.modelName));
+      page_.row("Languages", HTMLPage::escaped(fmt::format("{}", fmt::join(parse.languages, " "))));
     }
-    html_ += "</table>\n";
-  }
-
-  void warnings(const Report& report) {
-    if (report.warnings.empty()) return;
-    heading("Warnings");
-    html_ += "<ul>\n";
-    for (const Report::Warning& warning : report.warnings) {
-      html_ += fmt::format("<li class=\"warning\">{}{} <code>{}</code></li>\n", warning.inInput ? Wording::inInput : "",
-                           escaped(warning.text), warning.code);
-    }
-    html_ += "</ul>\n";
+    page_.endTable();
   }
 
   void updaters(const Report& report) {
-    heading("Updaters that the PPD names");
-    html_ += "<table>\n";
-    for (const Report::Updater& updater : report.updaters) row(escaped(updater.name), outcomeOf(updater));
-    html_ += "</table>\n";
+    page_.section("Updaters that the PPD names");
+    page_.beginTable();
+    for (const Report::Updater& updater : report.updaters) page_.row(updater.name, outcomeOf(updater));
+    page_.endTable();
   }
 
   static std::string outcomeOf(const Report::Updater& updater) {
-    if (!updater.known) return span("warning", "unknown, skipped");
+    if (!updater.known) return HTMLPage::span("odd", "unknown, skipped");
     switch (updater.outcome) {
       case Report::UpdaterOutcome::succeeded:
-        return fmt::format("{}, {} changes", span("good", "done"), updater.changes.size());
+        return fmt::format("{}, {} changes", HTMLPage::span("good", "done"), updater.changes.size());
       case Report::UpdaterOutcome::failed:
-        return span("bad", "cannot update the PPD");
+        return HTMLPage::span("bad", "cannot update the PPD");
       case Report::UpdaterOutcome::threw:
-        return span("bad", "ended by an error: " + escaped(updater.error));
+        return HTMLPage::span("bad", "ended by an error: " + HTMLPage::escaped(updater.error));
       default:
         return "not reached";
     }
   }
 
-  void media(const Report::DeviceAnswer& device) {
-    heading("What the device-model library answered");
-    html_ += "<p>Media list version " + code(device.listVersion) + "</p>\n<table>\n<tr>";
-    for (const char* title : {"Name", "ID", "Category", "Parent", "Profiles", "Gloss"}) {
-      html_ += fmt::format("<th>{}</th>", title);
+  void device(const Report::DeviceAnswer& device) {
+    page_.section("What the device-model library answered");
+    page_.beginTable();
+    if (!device.libraryAvailable) page_.row("Library", HTMLPage::span("bad", "not there"));
+    if (device.question) {
+      page_.row("Asked for URI", code(device.question->deviceURI));
+      page_.row("and model name", code(device.question->modelName));
     }
-    html_ += "</tr>\n";
-    for (const Report::Medium& medium : *device.media) {
-      html_ += fmt::format("<tr><td>{}</td><td>{}</td><td>{}</td><td>{}</td><td>{}</td><td>{}</td></tr>\n",
-                           code(medium.name), code(medium.ID), code(medium.categoryID), code(medium.parentID),
-                           medium.profiles, code(medium.gloss));
-    }
-    html_ += "</table>\n";
+    if (device.familyCode) page_.row("Family", code(device.familyCode));
+    if (device.media) page_.row("Media list version", code(device.listVersion));
+    page_.endTable();
   }
 
-  void outcomes(const Report::Updater& updater) {
+  void media(const Report::Updater& updater) {
     if (updater.media.empty()) return;
-    heading("What became of each medium: " + escaped(updater.name));
-    for (const Report::MediumOutcome& medium : updater.media) outcome(medium);
+    page_.section("What became of each medium: " + updater.name);
+    page_.filterBox();
+    for (const Report::MediumOutcome& each : updater.media) medium(each);
   }
 
-  void outcome(const Report::MediumOutcome& medium) {
-    html_ += fmt::format("<h3>{} ({})</h3>\n<table>\n", escaped(medium.device.name.value_or("–")),
-                         escaped(medium.device.ID.value_or("–")));
-    if (!medium.notAdded.empty()) row("Left out", span("bad", escaped(medium.notAdded)));
-    if (medium.choiceName) row(medium.added ? "New choice" : "Choice", code(medium.choiceName));
-    if (medium.choiceCode) row("Code", code(medium.choiceCode));
-    if (medium.parent) row("Properties", code(medium.inherited) + " from " + code(medium.parent));
-    for (const Report::Profile& each : medium.profiles) row("Profile", profile(each));
-    if (medium.profilesFailure) row("Profiles", span("bad", "ended by an error: " + escaped(*medium.profilesFailure)));
-    if (medium.glossAfter) row("Gloss", code(medium.glossBefore) + " → " + code(medium.glossAfter));
-    html_ += "</table>\n";
+  void medium(const Report::MediumOutcome& medium) {
+    const Report::Medium& device = medium.device;
+    page_.beginFold(HTMLPage::escaped(device.name.value_or("–")) + " " + code(device.ID) + " " + stateOf(medium), false,
+                    "medium");
+    page_.beginTable();
+    if (!medium.notAdded.empty()) page_.row("Left out", HTMLPage::span("bad", HTMLPage::escaped(medium.notAdded)));
+    if (medium.choiceName) page_.row(medium.added ? "New choice" : "Choice", code(medium.choiceName));
+    if (medium.choiceCode) page_.row("Code", code(medium.choiceCode));
+    if (device.categoryID) page_.row("Category", code(device.categoryID));
+    if (medium.parent) page_.row("Properties", code(medium.inherited) + " from " + code(medium.parent));
+    for (const Report::Profile& each : medium.profiles) page_.row("Profile", profile(each));
+    if (medium.profilesFailure) {
+      page_.row("Profiles", HTMLPage::span("bad", "ended by an error: " + HTMLPage::escaped(*medium.profilesFailure)));
+    }
+    if (medium.glossAfter) page_.row("Gloss", code(medium.glossBefore) + " → " + code(medium.glossAfter));
+    page_.endTable();
+    page_.endFold();
+  }
+
+  static std::string stateOf(const Report::MediumOutcome& medium) {
+    if (medium.added) return HTMLPage::span("good", HTMLPage::escaped(*medium.choiceName));
+    if (medium.device.custom) return HTMLPage::span("bad", "left out");
+    return medium.choiceName ? HTMLPage::escaped(*medium.choiceName) : "";
   }
 
   static std::string profile(const Report::Profile& profile) {
     if (profile.outcome == Report::ProfileOutcome::skipped) {
-      return code(profile.name) + " " + span("warning", "skipped: " + escaped(profile.reason));
+      return code(profile.name) + " " + HTMLPage::span("odd", "left out: " + HTMLPage::escaped(profile.reason));
     }
     return fmt::format("{} {}: {}, {}", code(profile.spec),
                        profile.outcome == Report::ProfileOutcome::added ? "added" : "rewritten", code(profile.name),
@@ -190,37 +155,47 @@ class Page {
   }
 
   void cleanup(const Report::Updater& updater) {
-    if (updater.removedMedia.empty() && updater.restoredProfiles.empty()) return;
-    heading("Cleaned up and restored: " + escaped(updater.name));
-    html_ += "<ul>\n";
-    for (const std::string& name : updater.removedMedia)
-      html_ += "<li>medium " + code(name) + " of an earlier setup</li>\n";
-    for (const std::string& spec : updater.restoredProfiles) html_ += "<li>factory profile " + code(spec) + "</li>\n";
-    html_ += "</ul>\n";
+    if (updater.removedMedia.empty() && updater.replacedMedia.empty() && updater.restoredProfiles.empty()) return;
+    page_.section("Cleaned up and restored: " + updater.name);
+    names("Media of an earlier setup removed", updater.removedMedia);
+    names("Media of an earlier updater of this run removed", updater.replacedMedia);
+    names("Factory profiles restored", updater.restoredProfiles);
+  }
+
+  void names(const char* title, const std::vector<std::string>& names) {
+    if (names.empty()) return;
+    page_.beginFold(fmt::format("{} ({})", title, names.size()), names.size() <= 10);
+    page_.beginList();
+    for (const std::string& name : names) page_.item(code(name));
+    page_.endList();
+    page_.endFold();
   }
 
   void changes(const Report::Updater& updater) {
     if (updater.changes.empty()) return;
-    heading("Changes of the PPD: " + escaped(updater.name));
-    html_ += "<pre>";
+    page_.section("Changes of the PPD: " + updater.name);
+    page_.beginFold(fmt::format("{} statements", updater.changes.size()), updater.changes.size() <= 30);
+    page_.beginChanges();
+    std::size_t shown = 0;
     for (const Report::Change& change : updater.changes) {
       if (change.kind == Report::ChangeKind::moved) continue;
-      for (const std::string& line : Wording::visibleLines(change.before)) html_ += "<del>" + escaped(line) + "</del>";
-      for (const std::string& line : Wording::visibleLines(change.after)) html_ += "<ins>" + escaped(line) + "</ins>";
+      if (shown++ >= ReportWriters::kShownChanges && !full_) continue;
+      for (const std::string& line : Wording::visibleLines(change.before)) page_.removed(line);
+      for (const std::string& line : Wording::visibleLines(change.after)) page_.added(line);
     }
-    html_ += "</pre>\n";
+    page_.endChanges();
+    if (shown > ReportWriters::kShownChanges && !full_) {
+      page_.note(fmt::format("… and {} more (--full)", shown - ReportWriters::kShownChanges));
+    }
+    page_.endFold();
   }
 
-  void heading(const std::string& title) { html_ += "<h2>" + title + "</h2>\n"; }
-  void row(const std::string& name, const std::string& value) {
-    html_ += "<tr><th>" + name + "</th><td>" + value + "</td></tr>\n";
-  }
-
-  std::string html_;
+  HTMLPage page_{"A run of Vorantis autosetup"};
+  bool full_;
 };
 
 }  // namespace
 
-std::string ReportWriters::html(const Report& report) {
-  return Page().write(report);
+std::string ReportWriters::html(const Report& report, bool full) {
+  return Writer(full).write(report);
 }

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "explain/InputLines.h"
 
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <memory>
+
 #include "base/Text.h"
 #include "ppd/lines/PieceReader.h"
 
@@ -11,42 +16,64 @@ std::string_view withoutLineEnd(std::string_view line) {
   return line;
 }
 
+// The length that the trailer of a gzip file gives, modulo 2^32 (RFC 1952, section 2.3.1); absent when it is no gzip.
+std::optional<std::uint64_t> unpackedSize(const std::string& path) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+  unsigned char magic[2];
+  unsigned char trailer[4];
+  if (file == nullptr || std::fread(magic, 1, 2, file.get()) != 2 || magic[0] != 0x1F || magic[1] != 0x8B) {
+    return std::nullopt;
+  }
+  if (std::fseek(file.get(), -4, SEEK_END) != 0 || std::fread(trailer, 1, 4, file.get()) != 4) return std::nullopt;
+  return trailer[0] | trailer[1] << 8 | trailer[2] << 16 | static_cast<std::uint64_t>(trailer[3]) << 24;
+}
+
 }  // namespace
 
 InputLines InputLines::ofFile(const std::string& path) {
-  std::vector<std::string> pieces;
+  InputLines lines;
   if (const auto file = PieceReader::open(path)) {
     PieceReader reader;
-    while (const auto piece = reader.next(file.get())) pieces.emplace_back(piece->view());
+    while (const auto piece = reader.next(file.get())) {
+      if (!lines.invalid_ && !Text::isValidUTF8(piece->view())) lines.invalid_ = lines.ends_.size();
+      lines.bytes_ += piece->view();
+      lines.ends_.push_back(lines.bytes_.size());
+    }
   }
-  return InputLines(std::move(pieces));
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) return lines;
+  lines.isDirectory_ = S_ISDIR(status.st_mode);
+  if (!S_ISREG(status.st_mode)) return lines;
+  lines.size_ = unpackedSize(path);
+  lines.isGzip_ = lines.size_.has_value();
+  if (!lines.isGzip_) lines.size_ = static_cast<std::uint64_t>(status.st_size);
+  return lines;
+}
+
+std::string_view InputLines::piece(std::size_t index) const {
+  const std::size_t start = index == 0 ? 0 : ends_[index - 1];
+  return std::string_view(bytes_).substr(start, ends_[index] - start);
 }
 
 std::optional<std::string> InputLines::line(std::size_t number) const {
-  if (number == 0 || number > pieces_.size()) return std::nullopt;
-  return std::string(withoutLineEnd(pieces_[number - 1]));
+  if (number == 0 || number > ends_.size()) return std::nullopt;
+  return std::string(withoutLineEnd(piece(number - 1)));
 }
 
 std::optional<std::size_t> InputLines::firstThatIsNotUTF8() const {
-  for (std::size_t index = 0; index < pieces_.size(); ++index) {
-    if (!Text::isValidUTF8(pieces_[index])) return index + 1;
-  }
-  return std::nullopt;
+  return invalid_ ? std::optional(*invalid_ + 1) : std::nullopt;
 }
 
 std::vector<std::size_t> InputLines::split() const {
   std::vector<std::size_t> numbers;
-  for (std::size_t index = 0; index + 1 < pieces_.size(); ++index) {
-    if (withoutLineEnd(pieces_[index]).size() == pieces_[index].size()) numbers.push_back(index + 1);
+  for (std::size_t index = 0; index + 1 < ends_.size(); ++index) {
+    if (withoutLineEnd(piece(index)).size() == piece(index).size()) numbers.push_back(index + 1);
   }
   return numbers;
 }
 
-std::string InputLines::text() const {
-  std::string text;
-  for (const std::string& piece : pieces_) {
-    if (!Text::isValidUTF8(piece)) break;
-    text += piece;
-  }
-  return text;
+std::string_view InputLines::text() const {
+  const bool isWhole = !invalid_;
+  return isWhole ? std::string_view(bytes_)
+                 : std::string_view(bytes_).substr(0, *invalid_ == 0 ? 0 : ends_[*invalid_ - 1]);
 }

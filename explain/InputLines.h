@@ -2,17 +2,18 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-/// The pieces of a file as the CUPS line reader gives them to the parser, whatever they hold: for what the parser does
+/// A file as the CUPS line reader gives it to the parser, piece by piece, whatever it holds: for what the parser does
 /// not hand on, which is the line that it rejects and the bytes at which it stops reading.
 class InputLines {
  public:
   /// No pieces when the file cannot be opened.
   static InputLines ofFile(const std::string& path);
-  explicit InputLines(std::vector<std::string> pieces) : pieces_(std::move(pieces)) {}
 
   /// The piece of this number, counted from 1, without its line end; absent beyond the last.
   std::optional<std::string> line(std::size_t number) const;
@@ -24,8 +25,22 @@ class InputLines {
   std::vector<std::size_t> split() const;
 
   /// The text up to where reading ends.
-  std::string text() const;
+  std::string_view text() const;
+
+  /// How many bytes the file has, unpacked when it is gzip; absent when it cannot be told (no regular file).
+  const std::optional<std::uint64_t>& size() const { return size_; }
+  /// How many bytes the reader gave before it came to what it took for the end.
+  std::size_t sizeRead() const { return bytes_.size(); }
+  bool isGzip() const { return isGzip_; }
+  bool isDirectory() const { return isDirectory_; }
 
  private:
-  std::vector<std::string> pieces_;
+  std::string_view piece(std::size_t index) const;
+
+  std::string bytes_;
+  std::vector<std::size_t> ends_;       // of the pieces in `bytes_`
+  std::optional<std::size_t> invalid_;  // index of the first piece that is not UTF-8
+  std::optional<std::uint64_t> size_;
+  bool isGzip_ = false;
+  bool isDirectory_ = false;
 };

@@ -1,17 +1,25 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "explain/ReportWriters.h"
+#include "explain/Verdict.h"
 #include "explain/Wording.h"
 
 namespace {
 
 using JSON = nlohmann::ordered_json;
 
-constexpr int kSchemaVersion = 1;
+constexpr int kSchemaVersion = 2;
 
 JSON of(const Report::OptionalText& text) {
   return text ? JSON(*text) : JSON(nullptr);
+}
+
+JSON of(const Report::Arguments& arguments) {
+  return {{"deviceURI", of(arguments.deviceURI)},
+          {"PPDPath", of(arguments.PPDPath)},
+          {"printerID", of(arguments.printerID)}};
 }
 
 JSON of(const Report::Parse& parse) {
@@ -42,7 +50,6 @@ JSON of(const Report::Medium& medium) {
 JSON of(const Report::Profile& profile);
 JSON of(const Report::MediumOutcome& medium);
 JSON of(const Report::Change& change);
-JSON of(const Report::Updater& updater);
 JSON of(const Report::Warning& warning);
 
 template <class Element>
@@ -54,8 +61,14 @@ JSON ofAll(const std::vector<Element>& elements) {
 
 JSON of(const Report::DeviceAnswer& device) {
   JSON json = {{"libraryAvailable", device.libraryAvailable},
+               {"storeFound", device.storeFound},
+               {"customMediaFound", device.itemFound},
                {"mediaListVersion", of(device.listVersion)},
                {"familyCode", of(device.familyCode)}};
+  json["question"] = nullptr;
+  if (device.question) {
+    json["question"] = {{"deviceURI", of(device.question->deviceURI)}, {"modelName", of(device.question->modelName)}};
+  }
   json["media"] = device.media ? ofAll(*device.media) : JSON(nullptr);
   return json;
 }
@@ -64,6 +77,7 @@ JSON of(const Report::Profile& profile) {
   static constexpr const char* kOutcomes[] = {"added", "rewritten", "skipped"};
   return {{"name", of(profile.name)},
           {"spec", of(profile.spec)},
+          {"URL", of(profile.url)},
           {"path", of(profile.path)},
           {"outcome", kOutcomes[static_cast<int>(profile.outcome)]},
           {"reason", profile.reason}};
@@ -88,35 +102,53 @@ JSON of(const Report::Change& change) {
   return {{"kind", kKinds[static_cast<int>(change.kind)]}, {"before", change.before}, {"after", change.after}};
 }
 
-JSON of(const Report::Updater& updater) {
+JSON of(const Report::Updater& updater, bool full) {
   static constexpr const char* kOutcomes[] = {"notRun", "succeeded", "failed", "threw"};
-  return {{"name", updater.name},
-          {"known", updater.known},
-          {"outcome", kOutcomes[static_cast<int>(updater.outcome)]},
-          {"error", updater.error},
-          {"removedMedia", updater.removedMedia},
-          {"restoredProfiles", updater.restoredProfiles},
-          {"media", ofAll(updater.media)},
-          {"changes", ofAll(updater.changes)}};
+  JSON json = {{"name", updater.name},
+               {"known", updater.known},
+               {"outcome", kOutcomes[static_cast<int>(updater.outcome)]},
+               {"error", updater.error},
+               {"removedMedia", updater.removedMedia},
+               {"replacedMedia", updater.replacedMedia},
+               {"restoredProfiles", updater.restoredProfiles},
+               {"media", ofAll(updater.media)},
+               {"changeCount", updater.changes.size()},
+               {"changes", JSON::array()}};
+  const std::size_t shown =
+      full ? updater.changes.size() : std::min(updater.changes.size(), ReportWriters::kShownChanges);
+  for (std::size_t index = 0; index < shown; ++index) json["changes"].push_back(of(updater.changes[index]));
+  return json;
 }
 
 JSON of(const Report::Warning& warning) {
-  return {{"code", warning.code}, {"text", warning.text}, {"inInput", warning.inInput}};
+  JSON json = {{"code", warning.code}, {"text", warning.text}, {"inInput", warning.inInput}, {"medium", nullptr}};
+  if (warning.about) json["medium"] = {{"name", of(warning.about->name)}, {"ID", of(warning.about->ID)}};
+  return json;
+}
+
+JSON verdictOf(const Report& report) {
+  JSON json = {{"colour", Verdict::nameOf(Verdict::colourOf(report))},
+               {"outcome", Verdict::outcome(report)},
+               {"media", nullptr},
+               {"warnings", JSON::object()}};
+  if (const auto counts = Verdict::mediaCounts(report)) {
+    json["media"] = {
+        {"onDevice", counts->onDevice}, {"custom", counts->custom}, {"added", counts->added}, {"lost", counts->lost}};
+  }
+  for (const auto& [code, count] : Verdict::warningCounts(report)) json["warnings"][code] = count;
+  return json;
 }
 
 }  // namespace
 
-std::string ReportWriters::json(const Report& report) {
-  JSON json = {{"schema", "vorantis-autosetup-explain"},
-               {"schemaVersion", kSchemaVersion},
-               {"succeeded", report.succeeded()},
-               {"failure", report.failure}};
-  json["arguments"] = {{"deviceURI", of(report.arguments.deviceURI)},
-                       {"PPDPath", of(report.arguments.PPDPath)},
-                       {"printerID", of(report.arguments.printerID)}};
+std::string ReportWriters::json(const Report& report, bool full) {
+  JSON json = {{"schema", "vorantis-autosetup-explain"}, {"schemaVersion", kSchemaVersion},
+               {"succeeded", report.succeeded()},        {"failure", report.failure},
+               {"verdict", verdictOf(report)},           {"arguments", of(report.arguments)}};
   json["parse"] = report.parse ? of(*report.parse) : JSON(nullptr);
   json["device"] = report.device ? of(*report.device) : JSON(nullptr);
-  json["updaters"] = ofAll(report.updaters);
+  json["updaters"] = JSON::array();
+  for (const Report::Updater& updater : report.updaters) json["updaters"].push_back(of(updater, full));
   json["warnings"] = ofAll(report.warnings);
-  return json.dump(2, ' ', false, JSON::error_handler_t::replace) + "\n";
+  return json.dump(1, ' ', true, JSON::error_handler_t::replace) + "\n";
 }

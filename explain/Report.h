@@ -42,8 +42,16 @@ struct Report {
     std::size_t profiles = 0;
   };
 
+  /// What the library was asked for the device's media; what was not given is absent.
+  struct Question {
+    OptionalText deviceURI, modelName;
+  };
+
   struct DeviceAnswer {
     bool libraryAvailable = false;
+    std::optional<Question> question;  ///< absent: the media were not asked for
+    bool storeFound = false;           ///< the device has a data store
+    bool itemFound = false;            ///< and custom media in it
     OptionalText listVersion;
     std::optional<std::vector<Medium>> media;  ///< absent: no list, so nothing is changed
     OptionalText familyCode;                   ///< of the printer-language updater's question
@@ -51,7 +59,7 @@ struct Report {
 
   enum class ProfileOutcome { added, rewritten, skipped };
   struct Profile {
-    OptionalText name, spec, path;
+    OptionalText name, spec, url, path;
     ProfileOutcome outcome = ProfileOutcome::skipped;
     std::string reason;  ///< why it was skipped; else empty
   };
@@ -81,18 +89,26 @@ struct Report {
   struct Updater {
     std::string name;
     bool known = true;
+    bool askedForMedia = false;
     UpdaterOutcome outcome = UpdaterOutcome::notRun;
-    std::string error;  ///< of an exception; else empty
-    std::vector<std::string> removedMedia;
+    std::string error;                          ///< of an exception; else empty
+    std::vector<std::string> removedMedia;      ///< of an earlier setup
+    std::vector<std::string> replacedMedia;     ///< of an earlier updater of this run
     std::vector<std::string> restoredProfiles;  ///< specs
     std::vector<MediumOutcome> media;
     std::vector<Change> changes;  ///< in document order
   };
 
+  /// Which medium is meant, as the device names it.
+  struct AboutMedium {
+    OptionalText name, ID;
+  };
+
   struct Warning {
     std::string code;  ///< stable, for scripts
     std::string text;
-    bool inInput = false;  ///< the PPD had it before the run
+    bool inInput = false;              ///< the PPD had it before the run
+    std::optional<AboutMedium> about;  ///< absent: it is about no medium
   };
 
   Arguments arguments;
@@ -101,6 +117,10 @@ struct Report {
   std::optional<DeviceAnswer> device;
   std::vector<Updater> updaters;
   std::vector<Warning> warnings;
+
+  /// The last updater that asked for the device's media, or null. Each media updater begins anew, so what
+  /// this one did is what the PPD holds.
+  const Updater* lastMediaUpdater() const;
 
   bool succeeded() const { return failure.empty(); }
 };

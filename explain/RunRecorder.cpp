@@ -3,10 +3,12 @@
 
 #include <fmt/format.h>
 
-#include <cctype>
+#include <algorithm>
 
+#include "base/ATException.h"
 #include "base/Text.h"
 #include "explain/Wording.h"
+#include "explain/Words.h"
 #include "readers/MediaKeys.h"
 #include "updaters/PPDKeywords.h"
 
@@ -70,19 +72,12 @@ bool isLookedFor(const std::string& option, const ATPPD& ppd) {
   return !option.empty() && qualifier != nullptr && qualifier->value() == "\"" + option + "\"";
 }
 
-bool isWordCharacter(char character) {
-  return std::isalnum(static_cast<unsigned char>(character)) != 0;
-}
-
-// Whether the ID is only a part of a longer word in each place where the code holds it.
-bool isInsideWords(std::string_view ID, std::string_view code) {
-  for (auto found = code.find(ID); found != std::string_view::npos; found = code.find(ID, found + 1)) {
-    const bool wordBefore = found > 0 && isWordCharacter(code[found - 1]) && isWordCharacter(ID.front());
-    const std::size_t end = found + ID.size();
-    const bool wordBehind = end < code.size() && isWordCharacter(code[end]) && isWordCharacter(ID.back());
-    if (!wordBefore && !wordBehind) return false;
-  }
-  return true;
+// Whether somebody meant the category of a custom medium, as far as one can see.
+bool isNearlyCustom(const std::string& category) {
+  static constexpr std::string_view kCategories[] = {"CUSTOM", "QZ_EXTENDED_MEDIA"};
+  return std::any_of(std::begin(kCategories), std::end(kCategories), [&](std::string_view known) {
+    return known.size() == category.size() && Text::startsWithIgnoringCase(category, known);
+  });
 }
 
 // The default gloss enhancer in the properties of a medium, as it stands there.
@@ -112,6 +107,12 @@ void RunRecorder::didParse(const ATPPD& ppd) {
     warn("option-outside-group", fmt::format("The option {} stands outside every group, where no updater finds it.",
                                              Wording::visible(option->name())));
   }
+  if (ppd.attributeForName(PPDKeyword::mediaListVersion) != nullptr) {
+    warn("earlier-setup",
+         fmt::format("The PPD had been set up before (it has *{}). The media of that setup are removed first; what it "
+                     "wrote into other statements stays. A fresh start needs the PPD as it was made.",
+                     PPDKeyword::mediaListVersion));
+  }
   report_.parse = parse;
 }
 
@@ -135,9 +136,19 @@ void RunRecorder::didUpdate(const ATPPD& ppd, bool succeeded) {
   endUpdate(ppd, succeeded ? Report::UpdaterOutcome::succeeded : Report::UpdaterOutcome::failed);
 }
 
-void RunRecorder::didThrow(const std::string& reason, const ATPPD& ppd) {
+void RunRecorder::didThrow(const std::exception& error, const ATPPD& ppd) {
+  const std::string reason = error.what();
+  report_.failure = "an error ended the run: " + reason;
+  const auto* exception = dynamic_cast<const ATException*>(&error);
+  if (exception != nullptr && exception->isLibraryFailure()) {
+    warn("library-failed", "The device-model library cannot be used: " + Wording::visible(reason));
+  }
   if (!before_) return;
   updater().error = reason;
+  if (isAtMedium_) {
+    report_.failure += " (at the medium " + Wording::of(medium().device) + ")";
+    if (medium().device.custom && !medium().added) medium().notAdded = "an error ended the run: " + reason;
+  }
   endUpdate(ppd, Report::UpdaterOutcome::threw);
 }
 
@@ -149,31 +160,47 @@ void RunRecorder::endUpdate(const ATPPD& ppd, Report::UpdaterOutcome outcome) {
 
 void RunRecorder::didReadMedia(const DeviceValue& mediaList) {
   if (mediaList.isAbsent()) return;
+  updater().askedForMedia = true;
   if (!report_.device) report_.device = Report::DeviceAnswer();
   Report::DeviceAnswer& answer = *report_.device;
+  answer.question = library_.question();
+  answer.storeFound = library_.storeFound();
+  answer.itemFound = library_.itemFound();
   answer.listVersion = valueOf(mediaList, MediaKey::listVersion);
   const auto list = mediaList.valueForKey(MediaKey::list).list();
   answer.libraryAvailable = list != nullptr;
-  if (list == nullptr) return;
-  answer.media.emplace();
-  for (const DeviceValue& record : *list) {
-    answer.media->push_back(mediumOf(record));
-    warnOfMissingKey(record);
+  if (list != nullptr) noteMedia(*list);
+}
+
+// What a record lacks because it ended before is taken from the data store.
+void RunRecorder::noteMedia(const DeviceValue::List& records) {
+  const auto& stored = library_.storedMedia();
+  std::vector<Report::Medium>& media = report_.device->media.emplace();
+  for (std::size_t index = 0; index < records.size(); ++index) {
+    Report::Medium medium = mediumOf(records[index]);
+    if (index < stored.size()) {
+      if (!medium.name) medium.name = stored[index].name;
+      if (!medium.ID) medium.ID = stored[index].ID;
+    }
+    warnOfMissingKey(records[index], medium);
+    media.push_back(std::move(medium));
   }
 }
 
 // A record ends at the first thing that the device does not have, so the category behind it is lost.
-void RunRecorder::warnOfMissingKey(const DeviceValue& record) {
+void RunRecorder::warnOfMissingKey(const DeviceValue& record, const Report::Medium& medium) {
   static constexpr std::pair<const char*, const char*> kKeys[] = {{MediaKey::name, "name"},
                                                                   {MediaKey::ID, "ID"},
                                                                   {MediaKey::categoryName, "category name"},
                                                                   {MediaKey::categoryID, "category"}};
   for (const auto& [key, what] : kKeys) {
     if (!record.valueForKey(key).isAbsent()) continue;
-    return warn("record-incomplete",
-                fmt::format("The device gives no {} for the medium \"{}\"; its record ends there, and "
-                            "it is not taken for a custom medium.",
-                            what, Wording::visible(record.valueForKey(MediaKey::name).description())));
+    return warn(
+        {"record-incomplete",
+         fmt::format("The device gives no {} for the medium {}; its record ends there, and it is not taken for a "
+                     "custom medium.",
+                     what, Wording::of(medium)),
+         false, Report::AboutMedium{medium.name, medium.ID}});
   }
 }
 
@@ -184,7 +211,19 @@ void RunRecorder::didReadFamily(const std::string& familyCode, bool libraryAvail
 }
 
 void RunRecorder::willRemoveMedium(std::string_view choiceName) {
-  updater().removedMedia.emplace_back(choiceName);
+  (isOfThisRun(choiceName) ? updater().replacedMedia : updater().removedMedia).emplace_back(choiceName);
+}
+
+// Whether an updater that ran before made the choice. The last name in a group statement of this run comes with what
+// stands behind it, from the quote on.
+bool RunRecorder::isOfThisRun(std::string_view nameInGroup) const {
+  const std::string_view choiceName = nameInGroup.substr(0, nameInGroup.find('"'));
+  return std::any_of(report_.updaters.begin(), report_.updaters.begin() + static_cast<std::ptrdiff_t>(running_),
+                     [&](const auto& earlier) {
+                       return std::any_of(earlier.media.begin(), earlier.media.end(), [&](const auto& medium) {
+                         return medium.added && medium.choiceName == choiceName;
+                       });
+                     });
 }
 
 void RunRecorder::willRemoveProfile(const ATPPDAttribute& profile, std::string_view forChoiceName) {
@@ -195,7 +234,16 @@ void RunRecorder::willRemoveProfile(const ATPPDAttribute& profile, std::string_v
                    Wording::visible(*profile.spec()), Wording::visible(forChoiceName)));
 }
 
-void RunRecorder::didRestoreProfile(const ATPPD::Spec& spec, bool /*madeAnew*/) {
+void RunRecorder::willRestoreProfile(const ATPPDAttribute& profile) {
+  restoring_ = profile.strings()[0].view();
+}
+
+// A profile that already was the factory's is set to the same again.
+void RunRecorder::didRestoreProfile(const ATPPDAttribute& profile) {
+  if (profile.strings()[0].view() != restoring_) didMakeProfileAnew(profile.spec());
+}
+
+void RunRecorder::didMakeProfileAnew(const ATPPD::Spec& spec) {
   updater().restoredProfiles.emplace_back(Text::orNull(spec));
 }
 
@@ -203,7 +251,39 @@ void RunRecorder::willProcess(const DeviceValue& record, bool isCustom) {
   Report::MediumOutcome outcome;
   outcome.device = mediumOf(record);
   outcome.device.custom = isCustom;
+  const OptionalText category = outcome.device.categoryID;
+  const std::size_t index = updater().media.size();
+  if (report_.device && report_.device->media && index < report_.device->media->size()) {
+    outcome.device.name = (*report_.device->media)[index].name;
+    outcome.device.ID = (*report_.device->media)[index].ID;
+  }
   updater().media.push_back(std::move(outcome));
+  isAtMedium_ = true;
+  warnOfProfilesThatAreNoList(record);
+  if (isCustom || !category || !isNearlyCustom(*category)) return;
+  warn("category-unknown",
+       fmt::format("The category {} of the medium {} is written otherwise than that of a custom medium, so it is taken "
+                   "for a factory medium.",
+                   Wording::visible(*category), Wording::of(medium().device)));
+}
+
+// The updaters take what is no list for no profiles.
+void RunRecorder::warnOfProfilesThatAreNoList(const DeviceValue& record) {
+  const DeviceValue profiles = record.valueForKey(MediaKey::profiles);
+  if (!profiles.isAbsent() && profiles.list() == nullptr) profilesFailed("they are no list");
+}
+
+void RunRecorder::warnOfUnknownID(const DeviceValue& ID) {
+  const Report::Medium& device = medium().device;
+  if (device.custom) {
+    warn("id-not-found",
+         fmt::format("The parent {} of the medium {} is in no choice's code: no properties are inherited.",
+                     Wording::visible(ID.description()), Wording::of(device)));
+  } else {
+    warn("id-not-found",
+         fmt::format("The ID of the medium {} is in no choice's code of this PPD: there is nothing to set.",
+                     Wording::of(device)));
+  }
 }
 
 void RunRecorder::didSearchForID(const DeviceValue& ID, const ATPPDChoice* found) {
@@ -211,7 +291,8 @@ void RunRecorder::didSearchForID(const DeviceValue& ID, const ATPPDChoice* found
     medium().lookedUp = true;
     medium().choiceName = found == nullptr ? std::nullopt : OptionalText(found->name());
   }
-  if (found == nullptr || !isInsideWords(*ID.text(), *found->code())) return;
+  if (found == nullptr) return warnOfUnknownID(ID);
+  if (holdsWord(*found->code(), *ID.text())) return;
   warn("id-inside-code",
        fmt::format("The ID {} was found inside the code of the choice {}, which is {}.", Wording::visible(*ID.text()),
                    Wording::visible(Text::orNull(found->name())), Wording::visible(*found->code())));
@@ -225,6 +306,8 @@ void RunRecorder::didAddMedium(const ATPPDChoice& choice, const ATPPDOption* to)
 
 void RunRecorder::didNotAddMedium(MediumProblem problem) {
   medium().notAdded = Wording::of(problem);
+  warn("medium-left-out",
+       fmt::format("The medium {} did not become a choice: {}.", Wording::of(medium().device), medium().notAdded));
 }
 
 void RunRecorder::didInherit(std::string_view parentName, const ATPPDAttribute::Part& properties) {
@@ -240,6 +323,7 @@ void RunRecorder::didSetGloss(std::string_view /*choiceName*/, std::string_view 
 Report::Profile& RunRecorder::addedOutcome(const ObservedProfile& profile) {
   Report::Profile outcome;
   outcome.name = profile.name;
+  outcome.url = profile.url;
   outcome.path = profile.path;
   outcome.spec = OptionalText(profile.spec);
   medium().profiles.push_back(std::move(outcome));
@@ -255,13 +339,24 @@ void RunRecorder::didSetProfile(const ObservedProfile& profile) {
 }
 
 void RunRecorder::didSkipProfile(const ObservedProfile& profile, ProfileProblem problem) {
-  addedOutcome(profile).reason = Wording::of(problem, profile.url);
+  const std::string reason = Wording::of(problem, profile.url);
+  addedOutcome(profile).reason = reason;
+  warn("profile-skipped", fmt::format("The profile {} of the medium {} was left out: {}.",
+                                      Wording::quoted(profile.name), Wording::of(medium().device), reason));
 }
 
 void RunRecorder::profilesFailed(const std::string& reason) {
   medium().profilesFailure = reason;
+  warn("profile-list-failed", fmt::format("The work on the profiles of the medium {} ended with an error: {}.",
+                                          Wording::of(medium().device), Wording::visible(reason)));
 }
 
-void RunRecorder::warn(const std::string& code, const std::string& text, bool inInput) {
-  if (warned_.emplace(code, text).second) report_.warnings.push_back({code, text, inInput});
+void RunRecorder::warn(Report::Warning warning) {
+  if (warned_.emplace(warning.code, warning.text).second) report_.warnings.push_back(std::move(warning));
+}
+
+void RunRecorder::warn(const std::string& code, const std::string& text) {
+  Report::Warning warning{code, text, false, std::nullopt};
+  if (isAtMedium_) warning.about = Report::AboutMedium{medium().device.name, medium().device.ID};
+  warn(std::move(warning));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <exception>
 #include <optional>
 #include <set>
 #include <string>
@@ -9,19 +10,22 @@
 #include "driver/RunObserver.h"
 #include "explain/DocumentChanges.h"
 #include "explain/Report.h"
+#include "explain/WatchedLibrary.h"
 #include "updaters/UpdateObserver.h"
 
 /// Makes a report of what a run and its updaters tell while they are at work.
 class RunRecorder : public RunObserver, public UpdateObserver {
  public:
-  /// `report`, not owned, is filled as the run goes on.
-  explicit RunRecorder(Report& report) : report_(report) {}
+  /// `report` is filled as the run goes on, with what `library` was asked. Neither is owned.
+  RunRecorder(Report& report, const WatchedLibrary& library) : report_(report), library_(library) {}
 
-  /// A warning, once; `inInput`: the PPD had what it is about before the run.
-  void warn(const std::string& code, const std::string& text, bool inInput = false);
+  /// A warning, once.
+  void warn(Report::Warning warning);
+  /// The same of the medium at work, if there is one.
+  void warn(const std::string& code, const std::string& text);
 
   /// An exception ended the run; `ppd` as it was then.
-  void didThrow(const std::string& reason, const ATPPD& ppd);
+  void didThrow(const std::exception& error, const ATPPD& ppd);
 
   UpdateObserver& ofUpdates() override { return *this; }
   void didParse(const ATPPD& ppd) override;
@@ -33,8 +37,11 @@ class RunRecorder : public RunObserver, public UpdateObserver {
   void didReadFamily(const std::string& familyCode, bool libraryAvailable) override;
   void willRemoveMedium(std::string_view choiceName) override;
   void willRemoveProfile(const ATPPDAttribute& profile, std::string_view forChoiceName) override;
-  void didRestoreProfile(const ATPPD::Spec& spec, bool madeAnew) override;
+  void willRestoreProfile(const ATPPDAttribute& profile) override;
+  void didRestoreProfile(const ATPPDAttribute& profile) override;
+  void didMakeProfileAnew(const ATPPD::Spec& spec) override;
   void willProcess(const DeviceValue& record, bool isCustom) override;
+  void didProcess() override { isAtMedium_ = false; }
   void didSearchForID(const DeviceValue& ID, const ATPPDChoice* found) override;
   void didAddMedium(const ATPPDChoice& choice, const ATPPDOption* to) override;
   void didNotAddMedium(MediumProblem problem) override;
@@ -50,11 +57,18 @@ class RunRecorder : public RunObserver, public UpdateObserver {
   Report::MediumOutcome& medium() { return updater().media.back(); }
   Report::Profile& addedOutcome(const ObservedProfile& profile);
   void endUpdate(const ATPPD& ppd, Report::UpdaterOutcome outcome);
-  void warnOfMissingKey(const DeviceValue& record);
+  void noteMedia(const DeviceValue::List& records);
+  void warnOfMissingKey(const DeviceValue& record, const Report::Medium& medium);
+  void warnOfProfilesThatAreNoList(const DeviceValue& record);
+  void warnOfUnknownID(const DeviceValue& ID);
+  bool isOfThisRun(std::string_view nameInGroup) const;
 
   Report& report_;
+  const WatchedLibrary& library_;
   std::size_t running_ = 0;    // index of the updater at work
   std::size_t nextKnown_ = 0;  // index of the one that comes next, or of an unknown one in front of it
+  bool isAtMedium_ = false;    // at the last one of the updater at work
+  std::string restoring_;      // the line of a profile that is being restored, as it was
   std::optional<DocumentChanges> before_;
   std::set<std::pair<std::string, std::string>> warned_;
 };

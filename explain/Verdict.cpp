@@ -6,31 +6,28 @@
 #include <algorithm>
 #include <map>
 
+#include "explain/WarningCodes.h"
+
 namespace {
 
 bool lostSomething(const Report::MediumOutcome& medium) {
   const auto isSkipped = [](const Report::Profile& profile) {
     return profile.outcome == Report::ProfileOutcome::skipped;
   };
-  return medium.profilesFailure || std::any_of(medium.profiles.begin(), medium.profiles.end(), isSkipped);
-}
-
-// Each media updater begins anew, so what the last of them did is what the PPD holds.
-std::vector<Report::MediumOutcome> lastOutcomes(const Report& report) {
-  for (auto updater = report.updaters.rbegin(); updater != report.updaters.rend(); ++updater) {
-    if (!updater->media.empty()) return updater->media;
-  }
-  return {};
+  return medium.profilesFailure || (medium.device.custom && !medium.added) ||
+         std::any_of(medium.profiles.begin(), medium.profiles.end(), isSkipped);
 }
 
 }  // namespace
 
 Verdict::Colour Verdict::colourOf(const Report& report) {
   if (!report.succeeded()) return Colour::bad;
-  for (const Report::Updater& updater : report.updaters) {
-    if (std::any_of(updater.media.begin(), updater.media.end(), lostSomething)) return Colour::odd;
-  }
   return report.warnings.empty() ? Colour::good : Colour::odd;
+}
+
+const char* Verdict::nameOf(Colour colour) {
+  static constexpr const char* kNames[] = {"good", "odd", "bad"};
+  return kNames[static_cast<int>(colour)];
 }
 
 std::string Verdict::outcome(const Report& report) {
@@ -39,24 +36,39 @@ std::string Verdict::outcome(const Report& report) {
                                           : "the PPD is written, but look below (exit status 0)";
 }
 
-std::string Verdict::media(const Report& report) {
-  if (!report.device || !report.device->media) return "";
-  std::size_t custom = 0;
-  std::size_t added = 0;
-  std::size_t lost = 0;
-  for (const Report::MediumOutcome& medium : lastOutcomes(report)) {
-    custom += medium.device.custom;
-    added += medium.added;
-    lost += lostSomething(medium);
+std::optional<Verdict::MediaCounts> Verdict::mediaCounts(const Report& report) {
+  if (!report.device || !report.device->media) return std::nullopt;
+  MediaCounts counts;
+  counts.onDevice = report.device->media->size();
+  const Report::Updater* updater = report.lastMediaUpdater();
+  if (updater == nullptr) return counts;
+  for (const Report::MediumOutcome& medium : updater->media) {
+    counts.custom += medium.device.custom;
+    counts.added += medium.added;
+    counts.lost += lostSomething(medium);
   }
-  return fmt::format("{} on the device; of the user's {}, {} became choices, {} lost profiles",
-                     report.device->media->size(), custom, added, lost);
+  return counts;
+}
+
+std::string Verdict::media(const Report& report) {
+  const auto counts = mediaCounts(report);
+  if (!counts) return "";
+  return fmt::format("{} on the device; {} are the user's, {} became choices, {} lost something", counts->onDevice,
+                     counts->custom, counts->added, counts->lost);
+}
+
+std::vector<std::pair<std::string, std::size_t>> Verdict::warningCounts(const Report& report) {
+  std::map<std::pair<std::size_t, std::string>, std::size_t> counts;
+  for (const Report::Warning& warning : report.warnings) ++counts[{WarningCodes::rankOf(warning.code), warning.code}];
+  std::vector<std::pair<std::string, std::size_t>> inOrder;
+  for (const auto& [rankAndCode, count] : counts) inOrder.emplace_back(rankAndCode.second, count);
+  return inOrder;
 }
 
 std::string Verdict::warnings(const Report& report) {
-  std::map<std::string, std::size_t> counts;
-  for (const Report::Warning& warning : report.warnings) ++counts[warning.code];
   std::string text;
-  for (const auto& [code, count] : counts) text += fmt::format("{}{} {}", text.empty() ? "" : ", ", count, code);
+  for (const auto& [code, count] : warningCounts(report)) {
+    text += fmt::format("{}{} {}", text.empty() ? "" : ", ", count, code);
+  }
   return text;
 }

@@ -2,6 +2,7 @@
 #include "explain/Wording.h"
 
 #include <fmt/format.h>
+#include <utf8proc.h>
 
 #include <algorithm>
 
@@ -10,39 +11,75 @@
 
 namespace {
 
-bool isControl(char32_t character) {
-  return character < 0x20 || (character >= 0x7F && character < 0xA0) || Text::isLineEnd(character);
+// Whether a character must not reach a terminal, a page or a log as it is: a control character, one that changes the
+// direction of the text or cannot be seen, a line or paragraph separator, or one that Unicode does not know.
+bool isUnsafe(char32_t character) {
+  switch (utf8proc_category(static_cast<utf8proc_int32_t>(character))) {
+    case UTF8PROC_CATEGORY_CC:
+    case UTF8PROC_CATEGORY_CF:
+    case UTF8PROC_CATEGORY_ZL:
+    case UTF8PROC_CATEGORY_ZP:
+    case UTF8PROC_CATEGORY_CN:
+    case UTF8PROC_CATEGORY_CO:
+      return true;
+    default:
+      return false;
+  }
 }
 
-void appendByte(std::string& text, char byte) {
-  if (byte == '\n') {
-    text += "\\n";
-  } else if (byte == '\r') {
-    text += "\\r";
-  } else if (byte == '\t') {
-    text += "\\t";
-  } else {
-    text += fmt::format("\\x{:02x}", static_cast<unsigned char>(byte));
+std::string escaped(char32_t character) {
+  switch (character) {
+    case '\n':
+      return "\\n";
+    case '\r':
+      return "\\r";
+    case '\t':
+      return "\\t";
+    default:
+      break;
   }
+  const auto number = static_cast<std::uint32_t>(character);
+  if (number < 0x80) return fmt::format("\\x{:02x}", number);
+  return number <= 0xFFFF ? fmt::format("\\u{:04x}", number) : fmt::format("\\U{:08x}", number);
+}
+
+// Each byte that is no visible ASCII character or blank, by its number.
+std::string visibleBytes(std::string_view bytes) {
+  std::string visible;
+  for (const char byte : bytes) {
+    const auto number = static_cast<unsigned char>(byte);
+    if (number < 0x80) {
+      visible += isUnsafe(number) ? escaped(number) : std::string(1, byte);
+    } else {
+      visible += fmt::format("\\x{:02x}", number);
+    }
+  }
+  return visible;
 }
 
 }  // namespace
 
 std::string Wording::visible(std::string_view text) {
-  const bool isText = Text::isValidUTF8(text);
+  if (!Text::isValidUTF8(text)) return visibleBytes(text);
   std::string visible;
   for (std::size_t position = 0; position < text.size();) {
-    const Text::Character character =
-        isText ? Text::characterAt(text, position) : Text::Character{static_cast<unsigned char>(text[position]), 1};
-    const std::string_view bytes = text.substr(position, character.size);
-    position += character.size;
-    if (isControl(character.value) || (!isText && character.value >= 0x80)) {
-      for (const char byte : bytes) appendByte(visible, byte);
+    const Text::Character character = Text::characterAt(text, position);
+    if (Text::isPrintableASCII(text[position]) || !isUnsafe(character.value)) {
+      visible += text.substr(position, character.size);
     } else {
-      visible += bytes;
+      visible += escaped(character.value);
     }
+    position += character.size;
   }
   return visible;
+}
+
+std::string Wording::quoted(const std::optional<std::string>& name) {
+  return name ? "\"" + visible(*name) + "\"" : "without a name";
+}
+
+std::string Wording::of(const Report::Medium& medium) {
+  return fmt::format("{} ({})", quoted(medium.name), medium.ID ? visible(*medium.ID) : "no ID");
 }
 
 std::vector<std::string> Wording::visibleLines(std::string_view statement) {

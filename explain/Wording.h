@@ -6,17 +6,25 @@
 #include <string_view>
 #include <vector>
 
+#include "explain/Report.h"
 #include "updaters/UpdateObserver.h"
 
 /// Words for people, shared by the writers of reports.
 namespace Wording {
 
-/// The text with control characters and what is no UTF-8 written visibly ("\n", "\x80"), so that neither a terminal nor
-/// a layout is at the mercy of a device's text.
+/// The text with ASCII escapes for what must not reach a terminal or a page as it is: control characters ("\n",
+/// "\x1b"), characters that change the direction of text or cannot be seen ("\u202e"), and bytes that are no UTF-8
+/// ("\xe9").
 std::string visible(std::string_view text);
 
 /// The lines of a statement, each visible.
 std::vector<std::string> visibleLines(std::string_view statement);
+
+/// The text, visible, between double quotes; "without a name" when there is none.
+std::string quoted(const std::optional<std::string>& name);
+
+/// A medium by its name and its ID, as far as the device gives them: `"Canvas" (4711)`.
+std::string of(const Report::Medium& medium);
 
 /// Why a custom medium did not become a choice.
 std::string of(MediumProblem problem);

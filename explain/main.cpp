@@ -5,7 +5,6 @@
 // --strict when there are warnings.
 
 #include <getopt.h>
-#include <unistd.h>
 
 #include <array>
 #include <cstdio>
@@ -15,8 +14,11 @@
 #include <string>
 
 #include "explain/ExplainedRun.h"
+#include "explain/MediumFilter.h"
 #include "explain/OutputFile.h"
 #include "explain/ReportWriters.h"
+#include "explain/Terminal.h"
+#include "explain/Wording.h"
 
 namespace {
 
@@ -29,24 +31,29 @@ what it does and why, instead of writing the PPD.
 
   -f, --format=FORMAT  text (the default), json or html
   -o, --output=FILE    also write the PPD, to FILE
-      --full           show every changed statement
+      --summary        only the first lines, and one for each kind of warning
+      --warnings       only the first lines and every warning
+      --full           everything, where otherwise long lists end with a count
+  -m, --medium=NAME-OR-ID
+                       only what is about this medium
       --strict         exit with 3 when there are warnings
   -h, --help           show this help
   -V, --version        show the version
 
 Exit status: 0 or 1 as the tool's, 2 for wrong usage, 3 see --strict.
-Environment: NO_COLOR, and that of the device-model library.
+Environment: NO_COLOR, PAGER, and that of the device-model library.
 )";
 
 enum class Format { text, json, html };
 constexpr int kStrictError = 3;
-constexpr int kFull = 256;  // options without a short form
-constexpr int kStrict = 257;
+// Options without a short form.
+enum LongOption { kFull = 256, kStrict, kSummary, kWarnings };
 
 struct Options {
   Format format = Format::text;
   std::optional<std::string> output;
-  bool full = false;
+  ReportWriters::Detail detail = ReportWriters::Detail::usual;
+  std::optional<std::string> medium;
   bool strict = false;
 };
 
@@ -57,8 +64,14 @@ std::optional<Format> formatNamed(const std::string& name) {
   return std::nullopt;
 }
 
+// What somebody typed, or a file is named, may hold anything.
+void say(const std::string& what) {
+  std::fprintf(stderr, "vorantis-autosetup-explain: %s\n", Wording::visible(what).c_str());
+}
+
 [[noreturn]] void wrongUsage(const std::string& what) {
-  std::fprintf(stderr, "vorantis-autosetup-explain: %s\nTry 'vorantis-autosetup-explain --help'.\n", what.c_str());
+  say(what);
+  std::fputs("Try 'vorantis-autosetup-explain --help'.\n", stderr);
   std::exit(kUsageError);
 }
 
@@ -67,18 +80,21 @@ std::optional<Format> formatNamed(const std::string& name) {
   std::exit(printed ? 0 : kUsageError);
 }
 
-constexpr std::array<option, 7> kOptions = {{{"format", required_argument, nullptr, 'f'},
-                                             {"output", required_argument, nullptr, 'o'},
-                                             {"full", no_argument, nullptr, kFull},
-                                             {"strict", no_argument, nullptr, kStrict},
-                                             {"help", no_argument, nullptr, 'h'},
-                                             {"version", no_argument, nullptr, 'V'},
-                                             {nullptr, 0, nullptr, 0}}};
+constexpr std::array<option, 10> kOptions = {{{"format", required_argument, nullptr, 'f'},
+                                              {"output", required_argument, nullptr, 'o'},
+                                              {"full", no_argument, nullptr, kFull},
+                                              {"summary", no_argument, nullptr, kSummary},
+                                              {"warnings", no_argument, nullptr, kWarnings},
+                                              {"medium", required_argument, nullptr, 'm'},
+                                              {"strict", no_argument, nullptr, kStrict},
+                                              {"help", no_argument, nullptr, 'h'},
+                                              {"version", no_argument, nullptr, 'V'},
+                                              {nullptr, 0, nullptr, 0}}};
 
 Options optionsFrom(int argc, char** argv) {
   Options options;
   opterr = 0;
-  for (int found; (found = getopt_long(argc, argv, "+f:o:hV", kOptions.data(), nullptr)) != -1;) {
+  for (int found; (found = getopt_long(argc, argv, "+f:o:m:hV", kOptions.data(), nullptr)) != -1;) {
     switch (found) {
       case 'f':
         if (const auto format = formatNamed(optarg)) {
@@ -90,8 +106,17 @@ Options optionsFrom(int argc, char** argv) {
       case 'o':
         options.output = optarg;
         break;
+      case 'm':
+        options.medium = optarg;
+        break;
       case kFull:
-        options.full = true;
+        options.detail = ReportWriters::Detail::full;
+        break;
+      case kSummary:
+        options.detail = ReportWriters::Detail::summary;
+        break;
+      case kWarnings:
+        options.detail = ReportWriters::Detail::warnings;
         break;
       case kStrict:
         options.strict = true;
@@ -107,22 +132,24 @@ Options optionsFrom(int argc, char** argv) {
   return options;
 }
 
-bool usesColour() {
-  const char* noColour = std::getenv("NO_COLOR");
-  const char* terminal = std::getenv("TERM");
-  const bool wanted = noColour == nullptr || *noColour == '\0';
-  return wanted && isatty(STDOUT_FILENO) != 0 && terminal != nullptr && std::string(terminal) != "dumb";
-}
-
 std::string reportFor(const Report& report, const Options& options) {
+  const bool full = options.detail == ReportWriters::Detail::full;
   switch (options.format) {
     case Format::json:
-      return ReportWriters::json(report);
+      return ReportWriters::json(report, full);
     case Format::html:
-      return ReportWriters::html(report);
+      return ReportWriters::html(report, full);
     default:
-      return ReportWriters::text(report, {usesColour(), options.full});
+      return ReportWriters::text(report, {Terminal::showsColours(), Terminal::width(), options.detail});
   }
+}
+
+void print(const Report& report, const Options& options) {
+  const auto onMedium = options.medium ? reportOnMedium(report, *options.medium) : std::nullopt;
+  if (options.medium && !onMedium) wrongUsage("the device has no medium of this name or ID: " + *options.medium);
+  const std::string text = reportFor(onMedium ? *onMedium : report, options);
+  const bool forPeople = options.format == Format::text;
+  if (!(forPeople ? Terminal::show(text) : Terminal::print(text))) wrongUsage("the report cannot be written");
 }
 
 int explain(int argc, char** argv) {
@@ -133,10 +160,7 @@ int explain(int argc, char** argv) {
   argv[optind - 1] = argv[0];
   const ExplainedRun run = ExplainedRun::of(count + 1, argv + optind - 1);
 
-  const std::string report = reportFor(run.report, options);
-  if (std::fwrite(report.data(), 1, report.size(), stdout) != report.size() || std::fflush(stdout) != 0) {
-    wrongUsage("the report cannot be written");
-  }
+  print(run.report, options);
   if (options.output && run.report.succeeded() && !OutputFile::write(*options.output, run.result)) {
     wrongUsage("cannot write " + *options.output);
   }
@@ -150,7 +174,7 @@ int main(int argc, char** argv) {
   try {
     return explain(argc, argv);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "vorantis-autosetup-explain: %s\n", error.what());
+    say(error.what());
     return 1;
   }
 }

@@ -17,8 +17,8 @@ constexpr const char* kSignature = "-[ATCustomMediaTypesReaderImpl dataFromDevic
 
 // The beginning of a record, by record key and store key; it ends at the first value that the store item lacks.
 constexpr std::array<std::pair<const char*, const char*>, 5> kRecordBeginning = {{
-    {MediaKey::name, "Name"},
-    {MediaKey::ID, "MediumID"},
+    {MediaKey::name, StoreKey::name},
+    {MediaKey::ID, StoreKey::ID},
     {MediaKey::categoryName, "CategoryName"},
     {MediaKey::categoryID, "CategoryID"},
     {MediaKey::profiles, "ICCProfiles"},
@@ -75,8 +75,8 @@ DeviceValue ATCustomMediaTypesReaderImpl::dataFromDevice(const std::string& devi
   }
   const auto info = serviceInfo(library, deviceURI, modelName);
   const DeviceValue stored = storedMedia(library, info.get());
-  const DeviceValue media = stored.valueForKey("MediaInfo");
-  const DeviceValue version = stored.valueForKey("MediumListVersion");
+  const DeviceValue media = stored.valueForKey(StoreKey::media);
+  const DeviceValue version = stored.valueForKey(StoreKey::listVersion);
 
   ATLog(kSignature, "Media list version in VMF DataStore {}", version.description());
   if (!media.isAbsent() && media.map() == nullptr) throw ATException::wrongType("\"MediaInfo\" is no map");

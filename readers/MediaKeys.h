@@ -23,3 +23,14 @@ inline constexpr const char* profileGloss = "GlossEnhancer";
 inline constexpr const char* profileOutputMode = "OutputMode";
 
 }  // namespace MediaKey
+
+/// The keys of the represented object of the store's media item, and of the media in it.
+namespace StoreKey {
+
+inline constexpr const char* listVersion = "MediumListVersion";
+inline constexpr const char* media = "MediaInfo";
+
+inline constexpr const char* name = "Name";
+inline constexpr const char* ID = "MediumID";
+
+}  // namespace StoreKey

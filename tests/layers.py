@@ -15,7 +15,7 @@ MAY_INCLUDE = {
     "readers/framework": ["base", "readers"],
     "updaters": ["base", "ppd", "readers"],
     "driver": ["base", "ppd", "readers", "updaters"],
-    "explain": ["base", "ppd", "readers", "updaters", "driver"],
+    "explain": ["base", "ppd", "readers", "updaters", "driver", "library/Snapshot.h"],
     "capture": ["base", "ppd", "readers"],
     "library": [],
 }

@@ -26,6 +26,8 @@ import subprocess
 import sys
 import tempfile
 
+import json_schema
+
 DEFAULT_URI = b"socket://192.0.2.10:9100"
 
 
@@ -75,6 +77,7 @@ class Runner:
         self.options = options
         self.log = options.log
         self.explain = options.explain
+        self.schema = json_schema.validator(options.schema) if options.explain else None
         self.capture = options.capture
 
     def call(self, case, arguments):
@@ -146,7 +149,9 @@ class Runner:
             problems = check("status, explained", read(case / "expected.status"), b"%d\n" % result.returncode)
             problems += check("output, explained", read(case / "expected.ppd") or b"", read(written) or b"")
             problems += check("standard error, explained", b"", result.stderr)
-        succeeded = json.loads(result.stdout)["succeeded"]
+        report = json.loads(result.stdout)
+        problems += json_schema.problems_of(report, self.schema)
+        succeeded = report["succeeded"]
         return problems + check("success, explained", b"%d" % (result.returncode == 0), b"%d" % succeeded)
 
     def check_log(self, case):
@@ -199,10 +204,13 @@ def main():
     library.add_argument("--framework", type=pathlib.Path, help="an Objective-C framework, for programs that use one")
     parser.add_argument("--log", type=pathlib.Path, help="where a diagnostic build of the tool writes its messages: check them too")
     parser.add_argument("--explain", type=pathlib.Path, help="the program that explains a run, which must agree")
+    parser.add_argument("--schema", type=pathlib.Path, help="the JSON schema that its reports must follow; needed with --explain")
     parser.add_argument("--capture", type=pathlib.Path, help="the program that captures a device, for replays")
     parser.add_argument("--verbose", action="store_true", help="name the cases that pass, too")
     parser.add_argument("cases", type=pathlib.Path, nargs="+", help="case folders, or folders of them")
     options = parser.parse_args()
+    if options.explain and not options.schema:
+        parser.error("--explain needs --schema")
     if not options.log:
         return run_all(options)
     with DiagnosticLog(options.log):

@@ -189,10 +189,11 @@ void ATMediaTypePCL3PPDUpdater::updateCupsProfile(const ATPPD::AttributePtr& pro
   // The value has its quotes and the path has none, so only an unquoted value is ever left alone: that is meant.
   if (path == profile->value()) return;
   const auto& name = withQZProfileAttribute.factoryProfileName();
+  observer().willRestoreProfile(*profile);
   profile->setValue(quoted(path));
   profile->setText(name);
   setTextOfLocalizations(withQZProfileAttribute.spec(), name, inPPD);
-  observer().didRestoreProfile(withQZProfileAttribute.spec(), false);
+  observer().didRestoreProfile(*profile);
 }
 
 void ATMediaTypePCL3PPDUpdater::removeInclusionsOfMediaWithID(const std::string& choiceName, ATPPD& fromPPD) const {

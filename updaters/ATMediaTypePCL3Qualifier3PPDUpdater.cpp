@@ -58,7 +58,7 @@ void ATMediaTypePCL3Qualifier3PPDUpdater::updateCupsProfile(
                                        withQZProfileAttribute.factoryPath(), inPPD);
   if (!attributes) return;
   for (const auto& attribute : *attributes) inPPD.addPPDAttribute(attribute);
-  observer().didRestoreProfile(withQZProfileAttribute.spec(), true);
+  observer().didMakeProfileAnew(withQZProfileAttribute.spec());
 }
 
 std::vector<std::string> ATMediaTypePCL3Qualifier3PPDUpdater::choiceNamesForOption(

@@ -62,10 +62,12 @@ class UpdateObserver {
   virtual void didReadFamily(const std::string& /*familyCode*/, bool /*libraryAvailable*/) {}
 
   /// Cleaning up: a medium of an earlier setup goes; with it, a profile statement whose spec contains its name; a
-  /// profile statement was set to the factory's, or made from it (`madeAnew`).
+  /// profile statement is set to the factory's, which may be what it was, or is made from it.
   virtual void willRemoveMedium(std::string_view /*choiceName*/) {}
   virtual void willRemoveProfile(const ATPPDAttribute& /*profile*/, std::string_view /*forChoiceName*/) {}
-  virtual void didRestoreProfile(const ATPPD::Spec& /*spec*/, bool /*madeAnew*/) {}
+  virtual void willRestoreProfile(const ATPPDAttribute& /*profile*/) {}
+  virtual void didRestoreProfile(const ATPPDAttribute& /*profile*/) {}
+  virtual void didMakeProfileAnew(const ATPPD::Spec& /*spec*/) {}
 
   /// Around the work on one record of the media list; what follows in between belongs to it.
   virtual void willProcess(const DeviceValue& /*record*/, bool /*isCustom*/) {}

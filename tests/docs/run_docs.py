@@ -40,12 +40,17 @@ class Checks:
 
     def warnings(self):
         """Every warning of the report is explained, in the documents and in the manual page."""
+        codes = re.findall(r'^    "([a-z0-9-]+)",$', (self.root / "explain/WarningCodes.h").read_text(), re.MULTILINE)
         sources = "".join(path.read_text() for path in (self.root / "explain").glob("*.cpp"))
-        codes = set(re.findall(r'\bwarn\(\s*"([a-z-]+)"', sources)) | set(re.findall(r'\{"([a-z0-9-]+)", ?\n', sources))
+        used = set(re.findall(r'(?:\bwarn|emplace_back)\(\s*\{?\s*"([a-z0-9]+(?:-[a-z0-9]+)+)"', sources))
+        used |= set(re.findall(r'\bwarn\(\s*"([a-z]+)"', sources))
         document = self.documents[self.root / "docs/explain.md"]
         page = (self.root / "man/vorantis-autosetup-explain.1.in").read_text().replace("\\-", "-")
-        self.expect("warnings are found in the sources", len(codes) > 9)
-        for code in sorted(codes):
+        self.expect("warnings are found in the sources", len(codes) > 40 and len(used) > 40)
+        self.expect("the order of the warnings has every one that there is, and no other", set(codes) == used)
+        table = re.findall(r"`([a-z0-9-]+)`", "".join(re.findall(r"^\| (`[^|]+) \|", document.split("## Warnings")[1], re.MULTILINE)))
+        self.expect("docs/explain.md has the warnings in the order of reports", table[:len(codes)] == codes)
+        for code in codes:
             self.expect(f"docs/explain.md and the manual page explain {code}", f"`{code}`" in document and code in page)
 
     def settings(self):

@@ -10,16 +10,19 @@
 #include <string>
 #include <vector>
 
+#include "base/ATException.h"
 #include "explain/ReportWriters.h"
 #include "library/Snapshot.h"
 #include "tests/support/SnapshotDeviceModelLibrary.h"
 #include "tests/support/TemporaryFolder.h"
 
+using ReportWriters::Detail;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using testing::StartsWith;
 
 namespace {
 
@@ -165,19 +168,21 @@ TEST(ExplainedRun, TellsThatTheLibraryIsNotThereOrWasNotAsked) {
   const ExplainedRun withID = ExplainedRun::of(4, arguments.data());
   DeviceModelLibrary::setDefaultLibrary(nullptr);
   EXPECT_THAT(warningsOf(withoutLibrary), ElementsAre("no-library"));
-  EXPECT_THAT(warningsOf(withID), IsEmpty());
+  EXPECT_THAT(warningsOf(withID), ElementsAre("device-not-asked"));
   ASSERT_TRUE(withoutLibrary.report.device);
   EXPECT_FALSE(withoutLibrary.report.device->libraryAvailable);
   EXPECT_FALSE(withoutLibrary.report.device->media);
   EXPECT_THAT(ReportWriters::text(withoutLibrary.report, {}), HasSubstr("The library is not there."));
   EXPECT_FALSE(withID.report.device);
-  EXPECT_THAT(ReportWriters::text(withID.report, {}), HasSubstr("known by its ID only"));
 }
 
 TEST(ExplainedRun, TellsWhyAMediumIsLeftOut) {
   const ExplainedRun run = explain(ppd("ATMediaTypePSPPDUpdater"), device(custom(std::string(300, 'n'), "4711")));
   EXPECT_FALSE(medium(run).added);
   EXPECT_EQ(medium(run).notAdded, "its choice statement would be longer than 255 bytes");
+  EXPECT_THAT(warningsOf(run), ElementsAre("medium-left-out"));
+  ASSERT_TRUE(run.report.warnings[0].about);
+  EXPECT_EQ(run.report.warnings[0].about->ID, "4711");
 }
 
 TEST(ExplainedRun, WarnsOfAMediumThatIsNoCustomOneForWantOfAName) {
@@ -186,6 +191,61 @@ TEST(ExplainedRun, WarnsOfAMediumThatIsNoCustomOneForWantOfAName) {
   EXPECT_FALSE(medium(run).device.custom);
   EXPECT_THAT(warningsOf(run), ElementsAre("record-incomplete"));
   EXPECT_THAT(run.report.warnings[0].text, HasSubstr("no category name for the medium \"Canvas\""));
+}
+
+TEST(ExplainedRun, ShowsTheIDOfAMediumWithoutAName) {
+  const ExplainedRun run = explain(ppd("ATMediaTypePSPPDUpdater"), device(R"("a": {"MediumID": "9"})"));
+  EXPECT_THAT(warningsOf(run), ElementsAre("record-incomplete"));
+  EXPECT_EQ(run.report.device->media->at(0).ID, "9");
+  EXPECT_EQ(medium(run).device.ID, "9");
+}
+
+TEST(ExplainedRun, NamesTheMediumAtWhichAnErrorEndedTheRun) {
+  const ExplainedRun run = explain(
+      ppd("ATMediaTypePSPPDUpdater"),
+      device(
+          R"("a": {"Name": 24, "MediumID": "4711", "CategoryName": "C", "CategoryID": "CUSTOM", "ICCProfiles": []})"));
+  EXPECT_THAT(run.report.failure, HasSubstr("(at the medium \"24\" (4711))"));
+  EXPECT_THAT(medium(run).notAdded, HasSubstr("an error ended the run: "));
+}
+
+TEST(ExplainedRun, TellsTheWordsOfALibraryThatCannotBeUsed) {
+  struct : SnapshotDeviceModelLibrary {
+    using SnapshotDeviceModelLibrary::SnapshotDeviceModelLibrary;
+    bool isAvailable() override { throw ATException::libraryFailure("the loader's words"); }
+  } broken(snapshot::Snapshot{});
+  const TemporaryFolder folder;
+  const std::string path = folder.file("input.ppd", ppd("ATMediaTypePSPPDUpdater"));
+  const std::array<const char*, 3> arguments = {"tool", kURI, path.c_str()};
+  DeviceModelLibrary::setDefaultLibrary(&broken);
+  const ExplainedRun run = ExplainedRun::of(3, arguments.data());
+  EXPECT_EQ(&DeviceModelLibrary::defaultLibrary(), &broken) << "watched for the length of the run only";
+  DeviceModelLibrary::setDefaultLibrary(nullptr);
+  EXPECT_FALSE(run.report.succeeded());
+  EXPECT_THAT(warningsOf(run), ElementsAre("library-failed"));
+  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("the loader's words"));
+}
+
+TEST(ExplainedRun, TellsTheQuestionAsItWasAsked) {
+  const ExplainedRun run = explain(ppd("ATMediaTypePSPPDUpdater"), device(""));
+  ASSERT_TRUE(run.report.device && run.report.device->question);
+  EXPECT_EQ(run.report.device->question->deviceURI, kURI);
+  EXPECT_EQ(run.report.device->question->modelName, "\"Z9\"");
+  EXPECT_TRUE(run.report.device->storeFound && run.report.device->itemFound);
+  const ExplainedRun older = explain(
+      ppd("ATMediaTypePSPPDUpdater"),
+      R"({"format": "vorantis-device-snapshot", "formatVersion": 1, "offersServiceInfoWithSpec": false, "devices": []})");
+  EXPECT_EQ(older.report.device->question->modelName, std::nullopt);
+  EXPECT_FALSE(older.report.device->storeFound);
+}
+
+TEST(ExplainedRun, TellsMediaOfThisRunFromThoseOfAnEarlierSetup) {
+  const std::string updaters = "ATMediaTypePSPPDUpdater ATMediaTypePSPPDUpdater";
+  const ExplainedRun run = explain(ppd(updaters), device(custom("Canvas", "4711") + "," + custom("Satin", "4712")));
+  EXPECT_THAT(run.report.updaters[0].removedMedia, IsEmpty());
+  EXPECT_THAT(run.report.updaters[1].removedMedia, IsEmpty());
+  EXPECT_THAT(run.report.updaters[1].replacedMedia, ElementsAre("Custom1", "Custom2\"\n*End\n"));
+  EXPECT_EQ(run.report.lastMediaUpdater(), &run.report.updaters[1]);
 }
 
 TEST(ExplainedRun, TellsWhatBecameOfEachProfile) {
@@ -234,13 +294,16 @@ TEST(ExplainedRun, TellsWhatWasCleanedUpAndRestored) {
   EXPECT_THAT(run.report.updaters[0].removedMedia, ElementsAre("Custom1"));
   EXPECT_THAT(run.report.updaters[0].restoredProfiles, ElementsAre(".Plain."));
   EXPECT_THAT(warningsOf(run), ElementsAre("profile-removed-for-another"));
+  const ExplainedRun again = explain(run.result, device(""));
+  EXPECT_THAT(again.report.updaters[0].restoredProfiles, IsEmpty()) << "it is the factory's already";
+  EXPECT_THAT(warningsOf(again), ElementsAre("earlier-setup"));
 }
 
 TEST(ExplainedRun, WarnsOfWhatReadingCutsAndSplits) {
   const ExplainedRun run = explain("*A: 1\n*B: \"" + std::string(300, 'x') + "\"\n*C: \xE9\n*D: 1\n", std::nullopt);
-  EXPECT_THAT(warningsOf(run), ElementsAre("cut-at-non-utf8", "line-split", "no-updaters", "line-too-long"));
-  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("line 4"));
-  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("\\xe9"));
+  EXPECT_THAT(warningsOf(run), ElementsAre("no-updaters", "cut-at-non-utf8", "line-split", "line-too-long"));
+  EXPECT_THAT(run.report.warnings[1].text,
+              HasSubstr("line 4, which is not UTF-8 from byte 317 of 325 of the file on (\\xe9)"));
 }
 
 TEST(ExplainedRun, DoesNotBlameBytesBehindAMalformedLine) {
@@ -276,8 +339,9 @@ TEST(ExplainedRun, WarnsWhenNoUpdaterIsNamed) {
   const std::string none = "*PPD-Adobe: \"4.3\"\n";
   EXPECT_THAT(warningsOf(explain(none, device(""))), ElementsAre("no-updaters"));
   const ExplainedRun unquoted = explain(none + "*QZPPDUpdaters: ATMediaTypePSPPDUpdater\n", device(""));
-  EXPECT_THAT(warningsOf(unquoted), ElementsAre("no-updaters"));
-  EXPECT_THAT(unquoted.report.warnings[0].text, HasSubstr("*QZPPDUpdaters: ATMediaTypePSPPDUpdater."));
+  EXPECT_THAT(warningsOf(unquoted), ElementsAre("updaters-not-quoted"));
+  EXPECT_THAT(unquoted.report.warnings[0].text, HasSubstr("nothing is done: ATMediaTypePSPPDUpdater"));
+  EXPECT_THAT(warningsOf(explain(none + "*QZPPDUpdaters: \"\"\n", device(""))), ElementsAre("no-updaters"));
   const std::string second = "*QZPPDUpdaters: \"ATMediaTypePSPPDUpdater\"\n";
   EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater", second), device(""))), ElementsAre("second-updaters"));
 }
@@ -292,7 +356,54 @@ TEST(ExplainedRun, WarnsOfADeviceThatNobodyKnows) {
 
   const std::string before =
       explain(ppd("ATMediaTypePSPPDUpdater", "*cupsLanguages: \"de\"\n"), device(custom("Canvas", "4711"))).result;
-  EXPECT_THAT(warningsOf(explain(before, unknown)), ElementsAre("no-device", "earlier-media-removed"));
+  EXPECT_THAT(warningsOf(explain(before, unknown)), ElementsAre("no-device", "earlier-media-removed", "earlier-setup"));
+}
+
+TEST(ExplainedRun, WarnsOfWhatAnEarlierSetupLeft) {
+  const std::string left =
+      "*cupsICCProfile .Custom7./Old: \"/p/old.icc\"\n*QZValueAttributes MediaType.Custom8: \"a=b\"\n";
+  std::string text = ppd("ATMediaTypePCL3PPDUpdater", left);
+  text.insert(text.find("*MediaType Glossy"), "*MediaType Custom9/Old: \"(9)\"\n*MediaType CustomRoll/Mine: \"(8)\"\n");
+  const ExplainedRun run = explain(text, device(custom("Canvas", "4711")));
+  EXPECT_THAT(warningsOf(run), ElementsAre("left-by-earlier-setup", "left-by-earlier-setup", "left-by-earlier-setup"));
+  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("choice Custom9"));
+  EXPECT_THAT(run.report.warnings[1].text, HasSubstr("profile .Custom7."));
+  EXPECT_THAT(run.report.warnings[2].text, HasSubstr("property statement MediaType.Custom8"));
+}
+
+TEST(ExplainedRun, WarnsOfACategoryInOtherLetters) {
+  const std::string media =
+      R"("a": {"Name": "Canvas", "MediumID": "1001", "CategoryName": "C", "CategoryID": "Custom", "ICCProfiles": []})";
+  EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater"), device(media))), ElementsAre("category-unknown"));
+}
+
+TEST(ExplainedRun, WarnsOfAnIDThatNoChoiceHas) {
+  const std::string parent = custom("Canvas", "4711", R"(, "ParentID": "77")");
+  EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater"), device(parent))), ElementsAre("id-not-found"));
+}
+
+TEST(ExplainedRun, WarnsOfProfilesThatAreNoList) {
+  const std::string media =
+      R"("a": {"Name": "M", "MediumID": "4711", "CategoryName": "C", "CategoryID": "CUSTOM", "ICCProfiles": "none"})";
+  const ExplainedRun run = explain(ppd("ATMediaTypePCL3PPDUpdater"), device(media));
+  EXPECT_THAT(warningsOf(run), ElementsAre("profile-list-failed"));
+  EXPECT_TRUE(medium(run).added);
+}
+
+TEST(ExplainedRun, WarnsOfAnEmptyResult) {
+  EXPECT_THAT(warningsOf(explain("", std::nullopt)), ElementsAre("no-updaters", "empty-result"));
+}
+
+TEST(ExplainedRun, WarnsOfArgumentsInTheWrongOrder) {
+  const TemporaryFolder folder;
+  const std::string path = folder.file("input.ppd", ppd("ATMediaTypePSPPDUpdater"));
+  const std::array<const char*, 3> arguments = {"tool", path.c_str(), kURI};
+  EXPECT_THAT(warningsOf(ExplainedRun::of(3, arguments.data())), ElementsAre("arguments-swapped"));
+}
+
+TEST(ExplainedRun, WarnsOfAnIDThatEndsItsPostScriptString) {
+  EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater"), device(custom("Canvas", "47)11")))),
+              ElementsAre("postscript-string"));
 }
 
 TEST(ExplainedRun, WarnsOfANameThatNoLanguageShows) {
@@ -363,7 +474,7 @@ TEST(ReportWriters, TextIsAtMost80ColumnsWideAndPlainUnlessColourIsAskedFor) {
   }
   EXPECT_THAT(text, HasSubstr("is the choice Custom1"));
   EXPECT_THAT(text, Not(HasSubstr("\x1b")));
-  EXPECT_THAT(ReportWriters::text(exampleRun().report, {true, false}), HasSubstr("\x1b[1m"));
+  EXPECT_THAT(ReportWriters::text(exampleRun().report, {true, 80, Detail::usual}), HasSubstr("\x1b[1m"));
 }
 
 TEST(ReportWriters, TextShowsTheFirstChangesUnlessAllAreAskedFor) {
@@ -371,13 +482,13 @@ TEST(ReportWriters, TextShowsTheFirstChangesUnlessAllAreAskedFor) {
   for (int number = 0; number < 50; ++number) media += (number ? "," : "") + custom("M", std::to_string(4000 + number));
   const ExplainedRun run = explain(ppd("ATMediaTypePSPPDUpdater"), device(media));
   EXPECT_THAT(ReportWriters::text(run.report, {}), HasSubstr("more (--full)"));
-  EXPECT_THAT(ReportWriters::text(run.report, {false, true}), Not(HasSubstr("--full")));
+  EXPECT_THAT(ReportWriters::text(run.report, {false, 80, Detail::full}), Not(HasSubstr("--full")));
 }
 
 TEST(ReportWriters, JSONHasTheSchemaVersionAndTheWholeRun) {
   const auto json = snapshot::parseJSON(ReportWriters::json(exampleRun().report));
   EXPECT_EQ(*json.member("schema")->string(), "vorantis-autosetup-explain");
-  EXPECT_EQ(std::get<std::int64_t>(json.member("schemaVersion")->value), 1);
+  EXPECT_EQ(std::get<std::int64_t>(json.member("schemaVersion")->value), 2);
   EXPECT_TRUE(std::get<bool>(json.member("succeeded")->value));
   const auto& updaters = *json.member("updaters")->array();
   ASSERT_EQ(updaters.size(), 2U);
@@ -385,6 +496,65 @@ TEST(ReportWriters, JSONHasTheSchemaVersionAndTheWholeRun) {
   EXPECT_EQ(*updaters[0].member("media")->array()->at(0).member("choiceName")->string(), "Custom1");
   EXPECT_EQ(*json.member("device")->member("media")->array()->at(0).member("name")->string(),
             "<b>Canvas & \x1b[31mred</b>");
+  const auto& verdict = *json.member("verdict");
+  EXPECT_EQ(*verdict.member("colour")->string(), "odd");
+  EXPECT_EQ(std::get<std::int64_t>(verdict.member("media")->member("added")->value), 1);
+  EXPECT_EQ(std::get<std::int64_t>(verdict.member("warnings")->member("unknown-updater")->value), 1);
+}
+
+TEST(ReportWriters, JSONAndHTMLHoldTheFirstChangesUnlessAllAreAskedFor) {
+  std::string media;
+  for (int number = 0; number < 1100; ++number)
+    media += (number ? "," : "") + custom("M", std::to_string(4000 + number));
+  const ExplainedRun run = explain(ppd("ATMediaTypePSPPDUpdater"), device(media));
+  const auto changes = [&run](bool full) {
+    const auto json = snapshot::parseJSON(ReportWriters::json(run.report, full));
+    const auto& updater = json.member("updaters")->array()->at(0);
+    return std::pair(updater.member("changes")->array()->size(),
+                     std::get<std::int64_t>(updater.member("changeCount")->value));
+  };
+  EXPECT_EQ(changes(false), std::pair(std::size_t{1000}, std::int64_t{1102}));
+  EXPECT_EQ(changes(true), std::pair(std::size_t{1102}, std::int64_t{1102}));
+  EXPECT_THAT(ReportWriters::html(run.report), HasSubstr("… and 102 more (--full)"));
+  EXPECT_THAT(ReportWriters::html(run.report, true), Not(HasSubstr("(--full)")));
+}
+
+TEST(ReportWriters, TextBeginsWithTheVerdictAndTheWarnings) {
+  const std::string text = ReportWriters::text(exampleRun().report, {});
+  EXPECT_THAT(text,
+              StartsWith("Result   the PPD is written, but look below (exit status 0)\nMedia    1 on the device;"));
+  EXPECT_LT(text.find("\nWarnings\n"), text.find("\nReading the PPD\n"));
+}
+
+TEST(ReportWriters, TextCountsManyWarningsOfOneCode) {
+  Report report;
+  for (int number = 0; number < 9; ++number) {
+    report.warnings.push_back({"profile-missing", "file " + std::to_string(number), false, std::nullopt});
+  }
+  const auto text = [&report](Detail detail) { return ReportWriters::text(report, {false, 80, detail}); };
+  EXPECT_THAT(text(Detail::usual),
+              HasSubstr("  ! file 1 [profile-missing]\n    … and 7 more [profile-missing] (--warnings)"));
+  EXPECT_THAT(text(Detail::warnings), HasSubstr("file 8 [profile-missing]"));
+  EXPECT_THAT(text(Detail::full), HasSubstr("file 8 [profile-missing]"));
+  EXPECT_THAT(text(Detail::summary), HasSubstr("\n  9 profile-missing: file 0\n"));
+  EXPECT_THAT(text(Detail::summary), Not(HasSubstr("file 1")));
+}
+
+TEST(ReportWriters, TextIsAsWideAsTheTerminalWithinLimits) {
+  Report report;
+  report.warnings.push_back(
+      {"a", std::string(50, 'x') + " " + std::string(50, 'y') + " " + std::string(190, 'z'), false, std::nullopt});
+  const auto longest = [&report](std::size_t width) {
+    const std::string text = ReportWriters::text(report, {false, width, Detail::usual});
+    std::size_t most = 0;
+    for (std::size_t start = 0, end; (end = text.find('\n', start)) != std::string::npos; start = end + 1) {
+      most = std::max(most, end - start);
+    }
+    return most;
+  };
+  EXPECT_EQ(longest(10), 60U);
+  EXPECT_EQ(longest(120), 120U);
+  EXPECT_EQ(longest(1000), 198U);
 }
 
 TEST(ReportWriters, HTMLEscapesWhatTheDeviceSays) {
@@ -392,5 +562,6 @@ TEST(ReportWriters, HTMLEscapesWhatTheDeviceSays) {
   EXPECT_THAT(html, HasSubstr("&lt;b&gt;Canvas &amp; \\x1b[31mred&lt;/b&gt;"));
   EXPECT_THAT(html, Not(HasSubstr("<b>")));
   EXPECT_THAT(html, Not(HasSubstr("\x1b")));
-  EXPECT_THAT(html, Not(HasSubstr("http")));  // the page needs no other file
+  EXPECT_THAT(html, Not(HasSubstr("http:")));  // the page needs no other file
+  EXPECT_THAT(html, Not(HasSubstr("https:")));
 }

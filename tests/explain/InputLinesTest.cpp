@@ -40,6 +40,26 @@ TEST(InputLines, FindsWhereReadingEnds) {
   EXPECT_EQ(linesOf("*A: 1\n").firstThatIsNotUTF8(), std::nullopt);
 }
 
+TEST(InputLines, KnowsHowManyBytesThereAreAndWereRead) {
+  const InputLines lines = linesOf("*A: \xC3\xA9\n*B: \xE9\n*C: 3\n");
+  EXPECT_EQ(lines.size(), 19U);
+  EXPECT_EQ(lines.sizeRead(), 19U) << "what is behind the bytes that are no text, too";
+  EXPECT_FALSE(lines.isGzip() || lines.isDirectory());
+  const TemporaryFolder folder;
+  EXPECT_TRUE(InputLines::ofFile(folder.path()).isDirectory());
+  EXPECT_EQ(InputLines::ofFile(folder.path()).size(), std::nullopt);
+  EXPECT_EQ(InputLines::ofFile("/dev/null").size(), std::nullopt);
+}
+
+TEST(InputLines, TakesTheSizeOfGzipFromItsTrailer) {
+  // "*A: 1\n", not compressed (RFC 1951, section 3.2.4), with its checksum and length behind it.
+  const std::string gzip("\x1F\x8B\x08\0\0\0\0\0\0\x03\x01\x06\0\xF9\xFF*A: 1\n\xA5\x7C\xE9\x1C\x06\0\0\0", 29);
+  const InputLines lines = linesOf(gzip);
+  EXPECT_TRUE(lines.isGzip());
+  EXPECT_EQ(lines.size(), 6U);
+  EXPECT_EQ(linesOf(gzip.substr(0, 3)).size(), 3U) << "too short for a trailer";
+}
+
 TEST(InputLines, FindsLinesThatTheReaderSplits) {
   const std::string longLine = "*% " + std::string(600, 'x') + "\n";
   EXPECT_THAT(linesOf("*A: 1\n" + longLine + "*B: 2\n").split(), ElementsAre(2, 3));

@@ -7,8 +7,10 @@ namespace {
 
 Report reportWith(const std::vector<Report::MediumOutcome>& media) {
   Report report;
-  report.device = Report::DeviceAnswer{true, "1", std::vector<Report::Medium>(media.size() + 1), std::nullopt};
+  report.device.emplace();
+  report.device->media.emplace(media.size() + 1);
   Report::Updater updater;
+  updater.askedForMedia = true;
   updater.media = media;
   report.updaters.push_back(updater);
   return report;
@@ -28,7 +30,7 @@ TEST(Verdict, IsGoodOnlyWhenNothingIsOdd) {
   EXPECT_EQ(Verdict::colourOf(report), Verdict::Colour::good);
   EXPECT_EQ(Verdict::outcome(report), "the PPD is set up (exit status 0)");
 
-  report.warnings.push_back({"no-device", "text"});
+  report.warnings.push_back({"no-device", "text", false, std::nullopt});
   EXPECT_EQ(Verdict::colourOf(report), Verdict::Colour::odd);
   EXPECT_EQ(Verdict::outcome(report), "the PPD is written, but look below (exit status 0)");
 
@@ -37,15 +39,15 @@ TEST(Verdict, IsGoodOnlyWhenNothingIsOdd) {
   EXPECT_EQ(Verdict::outcome(report), "nothing is written (exit status 1)");
 }
 
-TEST(Verdict, AMediumThatLostAProfileIsOdd) {
+TEST(Verdict, CountsMediaThatWereLeftOutOrLostProfiles) {
   Report::MediumOutcome skipped = userMedium(true);
   skipped.profiles.push_back(Report::Profile());
-  EXPECT_EQ(Verdict::colourOf(reportWith({skipped})), Verdict::Colour::odd);
   Report::MediumOutcome failed = userMedium(true);
   failed.profilesFailure = "a reason";
-  EXPECT_EQ(Verdict::colourOf(reportWith({failed})), Verdict::Colour::odd);
   EXPECT_EQ(Verdict::media(reportWith({skipped, failed, userMedium(true), userMedium(false)})),
-            "5 on the device; of the user's 4, 3 became choices, 2 lost profiles");
+            "5 on the device; 4 are the user's, 3 became choices, 3 lost something");
+  EXPECT_EQ(Verdict::media(reportWith({Report::MediumOutcome()})),
+            "2 on the device; 0 are the user's, 0 became choices, 0 lost something");
 }
 
 TEST(Verdict, CountsWhatTheLastOfSeveralUpdatersDid) {
@@ -53,16 +55,19 @@ TEST(Verdict, CountsWhatTheLastOfSeveralUpdatersDid) {
   report.updaters.push_back(report.updaters[0]);
   report.updaters[1].media[0].added = true;
   report.updaters.emplace_back();
-  EXPECT_EQ(Verdict::media(report), "3 on the device; of the user's 2, 2 became choices, 0 lost profiles");
+  EXPECT_EQ(Verdict::media(report), "3 on the device; 2 are the user's, 2 became choices, 0 lost something");
 }
 
 TEST(Verdict, NoMediaWereAskedFor) {
   EXPECT_EQ(Verdict::media(Report()), "");
+  EXPECT_FALSE(Verdict::mediaCounts(Report()));
 }
 
-TEST(Verdict, CountsWarningsByTheirCode) {
+TEST(Verdict, CountsWarningsByTheirCodeTheGravestFirst) {
   Report report;
   EXPECT_EQ(Verdict::warnings(report), "");
-  report.warnings = {{"b", "1"}, {"a", "2"}, {"b", "3"}};
-  EXPECT_EQ(Verdict::warnings(report), "1 a, 2 b");
+  for (const char* code : {"swallowed", "no-device", "swallowed"}) {
+    report.warnings.push_back({code, "text", false, std::nullopt});
+  }
+  EXPECT_EQ(Verdict::warnings(report), "1 no-device, 2 swallowed");
 }

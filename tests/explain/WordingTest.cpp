@@ -10,11 +10,26 @@ using testing::StartsWith;
 TEST(Wording, MakesControlCharactersVisible) {
   EXPECT_EQ(Wording::visible("a\nb\r\tc\x1b[31m\x7f"), "a\\nb\\r\\tc\\x1b[31m\\x7f");
   EXPECT_EQ(Wording::visible("Caf\xC3\xA9 \xE2\x82\xAC"), "Caf\xC3\xA9 \xE2\x82\xAC");
-  EXPECT_EQ(Wording::visible("\xC2\x85\xE2\x80\xA8"), "\\xc2\\x85\\xe2\\x80\\xa8");
+  EXPECT_EQ(Wording::visible("\xC2\x85\xE2\x80\xA8"), "\\u0085\\u2028");
+}
+
+TEST(Wording, MakesCharactersVisibleThatTurnTextRoundOrCannotBeSeen) {
+  EXPECT_EQ(Wording::visible("a\u202Eb\u2066c\u061Cd"), "a\\u202eb\\u2066c\\u061cd");
+  EXPECT_EQ(Wording::visible("a\u200Bb\uFEFFc\u00ADd\u2029"), "a\\u200bb\\ufeffc\\u00add\\u2029");
+  EXPECT_EQ(Wording::visible("\U000E0041\uE000\u0378"), "\\U000e0041\\ue000\\u0378");
+  EXPECT_EQ(Wording::visible("\u05D0 \u4E2D \U0001F5A8"), "\u05D0 \u4E2D \U0001F5A8");
 }
 
 TEST(Wording, MakesBytesVisibleThatAreNoText) {
-  EXPECT_EQ(Wording::visible("a\xE9z"), "a\\xe9z");
+  EXPECT_EQ(Wording::visible("a\xE9z\n\x1b"), "a\\xe9z\\n\\x1b");
+}
+
+TEST(Wording, NamesAMediumByWhatTheDeviceGives) {
+  Report::Medium medium;
+  EXPECT_EQ(Wording::of(medium), "without a name (no ID)");
+  medium.name = "Can\nvas";
+  medium.ID = "4711";
+  EXPECT_EQ(Wording::of(medium), "\"Can\\nvas\" (4711)");
 }
 
 TEST(Wording, TakesAStatementApartIntoLines) {

@@ -37,8 +37,14 @@ class RecordingObserver : public UpdateObserver {
                                      [&profile](const auto& each) { return each.get() == &profile; });
     events.push_back(fmt::format("removing profile {} for {} {}", profile.spec(), forChoiceName, thereOrNot(isThere)));
   }
-  void didRestoreProfile(const ATPPD::Spec& spec, bool madeAnew) override {
-    events.push_back(fmt::format("{} {} {}", madeAnew ? "made" : "restored", spec, profileOf(spec)));
+  void willRestoreProfile(const ATPPDAttribute& profile) override {
+    events.push_back(fmt::format("restoring {} {}", profile.spec(), profileOf(profile.spec())));
+  }
+  void didRestoreProfile(const ATPPDAttribute& profile) override {
+    events.push_back(fmt::format("restored {} {}", profile.spec(), profileOf(profile.spec())));
+  }
+  void didMakeProfileAnew(const ATPPD::Spec& spec) override {
+    events.push_back(fmt::format("made {} {}", spec, profileOf(spec)));
   }
   void willProcess(const DeviceValue& record, bool isCustom) override {
     events.push_back(fmt::format("{} {}", isCustom ? "custom" : "factory", mediaNameOf(record)));

@@ -245,7 +245,7 @@ TEST(UpdateObserver, HearsOfEachProfileThatWasRestored) {
                                             factory(".D.", "D;;/d") + statement(".A.", "X", "/x") +
                                             statement(".B.", "X", "/x") + "*cupsICCProfile .D./X: /d\n",
                                         {}),
-      ElementsAre("restored .A. = A \"/a\""));
+      ElementsAre("restoring .A. = X \"/x\"", "restored .A. = A \"/a\""));
 }
 
 TEST(UpdateObserver, HearsOfProfilesThatWereRestoredAndThatWereMadeAnew) {
@@ -254,7 +254,7 @@ TEST(UpdateObserver, HearsOfProfilesThatWereRestoredAndThatWereMadeAnew) {
                   factory(".A.F", "A;;/a") + factory(".B.F", "B;;/b") + factory(".C.F", "C;;/" + tooLong) +
                       statement(".B.F", "X", "/x") + statement(".B.", "X", "/x"),
                   {}),
-              ElementsAre("made .A.F = A \"/a\"", "restored .B.F = B \"/b\""));
+              ElementsAre("made .A.F = A \"/a\"", "restoring .B.F = X \"/x\"", "restored .B.F = B \"/b\""));
 }
 
 TEST(UpdateObserver, RestoringOfTheFirstQualifierTellsWhatTheThirdTells) {

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "explain/MediumFilter.h"
+
+#include <algorithm>
+#include <set>
+#include <string_view>
+
+#include "explain/Words.h"
+
+namespace {
+
+class Filter {
+ public:
+  explicit Filter(const std::string& nameOrID) : wanted_(nameOrID) {}
+
+  bool apply(Report& report) {
+    if (!report.device || !report.device->media) return false;
+    keep(*report.device->media, [this](const Report::Medium& medium) { return isWanted(medium.name, medium.ID); });
+    if (report.device->media->empty()) return false;
+    for (Report::Updater& updater : report.updaters) keepMedia(updater);
+    for (Report::Updater& updater : report.updaters) {
+      keep(updater.changes, [this](const Report::Change& change) { return isOfChoices(change.before + change.after); });
+      updater.removedMedia.clear();
+      updater.replacedMedia.clear();
+      updater.restoredProfiles.clear();
+    }
+    keep(report.warnings, [this](const Report::Warning& warning) {
+      return warning.about ? isWanted(warning.about->name, warning.about->ID) : isOfChoices(warning.text);
+    });
+    return true;
+  }
+
+ private:
+  template <class Element, class Condition>
+  static void keep(std::vector<Element>& elements, const Condition& condition) {
+    std::erase_if(elements, [&condition](const Element& element) { return !condition(element); });
+  }
+
+  bool isWanted(const Report::OptionalText& name, const Report::OptionalText& ID) const {
+    return name == wanted_ || ID == wanted_;
+  }
+
+  void keepMedia(Report::Updater& updater) {
+    keep(updater.media,
+         [this](const Report::MediumOutcome& medium) { return isWanted(medium.device.name, medium.device.ID); });
+    for (const Report::MediumOutcome& medium : updater.media) {
+      if (medium.choiceName) choices_.insert(*medium.choiceName);
+    }
+  }
+
+  bool isOfChoices(std::string_view text) const {
+    return std::any_of(choices_.begin(), choices_.end(),
+                       [text](const std::string& choice) { return holdsWord(text, choice); });
+  }
+
+  const std::string& wanted_;
+  std::set<std::string> choices_;
+};
+
+}  // namespace
+
+std::optional<Report> reportOnMedium(const Report& report, const std::string& nameOrID) {
+  std::optional<Report> filtered = report;
+  if (!Filter(nameOrID).apply(*filtered)) return std::nullopt;
+  return filtered;
+}

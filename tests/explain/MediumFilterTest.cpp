@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "explain/MediumFilter.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+Report::MediumOutcome outcome(const char* name, const char* ID, const char* choice) {
+  Report::MediumOutcome medium;
+  medium.device.name = name;
+  medium.device.ID = ID;
+  medium.choiceName = choice;
+  return medium;
+}
+
+Report reportOnTwoMedia() {
+  Report report;
+  Report::Updater updater;
+  updater.media = {outcome("Canvas", "4711", "Custom1"), outcome("Satin", "4712", "Custom12")};
+  updater.changes = {{Report::ChangeKind::added, "", "*MediaType Custom1/Canvas: \"\"\n"},
+                     {Report::ChangeKind::added, "", "*MediaType Custom12/Satin: \"\"\n"},
+                     {Report::ChangeKind::added, "", "*Other: 1\n"}};
+  report.device.emplace();
+  report.device->media = {updater.media[0].device, updater.media[1].device};
+  report.warnings = {{"a", "of Canvas", false, Report::AboutMedium{"Canvas", "4711"}},
+                     {"b", "of Satin", false, Report::AboutMedium{"Satin", "4712"}},
+                     {"c", "the statement *MediaType Custom1/x", false, std::nullopt},
+                     {"d", "the statement *MediaType Custom12/x", false, std::nullopt}};
+  updater.removedMedia = {"Custom1"};
+  report.updaters.push_back(updater);
+  return report;
+}
+
+}  // namespace
+
+TEST(MediumFilter, KeepsWhatIsAboutTheMedium) {
+  for (const char* wanted : {"Canvas", "4711"}) {
+    const auto report = reportOnMedium(reportOnTwoMedia(), wanted);
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->device->media->size(), 1U);
+    ASSERT_EQ(report->updaters[0].media.size(), 1U);
+    EXPECT_EQ(report->updaters[0].media[0].choiceName, "Custom1");
+    ASSERT_EQ(report->updaters[0].changes.size(), 1U);
+    EXPECT_EQ(report->updaters[0].changes[0].after, "*MediaType Custom1/Canvas: \"\"\n");
+    ASSERT_EQ(report->warnings.size(), 2U);
+    EXPECT_EQ(report->warnings[0].code, "a");
+    EXPECT_EQ(report->warnings[1].code, "c");
+    EXPECT_TRUE(report->updaters[0].removedMedia.empty());
+  }
+}
+
+TEST(MediumFilter, HasNothingOfAMediumThatTheDeviceDoesNotHave) {
+  EXPECT_FALSE(reportOnMedium(reportOnTwoMedia(), "Roll"));
+  EXPECT_FALSE(reportOnMedium(Report(), "Canvas"));
+}
