@@ -13,6 +13,7 @@ import copy
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -128,9 +129,9 @@ class Checks:
 
 class Schema:
     def __init__(self, path):
-        schema = json.loads(path.read_text())
-        jsonschema.Draft202012Validator.check_schema(schema)
-        self.validator = jsonschema.Draft202012Validator(schema)
+        self.schema = json.loads(path.read_text())
+        jsonschema.Draft202012Validator.check_schema(self.schema)
+        self.validator = jsonschema.Draft202012Validator(self.schema)
 
     def objection(self, value):
         """What the schema has against the value, and where; empty when it accepts the value."""
@@ -193,10 +194,36 @@ def stored_cases(checks, schema, cases):
     checks.expect("the named cases are there", seen == NO_JSON | REFUSED_FORMS, " ".join(seen ^ (NO_JSON | REFUSED_FORMS)))
 
 
-def status_with(options, snapshot, ppd):
+def run_tool(options, snapshot, ppd):
     environment = {**os.environ, "LD_LIBRARY_PATH": options.library_dir, "QZVORANTISMODEL_SNAPSHOT": str(snapshot)}
-    return subprocess.run([options.tool, URI, ppd], env=environment, stdout=subprocess.DEVNULL, timeout=60,
-                          check=False).returncode
+    result = subprocess.run([options.tool, URI, ppd], env=environment, stdout=subprocess.PIPE, timeout=60, check=False)
+    return result.returncode, result.stdout
+
+
+def members(schema):
+    """The names of all members that a schema knows."""
+    names = {name for key in ("properties", "$defs") for name in schema.get(key, {})} - set(schema.get("$defs", ()))
+    return names.union(*(members(part) for part in schema.values() if isinstance(part, dict)))
+
+
+def documented(checks, schema, options):
+    """Document and manual page tell of every member; the document's example gives what is said of it there."""
+    document = (options.root / "docs/device-snapshot.md").read_text()
+    page = (options.root / "man/vorantis-device-snapshot.5.in").read_text()
+    for name in members(schema.schema):
+        checks.expect(f"docs/device-snapshot.md and the manual page tell of {name}", f"`{name}`" in document and
+                      re.search(rf"^\.B {name}$|member\n\.BR {name} ", page, re.MULTILINE))
+    example = re.search(r"```json\n(.*?)```", document, re.DOTALL)[1]
+    objection = schema.objection(json.loads(example))
+    checks.expect("docs/device-snapshot.md: the example is accepted", not objection, objection)
+    with tempfile.TemporaryDirectory() as folder:
+        snapshot = pathlib.Path(folder) / "snapshot.json"
+        snapshot.write_text(example)
+        status, output = run_tool(options, snapshot, options.root / "examples/pcl3/input.ppd")
+    checks.expect("docs/device-snapshot.md: the example's status", status == 0, str(status))
+    for line in (b'*MediaType Custom1/My Canvas: "', b"*QZValueAttributes MediaType.Custom1: \"glossy=YES;",
+                 b'*cupsICCProfile .Custom1./My Canvas: "/usr/share/color/icc/canvas satin.icc"'):
+        checks.expect(f"docs/device-snapshot.md: the example gives {line.decode()}", line in output)
 
 
 def snapshots(checks, schema, options):
@@ -206,6 +233,7 @@ def snapshots(checks, schema, options):
         objection = schema.objection(json_of(path))
         checks.expect(f"{path.relative_to(options.root)} is accepted", not objection, objection)
     stored_cases(checks, schema, options.root / "tests/cases")
+    documented(checks, schema, options)
     example = options.root / "examples/pcl3"
     original = json_of(example / "snapshot.json")
     with tempfile.TemporaryDirectory() as folder:
@@ -217,7 +245,7 @@ def snapshots(checks, schema, options):
             objection = schema.objection(value)
             checks.expect(f"{what}: the schema {'accepts' if is_good else 'refuses'} it", bool(objection) != is_good,
                           objection)
-            status = status_with(options, snapshot, example / "input.ppd")
+            status, _ = run_tool(options, snapshot, example / "input.ppd")
             checks.expect(f"{what}: the tool's status", status == (0 if is_good else 1), str(status))
 
 
