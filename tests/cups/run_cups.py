@@ -16,6 +16,7 @@ import sys
 import tempfile
 
 import colord
+from checks import Checks
 from scheduler import CUPSD, Scheduler
 
 URI = "socket://192.0.2.10:9100"
@@ -32,20 +33,6 @@ def expected_choices(output):
     """The choices of MediaType that stand in the PPD, in order."""
     lines = (line.split() for line in output.decode("latin-1").splitlines() if line.startswith("*MediaType "))
     return [words[1].split("/")[0].rstrip(":") for words in lines]
-
-
-class Checks:
-    def __init__(self):
-        self.passed = self.failed = 0
-
-    def expect(self, what, holds):
-        self.passed += bool(holds)
-        self.failed += not holds
-        print(f"{'passed' if holds else 'FAILED'}  {what}")
-
-    def status(self):
-        print(f"{self.passed} passed, {self.failed} failed")
-        return 1 if self.failed else 0
 
 
 def set_up(options, example, result):
@@ -96,7 +83,7 @@ def main():
         folder = pathlib.Path(name)
         folder.chmod(0o755)
         with Scheduler(folder / "cupsd") as scheduler:
-            for example in sorted(options.examples.iterdir()):
+            for example in sorted(path.parent for path in options.examples.glob("*/input.ppd")):
                 check_example(checks, options, scheduler, example, folder)
             checks.expect("the scheduler loads every PPD", "cannot be loaded" not in scheduler.log())
         if not colord.can_have_its_own_data():
@@ -104,9 +91,10 @@ def main():
             return checks.status()
         if colord.missing():
             sys.exit(f"NOT TESTED: not installed: {colord.missing()} (packages dbus-daemon and colord)")
+        # colord, which runs as root here, talks to root only.
         with colord.ColorDaemon(folder / "colord") as daemon, \
-                Scheduler(folder / "cupsd-with-colord", daemon.environment) as scheduler:
-            for example in sorted(options.examples.iterdir()):
+                Scheduler(folder / "cupsd-with-colord", daemon.environment, as_root=True) as scheduler:
+            for example in sorted(path.parent for path in options.examples.glob("*/input.ppd")):
                 if b"cupsICCProfile" in (example / "input.ppd").read_bytes():
                     check_profiles(checks, options, scheduler, daemon, example, folder)
     return checks.status()

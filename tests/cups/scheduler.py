@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A private CUPS scheduler, on a loopback port, with folders of its own, as an ordinary user."""
+"""A private CUPS scheduler, on a loopback port, with folders of its own."""
 import os
 import pwd
 import socket
@@ -10,6 +10,7 @@ import urllib.error
 import urllib.request
 
 CUPSD = "/usr/sbin/cupsd"
+SERVER_BIN = "/usr/lib/cups"
 FILES_CONF = """ServerRoot {0}/etc
 StateDir {0}/run
 CacheDir {0}/cache
@@ -17,10 +18,11 @@ RequestRoot {0}/spool
 TempDir {0}/spool/tmp
 DocumentRoot /usr/share/cups/doc-root
 DataDir /usr/share/cups
-ServerBin /usr/lib/cups
+ServerBin {3}
 AccessLog {0}/log/access_log
 ErrorLog {0}/log/error_log
 PageLog {0}/log/page_log
+Printcap
 FileDevice Yes
 SyncOnClose No
 User {1}
@@ -34,7 +36,7 @@ Browsing Off
 BrowseLocalProtocols none
 DefaultAuthType None
 DefaultEncryption Never
-WebInterface No
+WebInterface {1}
 IdleExitTimeout 0
 <Location />
   Order allow,deny
@@ -59,10 +61,11 @@ def free_port():
 
 
 class Scheduler:
-    """A private cupsd, as an ordinary user."""
+    """A private cupsd, as an ordinary user; if the caller is root and wants that, as root, with lp for its helpers."""
 
-    def __init__(self, folder, environment=None):
-        self.folder, self.port, self.environment = folder, free_port(), environment
+    def __init__(self, folder, environment=None, as_root=False, server_bin=SERVER_BIN, web_interface=False):
+        self.folder, self.port, self.environment, self.as_root = folder, free_port(), environment, as_root
+        self.server_bin, self.web_interface = server_bin, "Yes" if web_interface else "No"
         self.address = f"127.0.0.1:{self.port}"
 
     def __enter__(self):
@@ -70,8 +73,8 @@ class Scheduler:
             (self.folder / name).mkdir(parents=True)
         self.folder.chmod(0o755)
         user, command = self.account()
-        (self.folder / "etc/cups-files.conf").write_text(FILES_CONF.format(self.folder, *user))
-        (self.folder / "etc/cupsd.conf").write_text(CUPSD_CONF.format(self.port))
+        (self.folder / "etc/cups-files.conf").write_text(FILES_CONF.format(self.folder, *user, self.server_bin))
+        (self.folder / "etc/cupsd.conf").write_text(CUPSD_CONF.format(self.port, self.web_interface))
         self.process = subprocess.Popen([*command, CUPSD, "-f", "-c", self.folder / "etc/cupsd.conf",
                                          "-s", self.folder / "etc/cups-files.conf"], env=self.environment,
                                         stderr=subprocess.DEVNULL)
@@ -86,11 +89,10 @@ class Scheduler:
         sys.exit("the private scheduler does not answer")
 
     def account(self):
-        """The user and group of the configuration, and the command that makes the scheduler run as them. colord, which
-        runs as root here, talks to root only."""
+        """The user and group of the configuration, and the command that makes the scheduler run as them."""
         if os.getuid() != 0:
             return (pwd.getpwuid(os.getuid()).pw_name, "nogroup"), []
-        if self.environment is not None:
+        if self.as_root:
             return ("lp", "lp"), []
         for path in (self.folder, *self.folder.rglob("*")):
             os.chown(path, 65534, 65534)
@@ -100,8 +102,14 @@ class Scheduler:
         self.process.terminate()
         self.process.wait()
 
+    def attempt(self, program, *arguments):
+        return subprocess.run([program, "-h", self.address, *arguments], capture_output=True, text=True,
+                              errors="replace", timeout=120, check=False)
+
     def command(self, program, *arguments):
-        return subprocess.run([program, "-h", self.address, *arguments], capture_output=True, text=True, check=True).stdout
+        result = self.attempt(program, *arguments)
+        result.check_returncode()
+        return result.stdout
 
     def make_queue(self, name, ppd):
         self.command("lpadmin", "-p", name, "-v", "file:/dev/null", "-P", ppd, "-E")

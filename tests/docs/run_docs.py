@@ -12,7 +12,8 @@ RUN_ELSEWHERE = ("./demo", "./test", "gdb ", "lpadmin ", "lpoptions ", "export "
                  "cmake -S . -B build/plain && ", "cmake --install", "sudo cmake --install", "scripts/package", "python3 ",
                  "cmake --build --preset release --target ", "VorantisAutosetupTool ", "vorantis-autosetup-explain",
                  "vorantis-device-snapshot", "QZVORANTISMODEL_SNAPSHOT=", "cmake --preset macos",
-                 "cmake --build --preset macos", "ctest --preset macos")
+                 "cmake --build --preset macos", "ctest --preset macos",
+                 "ansible-playbook -i inventory.yml ")
 
 
 class Checks:
