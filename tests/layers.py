@@ -17,6 +17,7 @@ MAY_INCLUDE = {
     "driver": ["base", "ppd", "readers", "updaters"],
     "explain": ["base", "ppd", "readers", "updaters", "driver", "library/Snapshot.h"],
     "capture": ["base", "ppd", "readers"],
+    "setup": ["base", "updaters/PPDKeywords.h", "explain", "library/Snapshot.h"],
     "library": [],
 }
 MAY_INCLUDE["readers"].append("readers/framework")  # on macOS its back end takes the place of the shared object's

@@ -25,7 +25,9 @@ from driver_folder import without_updaters
 from scheduler import CUPSD, Scheduler
 
 MAKE_AND_MODEL = f"{MODEL}, media of plotter1"
-LISTED = f'"{{}}" en "Vorantis" "{MAKE_AND_MODEL}" "MFG:Vorantis;MDL:{MODEL};"\n'
+# Both base PPDs are of the same model, so their files tell them apart.
+SHOWN = {name: f"{MAKE_AND_MODEL} ({name.rpartition('/')[2]})" for name in (PACKED, GOOD)}
+LISTED = "".join(f'"{name}" en "Vorantis" "{shown}" "MFG:Vorantis;MDL:{MODEL};"\n' for name, shown in SHOWN.items())
 CUSTOM_MEDIA = {"Custom1", "Custom2"}
 PATIENCE = 10
 REASON = re.compile(r"^E \[[^\]]*\] \[[^\]]*\] vorantis-autosetup: (.+)$", re.MULTILINE)
@@ -63,9 +65,9 @@ def own_models(scheduler):
 def check_list(checks, driver, scheduler):
     listed = driver.call("list")
     checks.expect_same("list prints both forms of the base PPD, sorted, and nothing of what does not belong together",
-                       (listed.returncode, listed.stdout.decode()), (0, "".join(map(LISTED.format, (PACKED, GOOD)))))
+                       (listed.returncode, listed.stdout.decode()), (0, LISTED))
     checks.expect_same("lpinfo -m shows the same", own_models(scheduler),
-                       [f"{name} {MAKE_AND_MODEL}" for name in (PACKED, GOOD)])
+                       [f"{name} {shown}" for name, shown in SHOWN.items()])
     driver.snapshot("pair", lambda devices: devices.append({**devices[0], "uri": "socket://192.0.2.11:9100"}))
     names = re.findall(r'^"([^"]*/z6\.ppd)"', driver.call("list").stdout.decode(), re.MULTILINE)
     checks.expect_same("a snapshot's second device has a name of its own", sorted(names),
@@ -266,7 +268,7 @@ def check_odd_names(checks, driver, scheduler):
         spoil(driver)
         shown = own_models(scheduler)
         checks.expect(f"{what}: the others are still shown, {len(shown)} in all",
-                      {f"{name} {MAKE_AND_MODEL}" for name in (PACKED, GOOD)} <= set(shown))
+                      {f"{name} {text}" for name, text in SHOWN.items()} <= set(shown))
         driver.reset()
 
 

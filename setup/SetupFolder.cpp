@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: MIT
+#include "setup/SetupFolder.h"
+
+#include <dirent.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+
+#include "base/Text.h"
+#include "explain/Wording.h"
+
+namespace {
+
+using snapshot::Device;
+using snapshot::Snapshot;
+using Wording::visible;
+
+constexpr std::string_view kScheme = "vorantis-autosetup:";
+
+// What CUPS 2.4 reads of a line of the list; it takes a longer name or make, or an empty make, for the end of the list.
+constexpr std::size_t kLongestName = 255;
+constexpr std::size_t kLongestMake = 127;
+constexpr std::size_t kLongestDescription = 127;
+
+std::vector<std::string> filesIn(const std::string& folder, const std::vector<std::string_view>& endings) {
+  std::vector<std::string> names;
+  const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(folder.c_str()), closedir);
+  while (const dirent* entry = directory == nullptr ? nullptr : readdir(directory.get())) {
+    const std::string_view name = entry->d_name;
+    const bool isWanted =
+        std::any_of(endings.begin(), endings.end(), [name](std::string_view ending) { return name.ends_with(ending); });
+    if (isWanted && !name.starts_with('.')) names.emplace_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+bool contains(const std::vector<std::string>& sorted, const std::string& name) {
+  return std::binary_search(sorted.begin(), sorted.end(), name);
+}
+
+// Neither a quotation mark nor a line end may stand in a field.
+bool isField(std::string_view text) {
+  return Text::isValidUTF8(text) && visible(text) == text && text.find('"') == std::string_view::npos;
+}
+
+// Two base PPDs of one model are told apart by their files: a list for people may show the descriptions only.
+void tellApart(std::vector<Setup>& ofDevice) {
+  std::map<std::string, std::size_t> counts;
+  for (const Setup& setup : ofDevice) ++counts[setup.description];
+  for (Setup& setup : ofDevice) {
+    if (counts[setup.description] == 1) continue;
+    setup.description += " (" + setup.PPDPath.substr(setup.PPDPath.rfind('/') + 1) + ")";
+  }
+}
+
+std::string cutTo(std::size_t size, std::string text) {
+  while (text.size() > size) text.resize(text.size() - Text::characterBefore(text, text.size()).size);
+  return text;
+}
+
+// Whether the device answers the question that a run with this PPD asks, and not another one in front of it.
+bool answers(const Device& device, const Snapshot& snapshot, const std::string& uri, const BasePPD& ppd) {
+  return snapshot.deviceFor(uri, snapshot.offersServiceInfoWithSpec ? ppd.modelName : "") == &device;
+}
+
+Snapshot readSnapshot(const std::string& path, const std::string& name) {
+  try {
+    return Snapshot::fromFile(path);
+  } catch (const snapshot::Error& error) {
+    throw std::runtime_error(fmt::format("the snapshot {}.json cannot be used: {}", name, error.what()));
+  }
+}
+
+BasePPD readPPD(const std::string& path, const std::string& name) {
+  auto ppd = BasePPD::ofFile(path);
+  if (!ppd) throw std::runtime_error(fmt::format("the base PPD {} cannot be read", name));
+  if (!ppd->namesUpdaters) throw std::runtime_error(fmt::format("the base PPD {} names no updaters", name));
+  if (ppd->modelName.empty()) throw std::runtime_error(fmt::format("the base PPD {} has no model name", name));
+  return std::move(*ppd);
+}
+
+// Why CUPS could not read a line; null when it can.
+const char* problemOfLine(const Setup& setup) {
+  if (setup.name.size() > kLongestName) return "its name is longer than 255 bytes";
+  if (setup.ppd.make().empty()) return "its PPD names no manufacturer";
+  if (setup.ppd.make().size() > kLongestMake) return "its manufacturer is longer than 127 bytes";
+  const bool isReadable =
+      isField(setup.name) && isField(setup.ppd.make()) && isField(setup.description) && isField(setup.ppd.deviceID);
+  return isReadable ? nullptr : "a name holds a quotation mark or a control character";
+}
+
+}  // namespace
+
+std::string Setup::line() const {
+  const std::string deviceID =
+      ppd.deviceID.empty() ? fmt::format("MFG:{};MDL:{};", ppd.make(), ppd.model()) : ppd.deviceID;
+  return fmt::format("\"{}\" en \"{}\" \"{}\" \"{}\"\n", name, ppd.make(), cutTo(kLongestDescription, description),
+                     deviceID);
+}
+
+SetupFolder::SetupFolder(std::string path)
+    : path_(std::move(path)), PPDNames_(filesIn(path_ + "/ppd", {".ppd", ".ppd.gz"})) {
+  for (const std::string& file : filesIn(path_, {".json"})) snapshotNames_.push_back(file.substr(0, file.size() - 5));
+  std::sort(snapshotNames_.begin(), snapshotNames_.end());
+}
+
+std::string SetupFolder::nameOf(const std::string& snapshotName, std::size_t number) const {
+  return number == 1 ? snapshotName : fmt::format("{}+{}", snapshotName, number);
+}
+
+std::vector<SetupFolder::Listed> SetupFolder::listedIn(const Snapshot& snapshot,
+                                                       const std::string& snapshotName) const {
+  std::vector<Listed> listed;
+  std::size_t number = 0;
+  for (const Device& device : snapshot.devices) {
+    if (!device.dataStore) continue;
+    ++number;
+    const bool isHidden = number > 1 && contains(snapshotNames_, nameOf(snapshotName, number));
+    if (!isHidden) listed.push_back({&device, number});
+  }
+  return listed;
+}
+
+Setup SetupFolder::setupOf(const std::string& snapshotName, const Listed& listed, const std::string& PPDName,
+                           const BasePPD& ppd) const {
+  const std::string deviceName = nameOf(snapshotName, listed.number);
+  const std::string name = fmt::format("{}{}/{}", kScheme, deviceName, PPDName);
+  // A device without a URI is there for any, and there must be one.
+  return {name,
+          pathOfSnapshot(snapshotName),
+          pathOfPPD(PPDName),
+          listed.device->uri.value_or(name),
+          ppd,
+          fmt::format("{}, media of {}", ppd.model(), deviceName)};
+}
+
+void SetupFolder::addSetups(const std::string& snapshotName, const std::vector<std::pair<std::string, BasePPD>>& ppds,
+                            std::vector<Setup>& setups) {
+  const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName);
+  for (const Listed& listed : listedIn(snapshot, snapshotName)) {
+    std::vector<Setup> ofDevice;
+    for (const auto& [PPDName, ppd] : ppds) {
+      Setup setup = setupOf(snapshotName, listed, PPDName, ppd);
+      if (answers(*listed.device, snapshot, setup.deviceURI, ppd)) ofDevice.push_back(std::move(setup));
+    }
+    tellApart(ofDevice);
+    for (Setup& setup : ofDevice) addReadable(std::move(setup), setups);
+  }
+}
+
+void SetupFolder::addReadable(Setup setup, std::vector<Setup>& setups) {
+  if (const char* problem = problemOfLine(setup)) {
+    warnings_.push_back(fmt::format("{} is not listed: {}", visible(setup.name), problem));
+  } else {
+    setups.push_back(std::move(setup));
+  }
+}
+
+std::vector<Setup> SetupFolder::all() {
+  std::vector<std::pair<std::string, BasePPD>> ppds;
+  for (const std::string& name : PPDNames_) {
+    auto ppd = BasePPD::ofFile(pathOfPPD(name));
+    if (ppd && ppd->namesUpdaters && !ppd->modelName.empty()) ppds.emplace_back(name, std::move(*ppd));
+  }
+  std::vector<Setup> setups;
+  for (const std::string& name : snapshotNames_) {
+    try {
+      addSetups(name, ppds, setups);
+    } catch (const std::runtime_error& error) {
+      warnings_.push_back(visible(error.what()));
+    }
+  }
+  std::sort(setups.begin(), setups.end(), [](const Setup& one, const Setup& other) { return one.name < other.name; });
+  return setups;
+}
+
+Setup SetupFolder::named(std::string_view name) {
+  const std::size_t slash = name.rfind('/');
+  if (!name.starts_with(kScheme) || slash == std::string_view::npos || slash < kScheme.size()) {
+    throw std::runtime_error("there is no setup of this name: " + std::string(name));
+  }
+  const std::string deviceName(name.substr(kScheme.size(), slash - kScheme.size()));
+  const std::string PPDName(name.substr(slash + 1));
+  // No path is made of a name that is not that of a file here.
+  const std::size_t plus = deviceName.rfind('+');
+  const bool isFirst = contains(snapshotNames_, deviceName);
+  const std::string snapshotName = isFirst ? deviceName : deviceName.substr(0, plus);
+  if (!contains(snapshotNames_, snapshotName)) {
+    throw std::runtime_error(fmt::format("there is no snapshot {}.json", deviceName));
+  }
+  if (!contains(PPDNames_, PPDName)) throw std::runtime_error(fmt::format("there is no base PPD {}", PPDName));
+  const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName);
+  const BasePPD ppd = readPPD(pathOfPPD(PPDName), PPDName);
+  for (const Listed& listed : listedIn(snapshot, snapshotName)) {
+    if (nameOf(snapshotName, listed.number) != deviceName) continue;
+    Setup setup = setupOf(snapshotName, listed, PPDName, ppd);
+    if (const char* problem = problemOfLine(setup)) throw std::runtime_error(problem);
+    if (answers(*listed.device, snapshot, setup.deviceURI, ppd)) return setup;
+    throw std::runtime_error(
+        fmt::format("the device {} is of another model than the base PPD {}, {}", deviceName, PPDName, ppd.modelName));
+  }
+  throw std::runtime_error(
+      fmt::format("the snapshot {}.json has no device {} with a data store", snapshotName, deviceName));
+}

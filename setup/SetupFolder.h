@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "library/Snapshot.h"
+#include "setup/BasePPD.h"
+
+/// One thing that can be set up: a device of a snapshot, and a base PPD.
+struct Setup {
+  std::string name;  ///< with the program's scheme: vorantis-autosetup:plotter1/z9.ppd
+  std::string snapshotPath;
+  std::string PPDPath;
+  std::string deviceURI;  ///< to ask the device-model library with
+  BasePPD ppd;
+  std::string description;  ///< "Vorantis Z9 44in, media of plotter1"; with the PPD's file when there are several
+
+  /// A line of the list that CUPS reads (cups-driverd(8)).
+  std::string line() const;
+};
+
+/// The folder from which an administrator sets queues up: device snapshots (`*.json`), and base PPDs in `ppd/`
+/// (`*.ppd`,
+/// `*.ppd.gz`).
+///
+/// A setup is named SNAPSHOT/PPD after the two files, the snapshot's without ".json". The second device with a data
+/// store of one snapshot is SNAPSHOT+2, unless a snapshot has this very name.
+class SetupFolder {
+ public:
+  /// Looks at the names of the files. What is told on the way goes to `warnings`.
+  explicit SetupFolder(std::string path);
+
+  /// All that can be set up, sorted by name. A pair whose line CUPS could not read is left out: it would take that one,
+  /// and all behind it, for the end of the list.
+  std::vector<Setup> all();
+
+  /// The setup of this name; reads only the snapshot and the PPD that it names. Throws std::runtime_error with the
+  /// reason when there is none.
+  Setup named(std::string_view name);
+
+  /// What kept a file or a pair out of the list, each in one line.
+  const std::vector<std::string>& warnings() const { return warnings_; }
+
+ private:
+  // A device with a data store, and its number among those of its snapshot.
+  struct Listed {
+    const snapshot::Device* device;
+    std::size_t number;
+  };
+
+  std::string pathOfSnapshot(const std::string& name) const { return path_ + "/" + name + ".json"; }
+  std::string pathOfPPD(const std::string& name) const { return path_ + "/ppd/" + name; }
+  std::string nameOf(const std::string& snapshotName, std::size_t number) const;
+  std::vector<Listed> listedIn(const snapshot::Snapshot& snapshot, const std::string& snapshotName) const;
+  Setup setupOf(const std::string& snapshotName, const Listed& listed, const std::string& PPDName,
+                const BasePPD& ppd) const;
+  void addSetups(const std::string& snapshotName, const std::vector<std::pair<std::string, BasePPD>>& ppds,
+                 std::vector<Setup>& setups);
+  void addReadable(Setup setup, std::vector<Setup>& setups);
+
+  std::string path_;
+  std::vector<std::string> snapshotNames_;  // without ".json", sorted
+  std::vector<std::string> PPDNames_;       // sorted
+  std::vector<std::string> warnings_;
+};
