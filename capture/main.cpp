@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
 // vorantis-device-snapshot [OPTION...] DEVICE-URI [MODEL-NAME]: writes what the device-model library answers for a
-// device to standard output, as a snapshot that the stored library replays. Exit status 0; 1 when the library fails or
-// knows no such device, or the PPD cannot be read; 2 for wrong usage.
+// device, or what a table of media says, to standard output, as a snapshot that the stored library replays; with
+// --check judges a snapshot. Exit status 0; 1 when the library fails or knows no such device, a file cannot be used, or
+// something was found; 2 for wrong usage.
 
 #include <getopt.h>
 
@@ -10,19 +11,27 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <fstream>
+#include <iterator>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "base/ATException.h"
 #include "base/Text.h"
 #include "capture/DeviceSnapshot.h"
+#include "capture/MediaTable.h"
 #include "capture/ModelNameOfPPD.h"
+#include "capture/SnapshotCheck.h"
+#include "explain/Wording.h"
 
 namespace {
 
+constexpr int kFailure = 1;
 constexpr int kUsageError = 2;
 
 constexpr const char* kUsage = R"(Usage: vorantis-device-snapshot [OPTION...] DEVICE-URI [MODEL-NAME]
+       vorantis-device-snapshot --check SNAPSHOT PPD
 
 Asks the device-model library all that VorantisAutosetupTool would ask it for
 this device, and writes the answers to standard output as a device snapshot.
@@ -31,22 +40,30 @@ The stored library replays it: set QZVORANTISMODEL_SNAPSHOT to its path.
 MODEL-NAME is the value of *ModelName in the queue's PPD, its double quotes
 included; leave it out when the PPD has none, or name the PPD.
 
-      --ppd=FILE     take the model name from the queue's PPD
-      --allow-empty  a device without custom media is no error
-  -h, --help         show this help
-  -V, --version      show the version
+      --ppd=FILE         take the model name from the queue's PPD
+      --allow-empty      a device without custom media is no error
+      --from-table=FILE  ask no library: make the snapshot of a table of media
+                         (CSV; vorantis-device-snapshot(5) has the columns)
+      --check            judge a snapshot against a PPD: do the setup, write
+                         nothing, and print what is odd
+  -h, --help             show this help
+  -V, --version          show the version
 
 Exit status: 0; 1 when the library is not there, fails or knows no custom media
-of such a device, or when the PPD cannot be read; 2 for wrong usage.
+of such a device, when a file cannot be used, or when --check found something;
+2 for wrong usage.
 )";
 
 struct Options {
   std::optional<std::string> ppd;
+  std::optional<std::string> table;
   bool allowEmpty = false;
+  bool check = false;
 };
 
+// What somebody typed, or a file or a device is named, may hold anything.
 void say(const std::string& what) {
-  std::fprintf(stderr, "vorantis-device-snapshot: %s\n", what.c_str());
+  std::fprintf(stderr, "vorantis-device-snapshot: %s\n", Wording::visible(what).c_str());
 }
 
 [[noreturn]] void wrongUsage(const std::string& what) {
@@ -63,12 +80,15 @@ bool print(const std::string& text) {
   std::exit(print(text) ? 0 : kUsageError);
 }
 
+constexpr std::array<option, 7> kOptions = {{{"ppd", required_argument, nullptr, 'p'},
+                                             {"allow-empty", no_argument, nullptr, 'e'},
+                                             {"from-table", required_argument, nullptr, 't'},
+                                             {"check", no_argument, nullptr, 'c'},
+                                             {"help", no_argument, nullptr, 'h'},
+                                             {"version", no_argument, nullptr, 'V'},
+                                             {nullptr, 0, nullptr, 0}}};
+
 Options optionsFrom(int argc, char** argv) {
-  static constexpr std::array<option, 5> kOptions = {{{"ppd", required_argument, nullptr, 'p'},
-                                                      {"allow-empty", no_argument, nullptr, 'e'},
-                                                      {"help", no_argument, nullptr, 'h'},
-                                                      {"version", no_argument, nullptr, 'V'},
-                                                      {nullptr, 0, nullptr, 0}}};
   Options options;
   opterr = 0;
   for (int found; (found = getopt_long(argc, argv, "+hV", kOptions.data(), nullptr)) != -1;) {
@@ -78,6 +98,12 @@ Options optionsFrom(int argc, char** argv) {
         break;
       case 'e':
         options.allowEmpty = true;
+        break;
+      case 't':
+        options.table = optarg;
+        break;
+      case 'c':
+        options.check = true;
         break;
       case 'h':
         printAndExit(kUsage);
@@ -102,34 +128,65 @@ std::optional<std::string> modelNameFrom(const Options& options, int count, char
   return std::nullopt;
 }
 
-int capture(int argc, char** argv) {
-  const Options options = optionsFrom(argc, argv);
-  const int count = argc - optind;
-  char** const arguments = argv + optind;
-  if (count < 1 || count > (options.ppd ? 1 : 2))
-    wrongUsage("a device URI is needed, and a model name or a PPD at most");
-  const std::string uri = utf8(arguments[0]);
-  const auto modelName = modelNameFrom(options, count, arguments);
+int printed(const std::string& snapshot) {
+  if (print(snapshot)) return 0;
+  say("the snapshot cannot be written");
+  return kFailure;
+}
+
+std::string contentOf(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::string content{std::istreambuf_iterator<char>(file), {}};
+  if (!file.is_open() || file.bad()) throw std::runtime_error("the table cannot be read: " + path);
+  return content;
+}
+
+int capture(const Options& options, const std::string& uri, const std::optional<std::string>& modelName) {
   const auto captured = DeviceSnapshot::of(DeviceModelLibrary::defaultLibrary(), uri, modelName);
   for (const std::string& what : captured.leftOut) say("left out, since a snapshot cannot hold it: " + what);
   if (captured.missing && !options.allowEmpty) {
     say(*captured.missing + ": " + uri + ", " + modelName.value_or("no model name"));
-    return 1;
+    return kFailure;
   }
-  if (print(captured.json)) return 0;
-  say("the snapshot cannot be written");
-  return 1;
+  return printed(captured.json);
+}
+
+int check(const std::string& snapshotPath, const std::string& PPDPath) {
+  bool isGood = true;
+  std::string lines;
+  for (const SnapshotCheck::Findings& findings : SnapshotCheck::of(snapshotPath, PPDPath)) {
+    isGood = isGood && findings.lines.empty();
+    lines += Wording::visible(findings.deviceURI) + (findings.lines.empty() ? ": nothing odd\n" : ":\n");
+    for (const std::string& line : findings.lines) lines += "  " + Wording::visible(line) + "\n";
+  }
+  return printed(lines) == 0 && isGood ? 0 : kFailure;
+}
+
+int run(int argc, char** argv) {
+  const Options options = optionsFrom(argc, argv);
+  const int count = argc - optind;
+  char** const arguments = argv + optind;
+  if (options.check) {
+    if (count != 2 || options.ppd || options.table) wrongUsage("a snapshot and a PPD are needed");
+    return check(utf8(arguments[0]), utf8(arguments[1]));
+  }
+  if (count < 1 || count > (options.ppd ? 1 : 2))
+    wrongUsage("a device URI is needed, and a model name or a PPD at most");
+  const std::string uri = utf8(arguments[0]);
+  const auto modelName = modelNameFrom(options, count, arguments);
+  if (options.table) return printed(MediaTable::snapshotOf(contentOf(*options.table), uri, modelName));
+  return capture(options, uri, modelName);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
-    return capture(argc, argv);
+    return run(argc, argv);
   } catch (const std::exception& error) {
     say(error.what());
   } catch (...) {
     say("an exception of an unknown type");
   }
-  return 1;
+  return kFailure;
 }

@@ -11,7 +11,7 @@ namespace WarningCodes {
 
 /// The gravest first, which is the order in reports: why nothing was done, what was not read, what was lost, what is
 /// left from before, what a text of the device breaks, what CUPS will make of it.
-inline constexpr std::array<std::string_view, 49> kInOrder = {
+inline constexpr std::array<std::string_view, 51> kInOrder = {
     "arguments-swapped",
     "library-failed",
     "no-library",
@@ -49,6 +49,8 @@ inline constexpr std::array<std::string_view, 49> kInOrder = {
     "profile-missing",
     "profile-no-file",
     "profile-permissions",
+    "profile-not-readable",
+    "profile-no-icc",
     "spec-parts",
     "byte-order-mark",
     "aplworkset",

@@ -7,8 +7,44 @@ import os
 import pathlib
 import subprocess
 import sys
+import tempfile
 
 URI = "socket://192.0.2.10:9100"
+
+
+def check_tables(call, expect, folder, example):
+    """A snapshot that is made of a table is judged, and used by a setup."""
+    table, made, ppd = folder / "media.csv", folder / "made.json", example / "input.ppd"
+    table.write_text('Name,MediumID,ParentID\n"24"" Canvas",4711,1002\n')
+    result = call("--from-table", table, "--ppd", ppd, URI, LD_LIBRARY_PATH="/nowhere")
+    made.write_bytes(result.stdout)
+    expect("a snapshot of a table, without a library", result.returncode == 0 and not result.stderr and
+           json.loads(result.stdout)["devices"][0]["modelName"] == '"Vorantis Z6 44in"')
+    good = call("--check", made, ppd)
+    expect("--check: nothing odd", (good.returncode, good.stdout) == (0, f"{URI}: nothing odd\n".encode()))
+    table.write_text("Name,MediumID,ParentID,ICCName,URL\nA: B,4711,10,Canvas,file:///no/such.icc\n")
+    made.write_bytes(call("--from-table", table, "--ppd", ppd, URI).stdout)
+    odd = call("--check", made, ppd)
+    expect("--check: what is odd, with the codes of the report", odd.returncode == 1 and not odd.stderr and
+           all(code in odd.stdout for code in (b"[id-inside-code]", b"[profile-missing]", b"[colon-in-text]")))
+    other = call("--check", made, example.parent / "glossy/input.ppd")
+    expect("--check: a PPD of another model", other.returncode == 1 and b"[no-device]" in other.stdout)
+    expect("--check: a missing profile does not hide that nothing would be written",
+           b"Nothing would be written: " in call("--check", made, ppd, LD_LIBRARY_PATH=str(broken_library(folder))).stdout)
+    (folder / "bad.json").write_text("{")
+    for what, status, result in (("a table that is not there", 1, call("--from-table=/no/such.csv", URI)),
+                                 ("a table that is a directory", 1, call(f"--from-table={folder}", URI)),
+                                 ("--check with a snapshot that is none", 1, call("--check", folder / "bad.json", ppd)),
+                                 ("--check with a PPD that is not there", 1, call("--check", made, "/no/such.ppd")),
+                                 ("--check with one argument", 2, call("--check", made)),
+                                 ("--check and a table", 2, call("--check", "--from-table=a.csv", made, ppd))):
+        expect(f"{what}: status {status}, said on standard error, nothing written",
+               result.returncode == status and result.stderr and not result.stdout)
+
+
+def broken_library(folder):
+    (folder / "libQZVorantisModel.so.1").write_text("no library\n")
+    return folder
 
 
 def main():
@@ -47,6 +83,8 @@ def main():
                                  ("a snapshot that cannot be read", 1, call(URI, QZVORANTISMODEL_SNAPSHOT="/no/such/file"))):
         expect(f"{what}: status {status}, said on standard error, nothing written",
                result.returncode == status and result.stderr and not result.stdout)
+    with tempfile.TemporaryDirectory() as folder:
+        check_tables(call, expect, pathlib.Path(folder), options.examples / "pcl3")
     full = subprocess.run([options.capture, "--allow-empty", URI], env=environment, stdout=open("/dev/full", "wb"), stderr=subprocess.PIPE,
                           check=False)
     expect("a full disk: status 1", full.returncode == 1)

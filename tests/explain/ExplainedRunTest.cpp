@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pwd.h>
 
 #include <array>
 #include <memory>
@@ -437,11 +438,39 @@ TEST(ExplainedRun, WarnsOfProfileFilesThatCUPSLeavesOut) {
   EXPECT_THAT(warnings(folder.path()), ElementsAre("profile-no-file"));
   using std::filesystem::perm_options;
   using std::filesystem::permissions;
+  permissions(folder.path(), std::filesystem::perms::others_exec, perm_options::add);
   permissions(file, std::filesystem::perms::others_write, perm_options::add);
-  EXPECT_THAT(warnings(file), ElementsAre("profile-permissions"));
+  EXPECT_THAT(warnings(file), ElementsAre("profile-permissions", "profile-no-icc"));
   permissions(file, std::filesystem::perms::others_write, perm_options::remove);
   permissions(folder.path(), std::filesystem::perms::others_write, perm_options::add);
-  EXPECT_THAT(warnings(file), ElementsAre("profile-permissions"));
+  EXPECT_THAT(warnings(file), ElementsAre("profile-permissions", "profile-no-icc"));
+  const std::string profile = folder.file("b.icc", std::string(36, '\0') + "acsp" + std::string(88, '\0'));
+  EXPECT_THAT(warnings(profile), ElementsAre("profile-permissions"));
+}
+
+TEST(ExplainedRun, WarnsOfAProfileThatCUPSFiltersMayNotRead) {
+  ASSERT_NE(getpwnam("lp"), nullptr) << "base-passwd makes this user";
+  const TemporaryFolder folder;
+  const std::string profile = folder.file("a.icc", std::string(36, '\0') + "acsp");
+  std::filesystem::create_directory(folder.path("inner"));
+  const std::string hidden = folder.file("inner/b.icc", std::string(36, '\0') + "acsp");
+  const auto isWarned = [](const std::string& path) {
+    const auto codes =
+        warningsOf(explain(ppd("ATMediaTypePCL3PPDUpdater"),
+                           device(custom("Canvas", "4711", R"({"ICCName": "A", "URL": ")" + path + "\"}"))));
+    return std::find(codes.begin(), codes.end(), "profile-not-readable") != codes.end();
+  };
+  using std::filesystem::perms;
+  std::filesystem::permissions(folder.path(), perms::owner_all | perms::others_exec);
+  std::filesystem::permissions(profile, perms::owner_all | perms::others_read);
+  EXPECT_FALSE(isWarned(profile));
+  std::filesystem::permissions(profile, perms::owner_all);
+  EXPECT_TRUE(isWarned(profile));
+  std::filesystem::permissions(hidden, perms::owner_all | perms::others_read);
+  std::filesystem::permissions(folder.path("inner"), perms::owner_all | perms::others_exec);
+  EXPECT_FALSE(isWarned(hidden));
+  std::filesystem::permissions(folder.path("inner"), perms::owner_all);
+  EXPECT_TRUE(isWarned(hidden)) << "its folder cannot be entered";
 }
 
 // The three writers

@@ -49,14 +49,14 @@ unknown-updater no-device no-data-store earlier-media-removed cut-at-non-utf8 re
 medium-left-out record-incomplete category-unknown id-not-found id-inside-code profile-list-failed profile-skipped
 option-outside-group no-media-option choice-not-written name-not-shown profile-removed-for-another earlier-setup
 left-by-earlier-setup device-line-end,device-quote postscript-string profile-leaves-folder profile-elsewhere
-profile-missing,profile-no-file,profile-permissions spec-parts byte-order-mark,aplworkset line-too-long
+profile-missing,profile-no-file,profile-permissions profile-not-readable profile-no-icc spec-parts byte-order-mark,aplworkset line-too-long
 keyword-too-long,keyword-characters stray-line swallowed,unclosed-quote text-too-long colon-in-text profile-collision"""
 GRAVITY = {code: place for place, codes in enumerate(ORDER.split()) for code in codes.split(",")}
 
 # Those that are always about a medium, which they name.
 OF_A_MEDIUM = {"medium-left-out", "record-incomplete", "category-unknown", "id-not-found", "id-inside-code",
                "profile-list-failed", "profile-skipped", "choice-not-written", "name-not-shown", "postscript-string",
-               "profile-leaves-folder", "profile-elsewhere", "profile-missing", "profile-no-file"}
+               "profile-leaves-folder", "profile-elsewhere", "profile-missing", "profile-no-file", "profile-no-icc"}
 
 # Control characters but the line feed, and characters that turn the direction of text or are invisible.
 FORBIDDEN = re.compile("[\x00-\x09\x0b-\x1f\x7f-\x9f\u061c\u200b-\u200f\u2028-\u202e\u2060-\u2069\ufeff]")

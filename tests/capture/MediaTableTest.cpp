@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "capture/MediaTable.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "library/Snapshot.h"
+
+using snapshot::Snapshot;
+using snapshot::Value;
+using testing::HasSubstr;
+
+namespace {
+
+// The media of the snapshot that is made of the table, as the stored library reads it.
+Value mediaOf(const std::string& table) {
+  const Snapshot made = Snapshot::fromJSON(MediaTable::snapshotOf(table, "socket://a", "\"Z9\""));
+  const Value store{*made.deviceFor("socket://a", "\"Z9\"")->dataStore};
+  return *store.member("VMCustomMediaStorage")->member("MediaInfo");
+}
+
+std::string textOf(const Value& object, const char* key) {
+  const Value* member = object.member(key);
+  return member == nullptr ? "absent" : *member->string();
+}
+
+std::string errorOf(const std::string& table) {
+  try {
+    MediaTable::snapshotOf(table, "socket://a", std::nullopt);
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+}  // namespace
+
+TEST(MediaTable, MakesAMediumOfARow) {
+  const Value media = mediaOf(
+      "MediumID,Name,CategoryName,CategoryID,ParentID,DefaultGlossEnhancer\n"
+      "4711,My Canvas,Roll,QZ_EXTENDED_MEDIA,12,FULLPAGE\n");
+  const Value& medium = *media.member("4711");
+  EXPECT_EQ(textOf(medium, "Name"), "My Canvas");
+  EXPECT_EQ(textOf(medium, "MediumID"), "4711");
+  EXPECT_EQ(textOf(medium, "CategoryName"), "Roll");
+  EXPECT_EQ(textOf(medium, "CategoryID"), "QZ_EXTENDED_MEDIA");
+  EXPECT_EQ(textOf(medium, "ParentID"), "12");
+  EXPECT_EQ(textOf(*medium.member("PropertiesInfo"), "DefaultGlossEnhancer"), "FULLPAGE");
+  EXPECT_TRUE(medium.member("ICCProfiles")->array()->empty());
+}
+
+TEST(MediaTable, FillsInTheCategoryOfACustomMedium) {
+  const Value media = mediaOf("Name,MediumID,CategoryName\nA,1\nB,2,\n");
+  for (const char* id : {"1", "2"}) {
+    EXPECT_EQ(textOf(*media.member(id), "CategoryName"), "Custom");
+    EXPECT_EQ(textOf(*media.member(id), "CategoryID"), "CUSTOM");
+    EXPECT_EQ(textOf(*media.member(id), "ParentID"), "absent");
+    EXPECT_EQ(media.member(id)->member("PropertiesInfo"), nullptr);
+  }
+}
+
+TEST(MediaTable, AddsAProfileForEachRowOfAMedium) {
+  const Value media = mediaOf(
+      "Name,MediumID,ICCName,URL,GlossEnhancer,OutputMode\nA,1,One,/1.icc,OFF,Best\n,1,Two,/2.icc,,\nA,1,,,,\n");
+  const auto& profiles = *media.member("1")->member("ICCProfiles")->array();
+  ASSERT_EQ(profiles.size(), 2U);
+  EXPECT_EQ(textOf(profiles[0], "ICCName"), "One");
+  EXPECT_EQ(textOf(profiles[0], "URL"), "/1.icc");
+  EXPECT_EQ(textOf(profiles[0], "GlossEnhancer"), "OFF");
+  EXPECT_EQ(textOf(profiles[0], "OutputMode"), "Best");
+  EXPECT_EQ(textOf(profiles[1], "URL"), "/2.icc");
+  EXPECT_EQ(textOf(profiles[1], "OutputMode"), "absent");
+}
+
+TEST(MediaTable, KeepsTheOrderOfTheRows) {
+  const Value media = mediaOf("Name,MediumID\nB,2\nA,1\nC,3\n");
+  EXPECT_EQ((*media.object())[0].key, "2");
+  EXPECT_EQ((*media.object())[2].key, "3");
+}
+
+TEST(MediaTable, ReadsWhatRFC4180Allows) {
+  const Value media = mediaOf("\xEF\xBB\xBFName,MediumID\r\n\"24\"\" Canvas, \nheavy\",1\r\n\r\n Satin ,2");
+  EXPECT_EQ(textOf(*media.member("1"), "Name"), "24\" Canvas, \nheavy");
+  EXPECT_EQ(textOf(*media.member("2"), "Name"), " Satin ") << "blanks are a part of the field";
+}
+
+TEST(MediaTable, NamesTheDevice) {
+  const std::string table = "Name,MediumID\n";
+  const Snapshot named = Snapshot::fromJSON(MediaTable::snapshotOf(table, "socket://a", "\"Z9\""));
+  EXPECT_EQ(named.devices.at(0).uri, "socket://a");
+  EXPECT_EQ(named.devices.at(0).modelName, "\"Z9\"");
+  EXPECT_EQ(Snapshot::fromJSON(MediaTable::snapshotOf(table, "a", std::nullopt)).devices.at(0).modelName, "");
+}
+
+TEST(MediaTable, RefusesAHeaderThatIsNotUnderstood) {
+  EXPECT_EQ(errorOf(""), "the table is empty");
+  EXPECT_THAT(errorOf("Name\nA\n"), HasSubstr("row 1 of the table: there is no column MediumID"));
+  EXPECT_THAT(errorOf("MediumID\n1\n"), HasSubstr("there is no column Name"));
+  EXPECT_THAT(errorOf("Name,MediumID,Name\n"), HasSubstr("two columns are named Name"));
+  EXPECT_THAT(errorOf("name,MediumID\n"), HasSubstr("no column is named name; there are: Name, MediumID, "));
+  EXPECT_THAT(errorOf("Name;MediumID\n"), HasSubstr("must be separated by commas"));
+}
+
+TEST(MediaTable, RefusesARowThatMakesNoMediumAndSaysWhich) {
+  const std::string head = "Name,MediumID,ICCName,URL,ParentID\n";
+  EXPECT_THAT(errorOf(head + "A,1\nB,\n"), HasSubstr("row 3 of the table: it has no MediumID"));
+  EXPECT_THAT(errorOf(head + ",1\n"), HasSubstr("row 2 of the table: its medium has no Name"));
+  EXPECT_THAT(errorOf(head + "A,1,,,,more\n"), HasSubstr("more fields than there are columns"));
+  EXPECT_THAT(errorOf(head + "A\xE9,1\n"), HasSubstr("it is not UTF-8"));
+  EXPECT_THAT(errorOf(head + "A,1,,/p.icc\n"), HasSubstr("its profile has no ICCName"));
+  EXPECT_THAT(errorOf(head + "A,1,P\n"), HasSubstr("its profile has no URL"));
+  EXPECT_THAT(errorOf(head + "A,1,,,12\nB,1\n"), HasSubstr("Name is B, and was \"A\" for this medium before"));
+  EXPECT_THAT(errorOf(head + "A,1,,,12\n,1,,,13\n"), HasSubstr("ParentID is 13, and was \"12\""));
+}
+
+TEST(MediaTable, RefusesQuotesInTheWrongPlace) {
+  EXPECT_THAT(errorOf("Name,MediumID\n24\" Canvas,1\n"),
+              HasSubstr("row 2 of the table: a quote stands inside a field"));
+  EXPECT_THAT(errorOf("Name,MediumID\n\"Canvas,1\n"), HasSubstr("is not closed"));
+}
