@@ -4,6 +4,6 @@
 _vorantis_device_snapshot() {
   local word=${COMP_WORDS[COMP_CWORD]}
   COMPREPLY=()
-  [[ $word != -* ]] || mapfile -t COMPREPLY < <(compgen -W "--ppd= --allow-empty --help --version -h -V" -- "$word")
+  [[ $word != -* ]] || mapfile -t COMPREPLY < <(compgen -W "--ppd= --from-table= --check --allow-empty --help --version -h -V" -- "$word")
 }
 complete -F _vorantis_device_snapshot vorantis-device-snapshot
