@@ -11,8 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <fstream>
-#include <iterator>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -135,9 +134,14 @@ int printed(const std::string& snapshot) {
 }
 
 std::string contentOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string content{std::istreambuf_iterator<char>(file), {}};
-  if (!file.is_open() || file.bad()) throw std::runtime_error("the table cannot be read: " + path);
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+  std::string content;
+  std::array<char, 1 << 16> block;
+  for (std::size_t size = 1; file != nullptr && size > 0;) {
+    size = std::fread(block.data(), 1, block.size(), file.get());
+    content.append(block.data(), size);
+  }
+  if (file == nullptr || std::ferror(file.get()) != 0) throw std::runtime_error("the table cannot be read: " + path);
   return content;
 }
 

@@ -25,7 +25,9 @@ std::optional<std::uint64_t> unpackedSize(const std::string& path) {
     return std::nullopt;
   }
   if (std::fseek(file.get(), -4, SEEK_END) != 0 || std::fread(trailer, 1, 4, file.get()) != 4) return std::nullopt;
-  return trailer[0] | trailer[1] << 8 | trailer[2] << 16 | static_cast<std::uint64_t>(trailer[3]) << 24;
+  std::uint64_t size = 0;
+  for (int index = 3; index >= 0; --index) size = size << 8 | trailer[index];
+  return size;
 }
 
 }  // namespace
