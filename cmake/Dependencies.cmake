@@ -47,10 +47,10 @@ at_find_module(URIPARSER liburiparser "liburiparser-dev")
 add_library(uriparser INTERFACE)
 target_link_libraries(uriparser INTERFACE PkgConfig::URIPARSER)
 
-# Tables of media: comma-separated values. libcsv comes without a pkg-config file; its static library is small.
+# Tables of media: comma-separated values. libcsv comes without a pkg-config file.
 if(NOT APPLE)
   find_path(CSV_INCLUDE_DIR csv.h)
-  find_library(CSV_LIBRARY NAMES libcsv.a csv)
+  find_library(CSV_LIBRARY NAMES csv)
   if(NOT CSV_INCLUDE_DIR OR NOT CSV_LIBRARY)
     message(FATAL_ERROR "libcsv is missing. On Debian: apt-get install libcsv-dev")
   endif()
