@@ -210,7 +210,7 @@ def report(places, results, survivors, options):
         print(f"\nlisted as a survivor, and noticed by {results[number][0]}: {places[number].key()}")
     unlisted = [number for number in results if places[number].key() not in survivors]
     passed = [number for number in unlisted if results[number][0]]
-    share = 100 * len(passed) / max(1, len(unlisted))
+    share = 100 * len(passed) / len(unlisted) if unlisted else 100
     if options.verbose:
         for number in sorted(noticed):
             place = places[number]
