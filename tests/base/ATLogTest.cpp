@@ -94,8 +94,11 @@ TEST_F(ATOpenLogFileTest, DoesNotWaitForTheReaderOfAPipe) {
         alarm(10);
         ATOpenLogFile(pipe.c_str());
         const int reader = open(pipe.c_str(), O_RDWR | O_NONBLOCK);  // now it could be opened, and is no file
+        const int next = dup(reader);
+        close(next);
         ATOpenLogFile(pipe.c_str());
         ATLogMessage("signature", "message");
+        if (dup(reader) != next) end(3);  // nothing was left open
         char byte;
         end(reader >= 0 && read(reader, &byte, 1) < 0 ? 0 : 1);
       },
@@ -114,6 +117,18 @@ TEST_F(ATOpenLogFileTest, KeepsTheFirstFile) {
         ATLogMessage("signature", "two");
         if (contentsOfFile(second) != "untouched") end(2);
         endWithContents(first, "signature: one\nsignature: two\n");
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ATOpenLogFileTest, OpensTheFileAlsoWhenStandardInputIsClosed) {
+  EXPECT_EXIT(
+      {
+        const std::string path = folder_.file("log", "");
+        close(STDIN_FILENO);
+        ATOpenLogFile(path.c_str());
+        ATLogMessage("signature", "message");
+        endWithContents(path, "signature: message\n");
       },
       testing::ExitedWithCode(0), "");
 }

@@ -17,6 +17,11 @@ TEST(Budget, HoldsSoManyBytes) {
   EXPECT_THROW(budget.spend(1, 1), BudgetExceeded);
 }
 
+TEST(Budget, ItsEndHasANameAndAReason) {
+  EXPECT_EQ(BudgetExceeded().name(), "ATBudgetException");
+  EXPECT_EQ(BudgetExceeded().reason(), "more is asked for than any real device has a use for");
+}
+
 TEST(Budget, WhatIsTooMuchAtOnceIsNotTaken) {
   Budget budget;
   EXPECT_THROW(budget.spend(Budget::kStatements + 1, 0), BudgetExceeded);

@@ -93,6 +93,24 @@ TEST(Text, MalformedUTF8IsNotValid) {
   }
 }
 
+TEST(Text, ACharacterThatIsCutByTheEndIsNotValid) {
+  EXPECT_FALSE(Text::isValidUTF8("a\xC3\xA9"sv.substr(0, 2)));  // the rest of it stands behind the end
+}
+
+// Bytes are looked at in words, and those in blocks: no place of a text is left out.
+TEST(Text, EachByteOfATextIsLookedAt) {
+  for (std::size_t size = 2; size <= 80; ++size) {
+    for (std::size_t position = 0; position + 1 < size; ++position) {
+      std::string text(size, 'a');
+      text[position] = '\xC3';
+      EXPECT_FALSE(Text::isValidUTF8(text)) << size << ", " << position;
+      text[position + 1] = '\xA9';
+      EXPECT_TRUE(Text::isValidUTF8(text)) << size << ", " << position;
+    }
+    EXPECT_FALSE(Text::isValidUTF8(std::string(size - 1, 'a') + '\xC3')) << size;
+  }
+}
+
 TEST(Text, FromUTF8GivesTheBytesOrNothing) {
   EXPECT_EQ(Text::fromUTF8("caf\xC3\xA9"), "caf\xC3\xA9");
   EXPECT_EQ(Text::fromUTF8(""), "");
@@ -117,6 +135,7 @@ TEST(Text, CharacterBeforeReadsOneToFourBytes) {
   EXPECT_EQ(Text::characterBefore(text, 6).value, U'\u20AC');
   EXPECT_EQ(Text::characterBefore(text, 10).value, U'\U0001F600');
   EXPECT_EQ(Text::characterBefore(text, 10).size, 4U);
+  EXPECT_EQ(Text::characterBefore(text.substr(1), 2).value, U'\u00E9');
 }
 
 TEST(Text, SkipStopsAtTheFirstCharacterOutsideTheClass) {

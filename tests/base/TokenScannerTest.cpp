@@ -108,6 +108,20 @@ TEST(TokenScanner, SkipsToTheEndWithoutTheStopCharacter) {
   EXPECT_TRUE(scanner.isAtEnd());
 }
 
+TEST(TokenScanner, ReadsNothingBehindTheEndOfItsLine) {
+  const std::string_view line = std::string_view("abc def").substr(0, 3);
+  const std::string_view cut = std::string_view("abcdef:").substr(0, 3);
+  for (const std::string_view each : {line, cut}) {
+    EXPECT_EQ(TokenScanner(each).readUpToWhiteSpaceOr(':'), "abc");
+    EXPECT_EQ(TokenScanner(each).readUpToBlank(), "abc");
+    EXPECT_EQ(TokenScanner(each).readUpTo(':'), "abc");
+    TokenScanner scanner(each);
+    EXPECT_FALSE(scanner.skipTo(':'));
+    EXPECT_TRUE(scanner.isAtEnd());
+    EXPECT_FALSE(TokenScanner(each).scan("abcd"));
+  }
+}
+
 TEST(TokenScanner, SkipsBehindAPartOfItsOwnLineOnly) {
   const std::string line = "*Foo Bar: x";
   TokenScanner scanner(line);

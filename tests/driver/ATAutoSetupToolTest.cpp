@@ -229,6 +229,13 @@ TEST_F(ATAutoSetupToolTest, PrinterIDThatIsNotUTF8LeavesTheDeviceReader) {
   EXPECT_THAT(library_.calls.front(), HasSubstr("kURIProp=socket://a"));
 }
 
+TEST_F(ATAutoSetupToolTest, TheLogSaysWhyThePPDWasRefused) {
+  const TestLog log;
+  EXPECT_FALSE(run("*PPD-Adobe: \"4.3\"\n*End\n*End\n"));
+  EXPECT_EQ(log.messages("-[ATAutoSetupTool run]"),
+            logged({"Failed to parse PPD file: PPDParserErrorDomain code 6 (Line Number: 3)"}));
+}
+
 TEST_F(ATAutoSetupToolTest, EmptyURIFailsTheFirstUpdater) {
   const std::string file = path(kPDL);
   const auto tool = toolWith({"tool", "", file.c_str()});

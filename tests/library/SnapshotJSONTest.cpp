@@ -231,6 +231,7 @@ TEST(SnapshotJSON, TextThatIsNotUTF8IsAnErrorWithTheLine) {
 
 TEST(SnapshotJSON, ErrorQuotesNoByteThatIsNotUTF8) {
   EXPECT_THAT(errorOf("\"canv\xE4s\""), AllOf(HasSubstr("canv?"), Not(HasSubstr("\xE4"))));
+  EXPECT_THAT(errorOf("\"canv\x80s\""), AllOf(HasSubstr("canv?"), Not(HasSubstr("\x80"))));
 }
 
 TEST(SnapshotJSON, ZeroByteIsAnErrorWithTheLine) {
@@ -243,7 +244,13 @@ TEST(SnapshotJSON, TooDeepNestingIsAnErrorWithTheLine) {
 }
 
 TEST(SnapshotJSON, NullAloneIsAnError) {
-  EXPECT_THAT(errorOf("null"), HasSubstr("a value is expected"));
+  EXPECT_EQ(errorOf("null"), "line 1: a value is expected");
+  EXPECT_EQ(errorOf("\nnull"), "line 1: a value is expected");
+}
+
+TEST(SnapshotJSON, ErrorSaysWhatTheParserWouldNotNotice) {
+  EXPECT_EQ(errorOf(std::string("{\n\0", 3)), "line 2: a zero byte");
+  EXPECT_EQ(errorOf(nested(65, "[", "]", "")), "line 1: nested deeper than 64 levels");
 }
 
 TEST(SnapshotJSON, ErrorNamesTheLineOfTheMistake) {

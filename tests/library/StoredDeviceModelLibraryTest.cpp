@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -205,6 +207,11 @@ TEST_F(StoredDeviceModelLibrary, UnknownDeviceHasServiceInformationOnly) {
   EXPECT_EQ(table().registeredStoreForServiceInfo(info("socket://b"), &store_), QZVM_ABSENT);
 }
 
+TEST_F(StoredDeviceModelLibrary, ANameOfOneByteIsAName) {
+  useSnapshot(withDevices(R"({"uri": "a", "deviceFamilyName": "F"})"));
+  EXPECT_EQ(familyName(info("a")), "F");
+}
+
 TEST_F(StoredDeviceModelLibrary, EmptyFamilyNameIsThere) {
   useSnapshot(withDevices(R"({"deviceFamilyName": ""})"));
   EXPECT_EQ(familyName(info()), "");
@@ -337,6 +344,23 @@ TEST_F(StoredDeviceModelLibrary, APipeAsLogIsNotWaitedFor) {
   log_.set(logPath());
   useSnapshot("no JSON");
   EXPECT_EQ(table().offersServiceInfoWithSpec(), QZVM_FAILED);
+}
+
+TEST_F(StoredDeviceModelLibrary, NothingIsLoggedIntoAPipe) {
+  ASSERT_EQ(mkfifo(logPath().c_str(), 0600), 0);
+  const int reader = open(logPath().c_str(), O_RDWR | O_NONBLOCK);
+  ASSERT_GE(reader, 0);
+  log_.set(logPath());
+  useSnapshot("no JSON");
+  const QZVMInterface& library = table();
+  const int next = dup(reader);
+  close(next);
+  EXPECT_EQ(library.offersServiceInfoWithSpec(), QZVM_FAILED);
+  char byte;
+  EXPECT_LT(read(reader, &byte, 1), 0);
+  EXPECT_EQ(dup(reader), next);  // nothing was left open
+  close(next);
+  close(reader);
 }
 
 TEST_F(StoredDeviceModelLibrary, MissingSnapshotIsLoggedWithItsPath) {

@@ -510,3 +510,9 @@ TEST(ATPPDAttribute, TheSettersCanBeOverridden) {
   EXPECT_EQ(counting.changes, 2);
   EXPECT_THAT(linesOf(counting), ElementsAre("*Foo Bar/Text: y\n"));
 }
+
+TEST(ATPPDAttribute, AnAbsentNameAndValueAreWrittenAsNull) {
+  ATPPDAttribute attribute;
+  attribute.setText("t");
+  EXPECT_THAT(linesOf(attribute), ElementsAre("*(null): (null)\n"));
+}

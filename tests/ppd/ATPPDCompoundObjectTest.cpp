@@ -74,6 +74,27 @@ TEST(ATPPDCompoundObject, RefusesAnIndexAboveTheNumberOfChildren) {
   EXPECT_THAT(linesOf(object), ElementsAre("a"));
 }
 
+TEST(ATPPDCompoundObject, RefusesNull) {
+  ATPPDCompoundObject object;
+  const auto reasonOf = [](const auto& call) -> std::string {
+    try {
+      call();
+    } catch (const ATException& exception) {
+      return exception.reason();
+    }
+    return "nothing was thrown";
+  };
+  EXPECT_EQ(reasonOf([&] { object.appendObjectToPPDObjects(nullptr); }),
+            "value of the wrong type: no object to append");
+  EXPECT_EQ(reasonOf([&] { object.insertObjectToPPDObjects(nullptr, 0); }),
+            "value of the wrong type: no object to insert");
+  EXPECT_EQ(reasonOf([&] { object.insertObjectToPPDObjects(plain("a"), 1); }),
+            "-[ATPPDCompoundObject insertObjectToPPDObjects:atIndex:]: position out of range");
+  EXPECT_EQ(reasonOf([&] { object.addString("*Foo: x\n", PPDLineTypeStatement); }),
+            "-[ATPPDCompoundObject addString:ofType:]: operation not provided");
+  EXPECT_TRUE(object.PPDObjects().empty());
+}
+
 TEST(ATPPDCompoundObject, RemovesByIdentity) {
   ATPPDCompoundObject object;
   const auto one = plain("same");

@@ -257,6 +257,22 @@ TEST(ATPPDOption, AnAddedChoiceStandsBehindOtherStatementsOfTheBlock) {
                           lineOf("Custom1"), " * closeui : *MediaType\n"));
 }
 
+TEST(ATPPDOption, AFirstChoiceThatGetsItsCodeAfterALookIsFound) {
+  ATPPDOption option;
+  const auto late = std::make_shared<ATPPDChoice>();
+  option.addChoice(late);
+  EXPECT_EQ(option.choiceWithCodeContaining("4711"), nullptr);
+  late->addString("*MediaType Custom1/Canvas: \"4711\"\n", PPDLineTypeChoice);
+  EXPECT_EQ(option.choiceWithCodeContaining("4711"), late);
+}
+
+TEST(ATPPDOption, AnAddedChoiceStandsBetweenTheTwoLinesOfAnEmptyBlock) {
+  const auto option = ATPPDOption::optionWithString(kOpen);
+  option->addString(kClose, PPDLineTypeCloseUI);
+  option->addChoice(choice("Custom1"));
+  EXPECT_THAT(linesOf(*option), ElementsAre(kOpen, lineOf("Custom1"), kClose));
+}
+
 TEST(ATPPDOption, AnAddedChoiceIsListedAndNotWrittenWithoutACloseUIStatement) {
   const auto option = optionWithoutEnd();
   const ChoicePtr added = choice("Custom1");

@@ -80,7 +80,7 @@ TEST(DeviceValue, TextForRefusesEveryOtherTypeAndSaysWhatItWasFor) {
       value.textFor("media name");
       ADD_FAILURE() << value.description() << " was taken as text";
     } catch (const ATException& exception) {
-      EXPECT_THAT(exception.reason(), HasSubstr("media name"));
+      EXPECT_EQ(exception.reason(), "value of the wrong type: media name");
     }
   }
 }
@@ -105,6 +105,11 @@ TEST(DeviceValue, AskingAnythingButAMapForAKeyThrows) {
   EXPECT_THROW(DeviceValue(1.5).valueForKey("a"), ATException);
   EXPECT_THROW(DeviceValue(false).valueForKey("a"), ATException);
   EXPECT_THROW(listOf({}).valueForKey("a"), ATException);
+  try {
+    DeviceValue("a").valueForKey("Name");
+  } catch (const ATException& exception) {
+    EXPECT_EQ(exception.reason(), "value of the wrong type: no map to look \"Name\" up in");
+  }
 }
 
 TEST(DeviceValue, IntegersPrintInDecimal) {
@@ -218,4 +223,7 @@ TEST(DeviceMap, AKeyThatIsNoTextKeepsItsPlaceAndIsNotFound) {
   map.set("Name", "4");
   EXPECT_EQ(map.entries()[0].second.description(), "2");
   EXPECT_EQ(map.entries()[1].second.description(), "4");
+  map.set("Name", DeviceValue());
+  EXPECT_TRUE(map.isOtherKey(0));
+  EXPECT_EQ(map.size(), 1U);
 }

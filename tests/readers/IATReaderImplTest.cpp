@@ -5,13 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
 
 #include "base/ATException.h"
 #include "readers/ATCustomMediaTypesReaderImpl.h"
 #include "readers/ATDeviceFamilyNameReaderImpl.h"
 #include "tests/readers/FakeDeviceModelLibrary.h"
 
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace {
@@ -21,7 +21,7 @@ void expectUnsupported(const char* operation, const std::function<void()>& call)
     call();
     ADD_FAILURE() << operation << " was provided";
   } catch (const ATException& exception) {
-    EXPECT_THAT(exception.reason(), HasSubstr(operation));
+    EXPECT_EQ(exception.reason(), std::string("-[IATReaderImpl ") + operation + "]: operation not provided");
   }
 }
 
