@@ -61,6 +61,7 @@ std::vector<std::pair<std::string, std::size_t>> Verdict::warningCounts(const Re
   std::map<std::pair<std::size_t, std::string>, std::size_t> counts;
   for (const Report::Warning& warning : report.warnings) ++counts[{WarningCodes::rankOf(warning.code), warning.code}];
   std::vector<std::pair<std::string, std::size_t>> inOrder;
+  inOrder.reserve(counts.size());
   for (const auto& [rankAndCode, count] : counts) inOrder.emplace_back(rankAndCode.second, count);
   return inOrder;
 }
