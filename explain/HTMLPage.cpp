@@ -7,6 +7,8 @@
 
 namespace {
 
+// Names of the device or the PPD may be one long word, so every word may break, and no column gets narrower than a
+// short one. Marks, which are not copied with the lines, tell added from removed on paper, which has no backgrounds.
 constexpr const char* kHead = R"(<!DOCTYPE html>
 <html lang="en"><head><meta charset="utf-8"><title>{0}</title>
 <meta name="viewport" content="width=device-width">
@@ -22,13 +24,15 @@ body {{ font: 15px/1.45 system-ui, sans-serif; max-width: 62rem; margin: 2rem au
 h1 {{ font-size: 1.4rem; }} h2 {{ font-size: 1.1rem; margin-top: 2rem; border-bottom: 1px solid var(--line); }}
 a {{ color: inherit; }} summary {{ cursor: pointer; padding: .15rem 0; }} details table {{ margin: 0 0 .6rem 1.2rem; }}
 table {{ border-collapse: collapse; }} td, th {{ padding: .15rem .8rem .15rem 0; text-align: left; vertical-align: top; }}
-th {{ font-weight: 600; color: var(--faint); overflow-wrap: normal; }}
+td, th {{ min-width: 6.5rem; }} th {{ font-weight: 600; color: var(--faint); }}
 code, pre {{ font: 13px/1.4 ui-monospace, monospace; overflow-wrap: anywhere; }}
 pre {{ background: var(--box); padding: .6rem; white-space: pre-wrap; }}
 ins, del {{ text-decoration: none; display: block; min-height: 1.4em; }}
 ins {{ background: var(--new); }} del {{ background: var(--old); }}
+ins::before {{ content: "+ "; }} del::before {{ content: "- "; }}
 .good {{ color: var(--good); }} .bad {{ color: var(--bad); }} .odd {{ color: var(--odd); }}
 input {{ font: inherit; width: 100%; max-width: 24rem; box-sizing: border-box; margin: .4rem 0; }}
+input::placeholder {{ color: var(--faint); }}
 @media print {{ input {{ display: none; }} body {{ margin: 0; max-width: none; }} }}
 </style></head><body>
 <h1>{0}</h1>

@@ -11,6 +11,9 @@ namespace {
 
 using OptionalText = Report::OptionalText;
 
+// Of many warnings of one code.
+constexpr std::size_t kShownOfACode = 100;
+
 std::string code(const OptionalText& text) {
   return text ? HTMLPage::code(*text) : "–";
 }
@@ -56,9 +59,11 @@ class Writer {
       page_.beginFold(fmt::format("{} {}", HTMLPage::code(warningCode), count), count <= 3);
       page_.beginList();
       for (std::size_t index = 0; index < count; ++index, ++next) {
+        if (index >= kShownOfACode && !full_) continue;
         page_.item((next->inInput ? Wording::inInput : "") + HTMLPage::escaped(next->text));
       }
       page_.endList();
+      if (count > kShownOfACode && !full_) page_.note(fmt::format("… and {} more (--full)", count - kShownOfACode));
       page_.endFold();
     }
   }

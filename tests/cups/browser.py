@@ -10,19 +10,19 @@ PACKAGES = "chromium, chromium-driver, python3-selenium, cups, cups-server-commo
 PATIENCE = 60
 
 
-def missing():
+def missing(files=(TEMPLATES, ADMIN_PROGRAM)):
     """What is not installed, in words; empty when all is."""
     absent = [name for name in ("chromium", "chromedriver") if shutil.which(name) is None]
-    absent += [str(path) for path in (TEMPLATES, ADMIN_PROGRAM) if not path.exists()]
+    absent += [str(path) for path in files if not path.exists()]
     if importlib.util.find_spec("selenium") is None:
         absent.append("selenium")
     return " ".join(absent)
 
 
 class Browser:
-    """Chromium without a window, with a profile of its own."""
+    """Chromium without a window, with a profile of its own; it can log every request that its pages make."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, logs_requests=False):
         from selenium import webdriver
         from selenium.webdriver.chrome.service import Service
         options = webdriver.ChromeOptions()
@@ -31,6 +31,8 @@ class Browser:
                          "--disable-background-networking", "--disable-component-update", "--no-proxy-server",
                          "--window-size=1280,2400", f"--user-data-dir={folder}"):
             options.add_argument(argument)
+        if logs_requests:
+            options.set_capability("goog:loggingPrefs", {"performance": "ALL"})
         self.driver = webdriver.Chrome(service=Service(shutil.which("chromedriver")), options=options)
         self.driver.set_page_load_timeout(PATIENCE)
 
