@@ -3,8 +3,11 @@
 
 #include <dirent.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -28,14 +31,26 @@ constexpr std::size_t kLongestDescription = 127;
 // A line of more than 2,046 bytes is two to it, the second of which ends the list; only the ID has no limit so far.
 constexpr std::size_t kLongestDeviceID = 255;
 
-std::vector<std::string> filesIn(const std::string& folder, const std::vector<std::string_view>& endings) {
+// Whether opening it could wait for ever, as for the other end of a pipe.
+bool isNoFile(const std::string& path) {
+  struct stat status;
+  return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
+// A folder that is not there has none; of one that cannot be read `warnings` tells.
+std::vector<std::string> filesIn(const std::string& folder, const std::vector<std::string_view>& endings,
+                                 std::vector<std::string>& warnings) {
   std::vector<std::string> names;
   const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(folder.c_str()), closedir);
+  if (directory == nullptr && errno != ENOENT) {
+    warnings.push_back(fmt::format("the folder {} cannot be read: {}", visible(folder), std::strerror(errno)));
+  }
   while (const dirent* entry = directory == nullptr ? nullptr : readdir(directory.get())) {
     const std::string_view name = entry->d_name;
     const bool isWanted =
         std::any_of(endings.begin(), endings.end(), [name](std::string_view ending) { return name.ends_with(ending); });
-    if (isWanted && !name.starts_with('.')) names.emplace_back(name);
+    if (!isWanted || name.starts_with('.') || isNoFile(folder + "/" + entry->d_name)) continue;
+    names.emplace_back(name);
   }
   std::sort(names.begin(), names.end());
   return names;
@@ -117,10 +132,12 @@ std::string Setup::line() const {
                      cutTo(kLongestDeviceID, deviceID));
 }
 
-SetupFolder::SetupFolder(std::string path)
-    : path_(std::move(path)), PPDNames_(filesIn(path_ + "/ppd", {".ppd", ".ppd.gz"})) {
-  for (const std::string& file : filesIn(path_, {".json"})) snapshotNames_.push_back(file.substr(0, file.size() - 5));
+SetupFolder::SetupFolder(std::string path) : path_(std::move(path)) {
+  for (const std::string& file : filesIn(path_, {".json"}, warnings_)) {
+    snapshotNames_.push_back(file.substr(0, file.size() - 5));
+  }
   std::sort(snapshotNames_.begin(), snapshotNames_.end());
+  PPDNames_ = filesIn(path_ + "/ppd", {".ppd", ".ppd.gz"}, warnings_);
 }
 
 std::string SetupFolder::nameOf(const std::string& snapshotName, std::size_t number) const {

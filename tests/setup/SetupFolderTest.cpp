@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -16,6 +17,7 @@
 #include "tests/support/TemporaryFolder.h"
 
 using testing::AllOf;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -160,9 +162,30 @@ TEST_F(SetupFolderTest, AnEmptyFolderOrNoneHasNothing) {
   }
 }
 
-TEST_F(SetupFolderTest, AFileInTheFoldersPlaceHasNothing) {
+TEST_F(SetupFolderTest, AFileInTheFoldersPlaceHasNothingAndIsTold) {
   SetupFolder folder(folder_.file("file", "text"));
   EXPECT_THAT(folder.all(), IsEmpty());
+  EXPECT_THAT(folder.warnings(), Contains(AllOf(HasSubstr("the folder "), HasSubstr("/file cannot be read: "))));
+}
+
+TEST_F(SetupFolderTest, AFolderThatCannotBeReadIsTold) {
+  addSnapshot("p", {device("")});
+  fs::remove(folder_.path("ppd"));
+  EXPECT_THAT(warnings(), IsEmpty());
+  fs::create_directory_symlink("ppd", folder_.path("ppd"));
+  EXPECT_THAT(names(), IsEmpty());
+  EXPECT_THAT(warnings(), ElementsAre(AllOf(HasSubstr("the folder "), HasSubstr("/ppd cannot be read: "))));
+}
+
+// Opening a pipe would wait for its other end, and the scheduler with it.
+TEST_F(SetupFolderTest, PipesAreNotLookedAt) {
+  addSnapshot("p", {device("")});
+  addPPD("z.ppd", ppd("Z9"));
+  ASSERT_EQ(mkfifo(folder_.path("q.json").c_str(), 0600), 0);
+  ASSERT_EQ(mkfifo(folder_.path("ppd/y.ppd").c_str(), 0600), 0);
+  EXPECT_THAT(names(), ElementsAre("p/z.ppd"));
+  EXPECT_THAT(refusalOf("q/z.ppd"), HasSubstr("no snapshot q.json"));
+  EXPECT_THAT(refusalOf("p/y.ppd"), HasSubstr("no base PPD y.ppd"));
 }
 
 TEST_F(SetupFolderTest, OnlySnapshotsOrOnlyPPDsAreNothing) {
