@@ -97,9 +97,10 @@ bool answers(const Device& device, const Snapshot& snapshot, const std::string& 
   return !uri.empty() && snapshot.deviceFor(uri, askedModel(snapshot, ppd)) == &device;
 }
 
-Snapshot readSnapshot(const std::string& path, const std::string& name) {
+// `read` is one of the snapshot's functions that do.
+Snapshot readSnapshot(const std::string& path, const std::string& name, Snapshot (*read)(const std::string& path)) {
   try {
-    return Snapshot::fromFile(path);
+    return read(path);
   } catch (const snapshot::Error& error) {
     throw std::runtime_error(fmt::format("the snapshot {}.json cannot be used: {}", name, error.what()));
   }
@@ -172,7 +173,7 @@ Setup SetupFolder::setupOf(const std::string& snapshotName, const Listed& listed
 
 void SetupFolder::addSetups(const std::string& snapshotName, const std::vector<std::pair<std::string, BasePPD>>& ppds,
                             std::vector<Setup>& setups) {
-  const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName);
+  const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName, Snapshot::withEmptyStoresFromFile);
   for (const Listed& listed : listedIn(snapshot, snapshotName)) {
     std::vector<Setup> ofDevice;
     for (const auto& [PPDName, ppd] : ppds) {
@@ -232,7 +233,7 @@ Setup SetupFolder::named(std::string_view name) {
 
 Setup SetupFolder::setupIn(const std::string& snapshotName, const std::string& deviceName,
                            const std::string& PPDName) const {
-  const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName);
+  const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName, Snapshot::fromFile);
   const BasePPD ppd = readPPD(pathOfPPD(PPDName), PPDName);
   const std::vector<Listed> devices = listedIn(snapshot, snapshotName);
   const auto listed = std::find_if(devices.begin(), devices.end(),

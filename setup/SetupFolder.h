@@ -34,7 +34,7 @@ class SetupFolder {
   explicit SetupFolder(std::string path);
 
   /// All that can be set up, sorted by name. A pair whose line CUPS could not read is left out: it would take that one,
-  /// and all behind it, for the end of the list.
+  /// and all behind it, for the end of the list. What is in the data stores is not looked at.
   std::vector<Setup> all();
 
   /// The setup of this name; reads only the snapshot and the PPD that it names. Throws std::runtime_error with the

@@ -395,6 +395,14 @@ TEST_F(SetupFolderTest, ASnapshotThatCannotBeUsedIsToldAndTheOthersAreListed) {
   }
 }
 
+// A list does not look into data stores; whoever uses one of them is told.
+TEST_F(SetupFolderTest, WhatIsWrongInADataStoreIsToldWhenItIsUsed) {
+  addPPD("z.ppd", ppd("Z9"));
+  addSnapshot("p", {R"("dataStore": {"VMCustomMediaStorage": {"MediaInfo": nothing}})"});
+  EXPECT_THAT(names(), ElementsAre("p/z.ppd"));
+  EXPECT_THAT(refusalOf("p/z.ppd"), HasSubstr("the snapshot p.json cannot be used: line 1"));
+}
+
 TEST_F(SetupFolderTest, ABasePPDThatCannotBeReadIsTold) {
   addSnapshot("p", {device("")});
   addPPD("z.ppd", ppd("Z9"));
