@@ -129,7 +129,42 @@ void checkBytesAndNesting(std::string_view text) {
   }
 }
 
+// The position of the quotation mark that ends the string that begins at `position`, or the text's size.
+std::size_t endOfString(std::string_view text, std::size_t position) {
+  for (;;) {
+    position = text.find('"', position + 1);
+    if (position == std::string_view::npos) return text.size();
+    std::size_t first = position;
+    while (text[first - 1] == '\\') --first;
+    if ((position - first) % 2 == 0) return position;
+  }
+}
+
 }  // namespace
+
+std::string withoutDeeperThan(std::size_t deepest, std::string_view text) {
+  std::string shallow;
+  std::size_t nesting = 0;
+  std::size_t taken = 0;  // up to where the text was copied or left out
+  for (std::size_t position = 0; position < text.size(); ++position) {
+    switch (text[position]) {
+      case '"':
+        position = endOfString(text, position);
+        break;
+      case '{':
+      case '[':
+        if (nesting++ == deepest) shallow += text.substr(taken, position + 1 - taken);
+        break;
+      case '}':
+      case ']':
+        if (nesting > 0 && --nesting == deepest) taken = position;
+        break;
+      default:
+        break;
+    }
+  }
+  return nesting > deepest ? shallow : shallow.append(text.substr(std::min(taken, text.size())));
+}
 
 Value parseJSON(std::string_view text) {
   checkBytesAndNesting(text);

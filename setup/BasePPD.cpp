@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr std::size_t kBlock = 1 << 16;
-
 std::string_view withoutQuotes(std::string_view value) {
   const bool isQuoted = value.size() >= 2 && value.starts_with('"') && value.ends_with('"');
   return isQuoted ? value.substr(1, value.size() - 2) : value;
@@ -28,32 +26,74 @@ std::optional<std::string_view> valueOf(std::string_view line, std::string_view 
   return Text::trim(rest, Text::isBlank);
 }
 
-// Takes lines until all is known that can be.
+// Whether anything stands between the first quotation mark and the next or the line's end.
+bool holdsNames(std::string_view value) {
+  const std::size_t opening = value.find('"');
+  if (opening == std::string_view::npos) return false;
+  const std::string_view names = value.substr(opening + 1);
+  return !Text::trim(names.substr(0, names.find('"')), Text::isBlank).empty();
+}
+
+// Whether a statement goes on in the next line: its value is opened and not closed, or has not begun.
+bool goesOn(std::string_view line) {
+  const std::size_t colon = line.find(':');
+  if (colon == std::string_view::npos) return true;
+  const std::size_t opening = line.find('"', colon);
+  return opening != std::string_view::npos && line.find('"', opening + 1) == std::string_view::npos;
+}
+
+// Takes lines until all is known that can be. Statements in groups, in options, and in values of several lines are not
+// the document's.
 class Scan {
  public:
-  bool isDone() const { return found_.modelName && found_.manufacturer && found_.deviceID && found_.updaters; }
+  bool isDone() const { return isDone_; }
 
   void take(std::string_view line) {
+    if (line.starts_with("*%") || line.starts_with("*End")) return;
+    if (closing_ != nullptr) {
+      if (valueOf(line, closing_)) closing_ = nullptr;
+    } else if (valueOf(line, "OpenGroup")) {
+      enter("CloseGroup");
+    } else if (line.starts_with("*OpenUI")) {
+      enter("CloseUI");
+    } else if (isInStatement_) {
+      isInStatement_ = !Text::trim(line, Text::isBlank).ends_with('"');
+    } else if (line.starts_with('*')) {
+      takeStatement(line);
+    }
+  }
+
+  BasePPD result() const {
+    return {found_.modelName.value_or(""), std::string(withoutQuotes(found_.manufacturer.value_or(""))),
+            std::string(withoutQuotes(found_.deviceID.value_or(""))), holdsNames(found_.updaters.value_or(""))};
+  }
+
+ private:
+  // What names the printer stands before its options, so behind them only what cannot be done without is looked for.
+  void enter(const char* closing) {
+    closing_ = closing;
+    isInStatement_ = false;
+    isDone_ = found_.modelName && found_.updaters;
+  }
+
+  void takeStatement(std::string_view line) {
     take(line, PPDKeyword::modelName, found_.modelName);
     take(line, "Manufacturer", found_.manufacturer);
     take(line, "1284DeviceID", found_.deviceID);
     take(line, PPDKeyword::updaters, found_.updaters);
+    isInStatement_ = goesOn(line);
+    isDone_ = found_.modelName && found_.manufacturer && found_.deviceID && found_.updaters;
   }
 
-  BasePPD result() const {
-    const std::string updaters = found_.updaters.value_or("");
-    return {found_.modelName.value_or(""), std::string(withoutQuotes(found_.manufacturer.value_or(""))),
-            std::string(withoutQuotes(found_.deviceID.value_or(""))),
-            updaters.size() > 2 && withoutQuotes(updaters).size() < updaters.size()};
-  }
-
- private:
   // The first statement of a keyword counts.
   static void take(std::string_view line, std::string_view keyword, std::optional<std::string>& value) {
     if (value) return;
     if (const auto found = valueOf(line, keyword)) value = *found;
   }
 
+  const char* closing_ = nullptr;  // the keyword that closes the group or option; null outside
+  bool isInStatement_ = false;
+  bool isDone_ = false;
   struct {
     std::optional<std::string> modelName, manufacturer, deviceID, updaters;
   } found_;
@@ -66,26 +106,21 @@ std::string BasePPD::model() const {
 }
 
 std::string BasePPD::make() const {
-  const std::string name = manufacturer.empty() ? model() : manufacturer;
-  return manufacturer.empty() ? name.substr(0, name.find(' ')) : name;
+  if (!manufacturer.empty()) return manufacturer;
+  const std::string name = model();
+  const std::string_view words = Text::trim(name, Text::isWhiteSpace);
+  return std::string(words.substr(0, words.find_first_of(" \t")));
 }
 
 std::optional<BasePPD> BasePPD::ofFile(const std::string& path) {
   const std::unique_ptr<cups_file_t, int (*)(cups_file_t*)> file(cupsFileOpen(path.c_str(), "r"), cupsFileClose);
   if (file == nullptr) return std::nullopt;
   Scan scan;
-  std::string rest;  // of the block, behind its last line end
-  std::array<char, kBlock> block;
+  std::array<char, 256> line;  // the tool reads a longer one in the same parts
   while (!scan.isDone()) {
-    const ssize_t size = cupsFileRead(file.get(), block.data(), block.size());
-    if (size <= 0) break;
-    rest.append(block.data(), static_cast<std::size_t>(size));
-    std::size_t start = 0;
-    for (std::size_t end; (end = rest.find('\n', start)) != std::string::npos; start = end + 1) {
-      scan.take(std::string_view(rest).substr(start, end - start));
-    }
-    rest.erase(0, start);
+    const std::size_t size = cupsFileGetLine(file.get(), line.data(), line.size());
+    if (size == 0) break;
+    scan.take(std::string_view(line.data(), size));
   }
-  scan.take(rest);
   return scan.result();
 }

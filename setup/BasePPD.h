@@ -17,6 +17,7 @@ struct BasePPD {
   /// The manufacturer, or the model's first word.
   std::string make() const;
 
-  /// Reads the file, which may be gzip, up to where all of this is known; absent when it cannot be opened.
+  /// Reads the file, which may be gzip, up to where all of this is known, and no further than the first group or option
+  /// behind the model and the updaters; absent when it cannot be opened.
   static std::optional<BasePPD> ofFile(const std::string& path);
 };

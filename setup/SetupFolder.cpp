@@ -3,8 +3,11 @@
 
 #include <dirent.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -25,15 +28,29 @@ constexpr std::string_view kScheme = "vorantis-autosetup:";
 constexpr std::size_t kLongestName = 255;
 constexpr std::size_t kLongestMake = 127;
 constexpr std::size_t kLongestDescription = 127;
+// A line of more than 2,046 bytes is two to it, the second of which ends the list; only the ID has no limit so far.
+constexpr std::size_t kLongestDeviceID = 255;
 
-std::vector<std::string> filesIn(const std::string& folder, const std::vector<std::string_view>& endings) {
+// Whether opening it could wait for ever, as for the other end of a pipe.
+bool isNoFile(const std::string& path) {
+  struct stat status;
+  return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
+// A folder that is not there has none; of one that cannot be read `warnings` tells.
+std::vector<std::string> filesIn(const std::string& folder, const std::vector<std::string_view>& endings,
+                                 std::vector<std::string>& warnings) {
   std::vector<std::string> names;
   const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(folder.c_str()), closedir);
+  if (directory == nullptr && errno != ENOENT) {
+    warnings.push_back(fmt::format("the folder {} cannot be read: {}", visible(folder), std::strerror(errno)));
+  }
   while (const dirent* entry = directory == nullptr ? nullptr : readdir(directory.get())) {
     const std::string_view name = entry->d_name;
     const bool isWanted =
         std::any_of(endings.begin(), endings.end(), [name](std::string_view ending) { return name.ends_with(ending); });
-    if (isWanted && !name.starts_with('.')) names.emplace_back(name);
+    if (!isWanted || name.starts_with('.') || isNoFile(folder + "/" + entry->d_name)) continue;
+    names.emplace_back(name);
   }
   std::sort(names.begin(), names.end());
   return names;
@@ -48,29 +65,42 @@ bool isField(std::string_view text) {
   return Text::isValidUTF8(text) && visible(text) == text && text.find('"') == std::string_view::npos;
 }
 
+std::string cutTo(std::size_t size, std::string text) {
+  while (text.size() > size) text.resize(text.size() - Text::characterBefore(text, text.size()).size);
+  return text;
+}
+
 // Two base PPDs of one model are told apart by their files: a list for people may show the descriptions only.
 void tellApart(std::vector<Setup>& ofDevice) {
   std::map<std::string, std::size_t> counts;
   for (const Setup& setup : ofDevice) ++counts[setup.description];
   for (Setup& setup : ofDevice) {
     if (counts[setup.description] == 1) continue;
-    setup.description += " (" + setup.PPDPath.substr(setup.PPDPath.rfind('/') + 1) + ")";
+    const std::string file = " (" + setup.PPDPath.substr(setup.PPDPath.rfind('/') + 1) + ")";
+    const std::size_t left = kLongestDescription - std::min(file.size(), kLongestDescription);
+    setup.description = cutTo(left, std::move(setup.description)) + file;
   }
 }
 
-std::string cutTo(std::size_t size, std::string text) {
-  while (text.size() > size) text.resize(text.size() - Text::characterBefore(text, text.size()).size);
-  return text;
+// The model name that a run with this PPD asks for.
+std::string_view askedModel(const Snapshot& snapshot, const BasePPD& ppd) {
+  return snapshot.offersServiceInfoWithSpec ? std::string_view(ppd.modelName) : "";
 }
 
-// Whether the device answers the question that a run with this PPD asks, and not another one in front of it.
+bool mayAnswer(const Device& device, const Snapshot& snapshot, const BasePPD& ppd) {
+  return !device.modelName || *device.modelName == askedModel(snapshot, ppd);
+}
+
+// Whether the device answers the question that a run with this PPD asks, and not another one in front of it. No run
+// asks with an empty URI.
 bool answers(const Device& device, const Snapshot& snapshot, const std::string& uri, const BasePPD& ppd) {
-  return snapshot.deviceFor(uri, snapshot.offersServiceInfoWithSpec ? ppd.modelName : "") == &device;
+  return !uri.empty() && snapshot.deviceFor(uri, askedModel(snapshot, ppd)) == &device;
 }
 
-Snapshot readSnapshot(const std::string& path, const std::string& name) {
+// `read` is one of the snapshot's functions that do.
+Snapshot readSnapshot(const std::string& path, const std::string& name, Snapshot (*read)(const std::string& path)) {
   try {
-    return Snapshot::fromFile(path);
+    return read(path);
   } catch (const snapshot::Error& error) {
     throw std::runtime_error(fmt::format("the snapshot {}.json cannot be used: {}", name, error.what()));
   }
@@ -80,7 +110,7 @@ BasePPD readPPD(const std::string& path, const std::string& name) {
   auto ppd = BasePPD::ofFile(path);
   if (!ppd) throw std::runtime_error(fmt::format("the base PPD {} cannot be read", name));
   if (!ppd->namesUpdaters) throw std::runtime_error(fmt::format("the base PPD {} names no updaters", name));
-  if (ppd->modelName.empty()) throw std::runtime_error(fmt::format("the base PPD {} has no model name", name));
+  if (ppd->model().empty()) throw std::runtime_error(fmt::format("the base PPD {} has no model name", name));
   return std::move(*ppd);
 }
 
@@ -89,8 +119,8 @@ const char* problemOfLine(const Setup& setup) {
   if (setup.name.size() > kLongestName) return "its name is longer than 255 bytes";
   if (setup.ppd.make().empty()) return "its PPD names no manufacturer";
   if (setup.ppd.make().size() > kLongestMake) return "its manufacturer is longer than 127 bytes";
-  const bool isReadable =
-      isField(setup.name) && isField(setup.ppd.make()) && isField(setup.description) && isField(setup.ppd.deviceID);
+  const bool isReadable = isField(setup.name) && isField(setup.ppd.make()) && isField(setup.ppd.model()) &&
+                          isField(setup.description) && isField(setup.ppd.deviceID);
   return isReadable ? nullptr : "a name holds a quotation mark or a control character";
 }
 
@@ -100,13 +130,15 @@ std::string Setup::line() const {
   const std::string deviceID =
       ppd.deviceID.empty() ? fmt::format("MFG:{};MDL:{};", ppd.make(), ppd.model()) : ppd.deviceID;
   return fmt::format("\"{}\" en \"{}\" \"{}\" \"{}\"\n", name, ppd.make(), cutTo(kLongestDescription, description),
-                     deviceID);
+                     cutTo(kLongestDeviceID, deviceID));
 }
 
-SetupFolder::SetupFolder(std::string path)
-    : path_(std::move(path)), PPDNames_(filesIn(path_ + "/ppd", {".ppd", ".ppd.gz"})) {
-  for (const std::string& file : filesIn(path_, {".json"})) snapshotNames_.push_back(file.substr(0, file.size() - 5));
+SetupFolder::SetupFolder(std::string path) : path_(std::move(path)) {
+  for (const std::string& file : filesIn(path_, {".json"}, warnings_)) {
+    snapshotNames_.push_back(file.substr(0, file.size() - 5));
+  }
   std::sort(snapshotNames_.begin(), snapshotNames_.end());
+  PPDNames_ = filesIn(path_ + "/ppd", {".ppd", ".ppd.gz"}, warnings_);
 }
 
 std::string SetupFolder::nameOf(const std::string& snapshotName, std::size_t number) const {
@@ -141,10 +173,12 @@ Setup SetupFolder::setupOf(const std::string& snapshotName, const Listed& listed
 
 void SetupFolder::addSetups(const std::string& snapshotName, const std::vector<std::pair<std::string, BasePPD>>& ppds,
                             std::vector<Setup>& setups) {
-  const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName);
+  const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName, Snapshot::withEmptyStoresFromFile);
   for (const Listed& listed : listedIn(snapshot, snapshotName)) {
     std::vector<Setup> ofDevice;
     for (const auto& [PPDName, ppd] : ppds) {
+      // Nearly all pairs are of different models, which can be told before anything is composed.
+      if (!mayAnswer(*listed.device, snapshot, ppd)) continue;
       Setup setup = setupOf(snapshotName, listed, PPDName, ppd);
       if (answers(*listed.device, snapshot, setup.deviceURI, ppd)) ofDevice.push_back(std::move(setup));
     }
@@ -165,7 +199,8 @@ std::vector<Setup> SetupFolder::all() {
   std::vector<std::pair<std::string, BasePPD>> ppds;
   for (const std::string& name : PPDNames_) {
     auto ppd = BasePPD::ofFile(pathOfPPD(name));
-    if (ppd && ppd->namesUpdaters && !ppd->modelName.empty()) ppds.emplace_back(name, std::move(*ppd));
+    if (!ppd) warnings_.push_back(fmt::format("the base PPD {} cannot be read", visible(name)));
+    if (ppd && ppd->namesUpdaters && !ppd->model().empty()) ppds.emplace_back(name, std::move(*ppd));
   }
   std::vector<Setup> setups;
   for (const std::string& name : snapshotNames_) {
@@ -187,23 +222,30 @@ Setup SetupFolder::named(std::string_view name) {
   const std::string deviceName(name.substr(kScheme.size(), slash - kScheme.size()));
   const std::string PPDName(name.substr(slash + 1));
   // No path is made of a name that is not that of a file here.
-  const std::size_t plus = deviceName.rfind('+');
   const bool isFirst = contains(snapshotNames_, deviceName);
-  const std::string snapshotName = isFirst ? deviceName : deviceName.substr(0, plus);
+  const std::string snapshotName = isFirst ? deviceName : deviceName.substr(0, deviceName.rfind('+'));
   if (!contains(snapshotNames_, snapshotName)) {
     throw std::runtime_error(fmt::format("there is no snapshot {}.json", deviceName));
   }
   if (!contains(PPDNames_, PPDName)) throw std::runtime_error(fmt::format("there is no base PPD {}", PPDName));
-  const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName);
+  return setupIn(snapshotName, deviceName, PPDName);
+}
+
+Setup SetupFolder::setupIn(const std::string& snapshotName, const std::string& deviceName,
+                           const std::string& PPDName) const {
+  const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName, Snapshot::fromFile);
   const BasePPD ppd = readPPD(pathOfPPD(PPDName), PPDName);
-  for (const Listed& listed : listedIn(snapshot, snapshotName)) {
-    if (nameOf(snapshotName, listed.number) != deviceName) continue;
-    Setup setup = setupOf(snapshotName, listed, PPDName, ppd);
-    if (const char* problem = problemOfLine(setup)) throw std::runtime_error(problem);
-    if (answers(*listed.device, snapshot, setup.deviceURI, ppd)) return setup;
+  const std::vector<Listed> devices = listedIn(snapshot, snapshotName);
+  const auto listed = std::find_if(devices.begin(), devices.end(),
+                                   [&](const Listed& each) { return nameOf(snapshotName, each.number) == deviceName; });
+  if (listed == devices.end()) {
     throw std::runtime_error(
-        fmt::format("the device {} is of another model than the base PPD {}, {}", deviceName, PPDName, ppd.modelName));
+        fmt::format("the snapshot {}.json has no device {} with a data store", snapshotName, deviceName));
   }
+  Setup setup = setupOf(snapshotName, *listed, PPDName, ppd);
+  if (const char* problem = problemOfLine(setup)) throw std::runtime_error(problem);
+  if (answers(*listed->device, snapshot, setup.deviceURI, ppd)) return setup;
   throw std::runtime_error(
-      fmt::format("the snapshot {}.json has no device {} with a data store", snapshotName, deviceName));
+      fmt::format("the device {} is not the one that is asked with the model {} of the base PPD {}", deviceName,
+                  ppd.modelName, PPDName));
 }

@@ -24,18 +24,17 @@ struct Setup {
 };
 
 /// The folder from which an administrator sets queues up: device snapshots (`*.json`), and base PPDs in `ppd/`
-/// (`*.ppd`,
-/// `*.ppd.gz`).
+/// (`*.ppd`, `*.ppd.gz`).
 ///
 /// A setup is named SNAPSHOT/PPD after the two files, the snapshot's without ".json". The second device with a data
 /// store of one snapshot is SNAPSHOT+2, unless a snapshot has this very name.
 class SetupFolder {
  public:
-  /// Looks at the names of the files. What is told on the way goes to `warnings`.
+  /// Looks at the names of the files only.
   explicit SetupFolder(std::string path);
 
   /// All that can be set up, sorted by name. A pair whose line CUPS could not read is left out: it would take that one,
-  /// and all behind it, for the end of the list.
+  /// and all behind it, for the end of the list. What is in the data stores is not looked at.
   std::vector<Setup> all();
 
   /// The setup of this name; reads only the snapshot and the PPD that it names. Throws std::runtime_error with the
@@ -58,6 +57,7 @@ class SetupFolder {
   std::vector<Listed> listedIn(const snapshot::Snapshot& snapshot, const std::string& snapshotName) const;
   Setup setupOf(const std::string& snapshotName, const Listed& listed, const std::string& PPDName,
                 const BasePPD& ppd) const;
+  Setup setupIn(const std::string& snapshotName, const std::string& deviceName, const std::string& PPDName) const;
   void addSetups(const std::string& snapshotName, const std::vector<std::pair<std::string, BasePPD>>& ppds,
                  std::vector<Setup>& setups);
   void addReadable(Setup setup, std::vector<Setup>& setups);

@@ -266,3 +266,59 @@ TEST(SnapshotFile, OfOneByteMoreIsAnError) {
   text.resize(kLargestFile + 1, ' ');
   EXPECT_EQ(errorOfFile(folder.file("large.json", text)), "larger than 64 MiB");
 }
+
+TEST(SnapshotText, LosesWhatIsNestedDeeper) {
+  const auto without = [](std::size_t deepest, std::string_view text) {
+    return snapshot::withoutDeeperThan(deepest, text);
+  };
+  EXPECT_EQ(without(1, R"({"a": {"b": 1}, "c": [2, [3]]})"), R"({"a": {}, "c": []})");
+  EXPECT_EQ(without(2, R"({"a": {"b": 1}, "c": [2, [3], {"d": 4}]})"), R"({"a": {"b": 1}, "c": [2, [], {}]})");
+  EXPECT_EQ(without(0, R"( {"a": 1} )"), " {} ");
+  EXPECT_EQ(without(9, R"({"a": {"b": 1}})"), R"({"a": {"b": 1}})");
+  EXPECT_EQ(without(1, ""), "");
+}
+
+TEST(SnapshotText, BracketsInStringsAreNone) {
+  EXPECT_EQ(snapshot::withoutDeeperThan(1, R"({"a}": "{", "b\"}": {"}": "\\", "c": "\"}"}, "d": 1})"),
+            R"({"a}": "{", "b\"}": {}, "d": 1})");
+}
+
+TEST(SnapshotText, WhatIsNoJSONStaysNone) {
+  for (const char* text : {"{", "[[[[", "]]]]", "{\"a", "\"", "\"\\", "{\"a\": {\"b\": ", "}{", "{\"a\": [1}"}) {
+    SCOPED_TRACE(text);
+    EXPECT_THROW(snapshot::parseJSON(snapshot::withoutDeeperThan(2, text)), Error);
+  }
+}
+
+TEST(SnapshotFile, WithEmptyStoresHasTheSameDevices) {
+  const TemporaryFolder folder;
+  const std::string path = folder.file(
+      "a.json", withMembers(R"("devices": [{"uri": "u:1", "modelName": "\"Z9\"", "dataStore": {"S": {"a": [1]}}},
+                                            {"modelName": "}", "deviceFamilyName": "CID:Q;"}])"));
+  const Snapshot whole = Snapshot::fromFile(path);
+  const Snapshot shallow = Snapshot::withEmptyStoresFromFile(path);
+  ASSERT_EQ(shallow.devices.size(), whole.devices.size());
+  for (std::size_t index = 0; index < whole.devices.size(); ++index) {
+    EXPECT_EQ(shallow.devices[index].uri, whole.devices[index].uri);
+    EXPECT_EQ(shallow.devices[index].modelName, whole.devices[index].modelName);
+    EXPECT_EQ(shallow.devices[index].dataStore.has_value(), whole.devices[index].dataStore.has_value());
+  }
+  ASSERT_TRUE(shallow.devices[0].dataStore);
+  EXPECT_THAT(*shallow.devices[0].dataStore, SizeIs(0));
+  EXPECT_EQ(whole.devices[0].dataStore->size(), 1U);
+}
+
+TEST(SnapshotFile, WithEmptyStoresTellsTheSameErrors) {
+  const TemporaryFolder folder;
+  for (const std::string& text : {std::string(), std::string("{"), withMembers(R"("devices": [{"dataStore": 1}])"),
+                                 withMembers("\"devices\": [{\"dataStore\": {\n\n}}\n, x]"),
+                                 withMembers(R"("devices": [{"dataStore": {"a": )")}) {
+    const std::string path = folder.file("a.json", text);
+    try {
+      Snapshot::withEmptyStoresFromFile(path);
+      ADD_FAILURE() << "no error: " << text;
+    } catch (const Error& error) {
+      EXPECT_EQ(error.what(), errorOfFile(path));
+    }
+  }
+}

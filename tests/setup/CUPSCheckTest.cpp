@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "setup/CUPSCheck.h"
+
+#include <cups/ppd.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "tests/support/TemporaryFolder.h"
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::Optional;
+using testing::StartsWith;
+
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"  // to be strict for a while
+
+namespace {
+
+constexpr const char* kAttributes =
+    "*PPD-Adobe: \"4.3\"\n*FormatVersion: \"4.3\"\n*FileVersion: \"1\"\n*LanguageVersion: English\n"
+    "*LanguageEncoding: ISOLatin1\n*PCFileName: \"Z.PPD\"\n*Product: \"(Z)\"\n*PSVersion: \"(3010.000) 0\"\n"
+    "*ModelName: \"Z\"\n*ShortNickName: \"Z\"\n*NickName: \"Z\"\n*Manufacturer: \"V\"\n";
+
+constexpr const char* kPage =
+    "*OpenUI *PageSize/Size: PickOne\n*DefaultPageSize: A4\n*PageSize A4/A4: \"\"\n*CloseUI: *PageSize\n"
+    "*DefaultImageableArea: A4\n*ImageableArea A4: \"0 0 595 842\"\n*DefaultPaperDimension: A4\n"
+    "*PaperDimension A4: \"595 842\"\n";
+
+std::string loadable() {
+  return std::string(kAttributes) + kPage;
+}
+
+/// The process can open no more files while it lives.
+class NoDescriptors {
+ public:
+  NoDescriptors() {
+    getrlimit(RLIMIT_NOFILE, &before_);
+    const int lowestFree = dup(STDIN_FILENO);
+    close(lowestFree);
+    const rlimit limit = {static_cast<rlim_t>(lowestFree), before_.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &limit);
+  }
+  NoDescriptors(const NoDescriptors&) = delete;
+  NoDescriptors& operator=(const NoDescriptors&) = delete;
+  ~NoDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
+
+ private:
+  rlimit before_ = {};
+};
+
+int lowestFreeDescriptor() {
+  const int descriptor = dup(STDIN_FILENO);
+  close(descriptor);
+  return descriptor;
+}
+
+}  // namespace
+
+TEST(CUPSCheck, HasNothingAgainstWhatCUPSLoads) {
+  EXPECT_EQ(whyCUPSRefuses(loadable()), std::nullopt);
+}
+
+TEST(CUPSCheck, LooksAtTheWholeOfALongPPD) {
+  std::string text = loadable();
+  while (text.size() < 1000000) text += "*QZFiller Name: \"a value of some length\"\n";
+  EXPECT_EQ(whyCUPSRefuses(text), std::nullopt);
+  EXPECT_NE(whyCUPSRefuses(text + "no statement\n"), std::nullopt);
+}
+
+TEST(CUPSCheck, TellsTheReasonAndTheLine) {
+  EXPECT_THAT(whyCUPSRefuses(std::string(kAttributes) + "no statement\n" + kPage),
+              Optional(AllOf(EndsWith(" in line 13"), Not(StartsWith(" ")))));
+  EXPECT_THAT(whyCUPSRefuses(loadable() + "no statement\n"), Optional(EndsWith(" in line 21")));
+}
+
+TEST(CUPSCheck, HoldsThePPDToTheLimitsOfCUPS) {
+  const auto longest = [](const char* begin, std::size_t size, const char* end) {
+    return whyCUPSRefuses(loadable() + begin + std::string(size - std::string(begin).size(), 'x') + end);
+  };
+  EXPECT_EQ(longest("*", 41, ": \"\"\n"), std::nullopt);
+  EXPECT_NE(longest("*", 42, ": \"\"\n"), std::nullopt);
+  EXPECT_EQ(longest("*A: \"", 254, "\"\n"), std::nullopt);
+  EXPECT_NE(longest("*A: \"", 255, "\"\n"), std::nullopt);
+}
+
+TEST(CUPSCheck, RefusesWhatIsNoPPD) {
+  EXPECT_NE(whyCUPSRefuses(""), std::nullopt);
+  EXPECT_NE(whyCUPSRefuses("\n"), std::nullopt);
+  EXPECT_NE(whyCUPSRefuses("*FormatVersion: \"4.3\"\n"), std::nullopt);
+  EXPECT_NE(whyCUPSRefuses(std::string(1, '\0')), std::nullopt);
+  EXPECT_NE(whyCUPSRefuses("\x1F\x8B"), std::nullopt);
+}
+
+TEST(CUPSCheck, IsNotStrict) {
+  const std::string loose = loadable() + "*Keyword\n";
+  ppdSetConformance(PPD_CONFORM_STRICT);
+  EXPECT_NE(whyCUPSRefuses(loose), std::nullopt);
+  ppdSetConformance(PPD_CONFORM_RELAXED);
+  EXPECT_EQ(whyCUPSRefuses(loose), std::nullopt);
+}
+
+TEST(CUPSCheck, TakesTheLineEndsThatCUPSTakes) {
+  std::string text = loadable();
+  for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 2) text.insert(at, "\r");
+  EXPECT_EQ(whyCUPSRefuses(text), std::nullopt);
+}
+
+TEST(CUPSCheck, LeavesNoDescriptorOpen) {
+  const int before = lowestFreeDescriptor();
+  whyCUPSRefuses(loadable());
+  whyCUPSRefuses("");
+  EXPECT_EQ(lowestFreeDescriptor(), before);
+}
+
+TEST(CUPSCheck, SaysThatItCouldNotLook) {
+  const NoDescriptors limit;
+  EXPECT_THAT(whyCUPSRefuses(loadable()), Optional(HasSubstr("no memory to check it in")));
+}
+
+TEST(CUPSCheck, WritesNoFile) {
+  const TemporaryFolder folder;
+  const std::string before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.path());
+  EXPECT_EQ(whyCUPSRefuses(loadable()), std::nullopt);
+  std::filesystem::current_path(before);
+  EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
