@@ -41,6 +41,17 @@ void warnOfUnknownDevice(RunRecorder& recorder, const Report::DeviceAnswer& devi
   }
 }
 
+// The family is asked for without a model name, so a device that has one does not answer.
+void warnOfUnknownFamily(RunRecorder& recorder, const Report& report) {
+  const Report::DeviceAnswer& device = *report.device;
+  if (!device.libraryAvailable || !device.familyCode || !device.familyCode->empty()) return;
+  recorder.warn(
+      "no-family",
+      fmt::format("The library knows no family of the device with the URI {} and no model name, without which it is "
+                  "asked for: the printer-language commands are the second set.",
+                  visible(report.arguments.deviceURI.value_or("(none)"))));
+}
+
 }  // namespace
 
 void DeviceWarnings::add(RunRecorder& recorder, const Report& report) {
@@ -59,4 +70,5 @@ void DeviceWarnings::add(RunRecorder& recorder, const Report& report) {
     warnOfUnknownDevice(recorder, *report.device);
     warnOfRemovedMedia(recorder, report);
   }
+  warnOfUnknownFamily(recorder, report);
 }

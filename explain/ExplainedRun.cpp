@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "explain/ExplainedRun.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <exception>
 #include <memory>
@@ -29,8 +31,13 @@ Report::Parse failedParse(const PPDParserError& error, const InputLines& input) 
   return parse;
 }
 
+std::string whyItCannotBeRead(const Report::ParseFailure& failure) {
+  const std::string place = failure.lineNumber ? fmt::format(" from line {} on", *failure.lineNumber) : "";
+  return fmt::format("the PPD cannot be read{}; expected: {}", place, failure.expected);
+}
+
 std::string whyNothingIsWritten(const Report& report) {
-  if (report.parse && report.parse->failure) return "the PPD cannot be read";
+  if (report.parse && report.parse->failure) return whyItCannotBeRead(*report.parse->failure);
   for (const Report::Updater& updater : report.updaters) {
     if (updater.outcome == Report::UpdaterOutcome::failed) {
       return updater.name + " cannot update the PPD: there is no reader, since the URI or the printer ID is empty";

@@ -11,7 +11,7 @@ namespace WarningCodes {
 
 /// The gravest first, which is the order in reports: why nothing was done, what was not read, what was lost, what is
 /// left from before, what a text of the device breaks, what CUPS will make of it.
-inline constexpr std::array<std::string_view, 51> kInOrder = {
+inline constexpr std::array<std::string_view, 52> kInOrder = {
     "arguments-swapped",
     "library-failed",
     "no-library",
@@ -22,6 +22,7 @@ inline constexpr std::array<std::string_view, 51> kInOrder = {
     "unknown-updater",
     "no-device",
     "no-data-store",
+    "no-family",
     "earlier-media-removed",
     "cut-at-non-utf8",
     "reading-stopped",

@@ -243,7 +243,7 @@ Setup SetupFolder::setupIn(const std::string& snapshotName, const std::string& d
         fmt::format("the snapshot {}.json has no device {} with a data store", snapshotName, deviceName));
   }
   Setup setup = setupOf(snapshotName, *listed, PPDName, ppd);
-  if (const char* problem = problemOfLine(setup)) throw std::runtime_error(problem);
+  if (const char* problem = problemOfLine(setup)) throw std::runtime_error(setup.name + " is not listed: " + problem);
   if (answers(*listed->device, snapshot, setup.deviceURI, ppd)) return setup;
   throw std::runtime_error(
       fmt::format("the device {} is not the one that is asked with the model {} of the base PPD {}", deviceName,

@@ -41,7 +41,8 @@ class SetupFolder {
   /// reason when there is none.
   Setup named(std::string_view name);
 
-  /// What kept a file or a pair out of the list, each in one line.
+  /// What kept a file or a pair of one model out of the list, each in one line; a PPD that names no updaters is none of
+  /// it.
   const std::vector<std::string>& warnings() const { return warnings_; }
 
  private:

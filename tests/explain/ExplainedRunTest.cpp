@@ -92,7 +92,9 @@ TEST(ExplainedRun, TellsWhatWasRead) {
 
 TEST(ExplainedRun, TellsTheMalformedLine) {
   const ExplainedRun run = explain("*A: 1\n*End\n*End\n", std::nullopt);
-  EXPECT_EQ(run.report.failure, "the PPD cannot be read");
+  EXPECT_EQ(run.report.failure,
+            "the PPD cannot be read from line 3 on; expected: the closing quote of the value, or another statement, "
+            "before *End");
   EXPECT_EQ(run.result, "");
   ASSERT_TRUE(run.report.parse && run.report.parse->failure);
   EXPECT_EQ(run.report.parse->failure->code, 6);

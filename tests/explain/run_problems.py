@@ -45,7 +45,7 @@ LIBRARY = "libQZVorantisModel.so.1"
 
 # The gravest first. What stands in one place is of one gravity.
 ORDER = """arguments-swapped library-failed no-library device-not-asked no-updaters updaters-not-quoted second-updaters
-unknown-updater no-device no-data-store earlier-media-removed cut-at-non-utf8 reading-stopped empty-result line-split
+unknown-updater no-device no-data-store no-family earlier-media-removed cut-at-non-utf8 reading-stopped empty-result line-split
 medium-left-out record-incomplete category-unknown id-not-found id-inside-code profile-list-failed profile-skipped
 option-outside-group no-media-option choice-not-written name-not-shown profile-removed-for-another earlier-setup
 left-by-earlier-setup device-line-end,device-quote postscript-string profile-leaves-folder profile-elsewhere
