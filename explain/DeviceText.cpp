@@ -3,7 +3,12 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
+
+#include "base/Text.h"
 #include "explain/Wording.h"
+#include "readers/MediaKeys.h"
 
 namespace {
 
@@ -17,6 +22,34 @@ bool hasQuoteThatCounts(std::string_view text, DeviceText::Place place) {
 }
 
 }  // namespace
+
+Report::OptionalText DeviceText::of(const DeviceValue& value) {
+  return value.isAbsent() ? std::nullopt : Report::OptionalText(value.description());
+}
+
+Report::OptionalText DeviceText::of(const DeviceValue& record, const char* key) {
+  return record.map() == nullptr ? std::nullopt : of(record.valueForKey(key));
+}
+
+Report::Medium DeviceText::mediumOf(const DeviceValue& record) {
+  Report::Medium medium;
+  medium.name = of(record, MediaKey::name);
+  medium.ID = of(record, MediaKey::ID);
+  medium.categoryName = of(record, MediaKey::categoryName);
+  medium.categoryID = of(record, MediaKey::categoryID);
+  medium.parentID = of(record, MediaKey::parentID);
+  medium.gloss = of(record, MediaKey::defaultGloss);
+  const auto profiles = record.map() == nullptr ? nullptr : record.valueForKey(MediaKey::profiles).list();
+  medium.profiles = profiles == nullptr ? 0 : profiles->size();
+  return medium;
+}
+
+bool DeviceText::isNearlyCustomCategory(std::string_view category) {
+  static constexpr std::string_view kCategories[] = {"CUSTOM", "QZ_EXTENDED_MEDIA"};
+  return std::any_of(std::begin(kCategories), std::end(kCategories), [&](std::string_view known) {
+    return known.size() == category.size() && Text::startsWithIgnoringCase(category, known);
+  });
+}
 
 std::vector<std::pair<const char*, std::string>> DeviceText::warningsOf(const char* what,
                                                                         const Report::OptionalText& text, Place place) {

@@ -6,9 +6,20 @@
 #include <vector>
 
 #include "explain/Report.h"
+#include "readers/DeviceValue.h"
 
-/// What a text of the device breaks in the PPD that it gets into.
+/// What the device gave, as text, and what such a text breaks in the PPD that it gets into.
 namespace DeviceText {
+
+/// The value as text; absent stays absent.
+Report::OptionalText of(const DeviceValue& value);
+/// The same of a member; absent when the record is no map.
+Report::OptionalText of(const DeviceValue& record, const char* key);
+/// A medium as a record holds it.
+Report::Medium mediumOf(const DeviceValue& record);
+
+/// Whether somebody meant the category of a custom medium, as far as one can see.
+bool isNearlyCustomCategory(std::string_view category);
 
 /// Where it stands in its statement: CUPS counts the quotes behind the first colon only.
 enum class Place { inFrontOfColon, behindColon };

@@ -7,6 +7,8 @@
 
 #include "base/ATException.h"
 #include "base/Text.h"
+#include "explain/DeviceText.h"
+#include "explain/DocumentSummary.h"
 #include "explain/Wording.h"
 #include "explain/Words.h"
 #include "readers/MediaKeys.h"
@@ -16,53 +18,6 @@ namespace {
 
 using OptionalText = std::optional<std::string>;
 
-// The value as text; absent stays absent.
-OptionalText described(const DeviceValue& value) {
-  return value.isAbsent() ? std::nullopt : OptionalText(value.description());
-}
-
-OptionalText valueOf(const DeviceValue& record, const char* key) {
-  return record.map() == nullptr ? std::nullopt : described(record.valueForKey(key));
-}
-
-Report::Medium mediumOf(const DeviceValue& record) {
-  Report::Medium medium;
-  medium.name = valueOf(record, MediaKey::name);
-  medium.ID = valueOf(record, MediaKey::ID);
-  medium.categoryName = valueOf(record, MediaKey::categoryName);
-  medium.categoryID = valueOf(record, MediaKey::categoryID);
-  medium.parentID = valueOf(record, MediaKey::parentID);
-  medium.gloss = valueOf(record, MediaKey::defaultGloss);
-  const auto profiles = record.map() == nullptr ? nullptr : record.valueForKey(MediaKey::profiles).list();
-  medium.profiles = profiles == nullptr ? 0 : profiles->size();
-  return medium;
-}
-
-std::size_t countOfStatements(const ATPPDCompoundObject& compound) {
-  std::size_t count = 0;
-  for (const auto& object : compound.PPDObjects()) {
-    if (const auto* inner = dynamic_cast<const ATPPDCompoundObject*>(object.get())) {
-      count += countOfStatements(*inner);
-      continue;
-    }
-    const auto strings = object->strings();
-    if (!strings.empty() && strings[0].view().starts_with("*") && !strings[0].view().starts_with("*%")) ++count;
-  }
-  return count;
-}
-
-std::size_t countOfOptions(const ATPPDCompoundObject& compound) {
-  std::size_t count = 0;
-  for (const auto& object : compound.PPDObjects()) {
-    if (dynamic_cast<const ATPPDOption*>(object.get()) != nullptr) {
-      ++count;
-    } else if (const auto* inner = dynamic_cast<const ATPPDCompoundObject*>(object.get())) {
-      count += countOfOptions(*inner);
-    }
-  }
-  return count;
-}
-
 // Whether updaters look for the option, so that its place matters.
 bool isLookedFor(const std::string& option, const ATPPD& ppd) {
   for (const char* name : {PPDKeyword::mediaOption, PPDKeyword::glossEnhancer, PPDKeyword::simplifiedGlossEnhancer}) {
@@ -70,14 +25,6 @@ bool isLookedFor(const std::string& option, const ATPPD& ppd) {
   }
   const auto qualifier = ppd.attributeForName(PPDKeyword::thirdQualifier);
   return !option.empty() && qualifier != nullptr && qualifier->value() == "\"" + option + "\"";
-}
-
-// Whether somebody meant the category of a custom medium, as far as one can see.
-bool isNearlyCustom(const std::string& category) {
-  static constexpr std::string_view kCategories[] = {"CUSTOM", "QZ_EXTENDED_MEDIA"};
-  return std::any_of(std::begin(kCategories), std::end(kCategories), [&](std::string_view known) {
-    return known.size() == category.size() && Text::startsWithIgnoringCase(category, known);
-  });
 }
 
 // The default gloss enhancer in the properties of a medium, as it stands there.
@@ -92,15 +39,7 @@ OptionalText glossIn(std::string_view properties) {
 }  // namespace
 
 void RunRecorder::didParse(const ATPPD& ppd) {
-  Report::Parse parse;
-  parse.lines = ppd.strings().size();
-  parse.statements = countOfStatements(ppd);
-  parse.groups = ppd.groups().size();
-  parse.options = countOfOptions(ppd);
-  if (const auto* languages = ppd.supportedLocalizations()) parse.languages = *languages;
-  if (const auto modelName = ppd.attributeForName(PPDKeyword::modelName)) {
-    parse.modelName = OptionalText(modelName->value());
-  }
+  report_.parse = DocumentSummary::of(ppd);
   for (const auto& object : ppd.PPDObjects()) {
     const auto* option = dynamic_cast<const ATPPDOption*>(object.get());
     if (option == nullptr || !isLookedFor(option->name(), ppd)) continue;
@@ -113,7 +52,6 @@ void RunRecorder::didParse(const ATPPD& ppd) {
                      "wrote into other statements stays. A fresh start needs the PPD as it was made.",
                      PPDKeyword::mediaListVersion));
   }
-  report_.parse = parse;
 }
 
 void RunRecorder::didNameUpdater(std::string_view name, bool isKnown) {
@@ -166,7 +104,7 @@ void RunRecorder::didReadMedia(const DeviceValue& mediaList) {
   answer.question = library_.question();
   answer.storeFound = library_.storeFound();
   answer.itemFound = library_.itemFound();
-  answer.listVersion = valueOf(mediaList, MediaKey::listVersion);
+  answer.listVersion = DeviceText::of(mediaList, MediaKey::listVersion);
   const auto list = mediaList.valueForKey(MediaKey::list).list();
   answer.libraryAvailable = list != nullptr;
   if (list != nullptr) noteMedia(*list);
@@ -177,7 +115,7 @@ void RunRecorder::noteMedia(const DeviceValue::List& records) {
   const auto& stored = library_.storedMedia();
   std::vector<Report::Medium>& media = report_.device->media.emplace();
   for (std::size_t index = 0; index < records.size(); ++index) {
-    Report::Medium medium = mediumOf(records[index]);
+    Report::Medium medium = DeviceText::mediumOf(records[index]);
     if (index < stored.size()) {
       if (!medium.name) medium.name = stored[index].name;
       if (!medium.ID) medium.ID = stored[index].ID;
@@ -249,7 +187,7 @@ void RunRecorder::didMakeProfileAnew(const ATPPD::Spec& spec) {
 
 void RunRecorder::willProcess(const DeviceValue& record, bool isCustom) {
   Report::MediumOutcome outcome;
-  outcome.device = mediumOf(record);
+  outcome.device = DeviceText::mediumOf(record);
   outcome.device.custom = isCustom;
   const OptionalText category = outcome.device.categoryID;
   const std::size_t index = updater().media.size();
@@ -260,7 +198,7 @@ void RunRecorder::willProcess(const DeviceValue& record, bool isCustom) {
   updater().media.push_back(std::move(outcome));
   isAtMedium_ = true;
   warnOfProfilesThatAreNoList(record);
-  if (isCustom || !category || !isNearlyCustom(*category)) return;
+  if (isCustom || !category || !DeviceText::isNearlyCustomCategory(*category)) return;
   warn("category-unknown",
        fmt::format("The category {} of the medium {} is written otherwise than that of a custom medium, so it is taken "
                    "for a factory medium.",
@@ -287,7 +225,7 @@ void RunRecorder::warnOfUnknownID(const DeviceValue& ID) {
 }
 
 void RunRecorder::didSearchForID(const DeviceValue& ID, const ATPPDChoice* found) {
-  if (!medium().device.custom && medium().device.ID == described(ID)) {
+  if (!medium().device.custom && medium().device.ID == DeviceText::of(ID)) {
     medium().lookedUp = true;
     medium().choiceName = found == nullptr ? std::nullopt : OptionalText(found->name());
   }

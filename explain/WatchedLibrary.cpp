@@ -1,18 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "explain/WatchedLibrary.h"
 
+#include "explain/DeviceText.h"
 #include "readers/MediaKeys.h"
-
-namespace {
-
-// A member of a medium as text; absent when the medium is none, or lacks it.
-Report::OptionalText member(const DeviceValue& medium, const char* key) {
-  if (medium.map() == nullptr) return std::nullopt;
-  const DeviceValue value = medium.valueForKey(key);
-  return value.isAbsent() ? std::nullopt : Report::OptionalText(value.description());
-}
-
-}  // namespace
 
 std::unique_ptr<DeviceModelLibrary::ServiceInfo> WatchedLibrary::serviceInfoWithSpec(const ServiceInfoSpec& spec) {
   asked_ = {spec.uri, spec.modelName};
@@ -43,7 +33,7 @@ DeviceValue WatchedLibrary::representedObject(const Item* item) {
   const DeviceValue media = object.map() == nullptr ? DeviceValue() : object.valueForKey(StoreKey::media);
   if (const auto map = media.map()) {
     for (const auto& [key, medium] : map->entries()) {
-      storedMedia_.push_back({member(medium, StoreKey::name), member(medium, StoreKey::ID)});
+      storedMedia_.push_back({DeviceText::of(medium, StoreKey::name), DeviceText::of(medium, StoreKey::ID)});
     }
   }
   return object;

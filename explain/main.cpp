@@ -57,13 +57,6 @@ struct Options {
   bool strict = false;
 };
 
-std::optional<Format> formatNamed(const std::string& name) {
-  if (name == "text") return Format::text;
-  if (name == "json") return Format::json;
-  if (name == "html") return Format::html;
-  return std::nullopt;
-}
-
 // What somebody typed, or a file is named, may hold anything.
 void say(const std::string& what) {
   std::fprintf(stderr, "vorantis-autosetup-explain: %s\n", Wording::visible(what).c_str());
@@ -78,6 +71,18 @@ void say(const std::string& what) {
 [[noreturn]] void printAndExit(const char* text) {
   const bool printed = std::fputs(text, stdout) >= 0 && std::fflush(stdout) == 0;
   std::exit(printed ? 0 : kUsageError);
+}
+
+Format formatNamed(const std::string& name) {
+  if (name == "text") return Format::text;
+  if (name == "json") return Format::json;
+  if (name == "html") return Format::html;
+  wrongUsage("no such format: " + name);
+}
+
+ReportWriters::Detail detailOf(int longOption) {
+  if (longOption == kSummary) return ReportWriters::Detail::summary;
+  return longOption == kWarnings ? ReportWriters::Detail::warnings : ReportWriters::Detail::full;
 }
 
 constexpr std::array<option, 10> kOptions = {{{"format", required_argument, nullptr, 'f'},
@@ -97,11 +102,7 @@ Options optionsFrom(int argc, char** argv) {
   for (int found; (found = getopt_long(argc, argv, "+f:o:m:hV", kOptions.data(), nullptr)) != -1;) {
     switch (found) {
       case 'f':
-        if (const auto format = formatNamed(optarg)) {
-          options.format = *format;
-        } else {
-          wrongUsage(std::string("no such format: ") + optarg);
-        }
+        options.format = formatNamed(optarg);
         break;
       case 'o':
         options.output = optarg;
@@ -110,13 +111,9 @@ Options optionsFrom(int argc, char** argv) {
         options.medium = optarg;
         break;
       case kFull:
-        options.detail = ReportWriters::Detail::full;
-        break;
       case kSummary:
-        options.detail = ReportWriters::Detail::summary;
-        break;
       case kWarnings:
-        options.detail = ReportWriters::Detail::warnings;
+        options.detail = detailOf(found);
         break;
       case kStrict:
         options.strict = true;
