@@ -20,7 +20,7 @@ using Wording::visible;
 class MediumChecks {
  public:
   MediumChecks(RunRecorder& recorder, const ATPPD& ppd, const Report::Medium& medium)
-      : recorder_(recorder), ppd_(ppd), about_{medium.name, medium.ID} {}
+      : recorder_(recorder), ppd_(ppd), medium_(medium) {}
 
   void checkAdded(const Report::MediumOutcome& medium) {
     checkDeviceText("name", medium.device.name, DeviceText::Place::inFrontOfColon);
@@ -33,11 +33,15 @@ class MediumChecks {
   void checkProfile(const Report::Profile& profile) {
     if (profile.outcome == Report::ProfileOutcome::skipped) return;
     checkDeviceText("profile spec", profile.spec, DeviceText::Place::inFrontOfColon);
-    for (const auto& [code, text] : ProfileWarnings::of(profile)) warn(code, text);
+    for (const auto& [code, text] : ProfileWarnings::of(profile)) {
+      warn(code, fmt::format("{} (medium {})", text, Wording::of(medium_)));
+    }
   }
 
  private:
-  void warn(const char* code, const std::string& text) { recorder_.warn({code, text, false, about_}); }
+  void warn(const char* code, const std::string& text) {
+    recorder_.warn({code, text, false, Report::AboutMedium{medium_.name, medium_.ID}});
+  }
 
   void checkDeviceText(const char* what, const Report::OptionalText& text, DeviceText::Place place) {
     for (const auto& [code, warning] : DeviceText::warningsOf(what, text, place)) warn(code, warning);
@@ -90,7 +94,7 @@ class MediumChecks {
 
   RunRecorder& recorder_;
   const ATPPD& ppd_;
-  Report::AboutMedium about_;
+  const Report::Medium& medium_;
 };
 
 // Custom media are "Custom" and a hexadecimal number.
