@@ -36,7 +36,7 @@ void ATPPD::addString(const StatementString& string, PPDLineType type) {
 
 void ATPPD::addObject(const StatementString& string, PPDLineType type) {
   if (type == PPDLineTypeStatement) {
-    attributes_.append(readAttributes_.make(string));
+    attributes_.append(ATPPDAttribute::attributeWithString(string));
     editablePPDObjects().append(attributes_.back());
   } else if (type == PPDLineTypeOpenUI) {
     editablePPDObjects().append(ATPPDOption::optionWithString(string));

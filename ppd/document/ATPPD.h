@@ -12,7 +12,6 @@
 #include "ppd/document/ATPPDCompoundObject.h"
 #include "ppd/document/ATPPDGroup.h"
 #include "ppd/document/StatementIndex.h"
-#include "ppd/lists/ObjectPool.h"
 
 /// The PPD document: the root of the tree. It hands every line of the file to the object that owns it, and offers the
 /// look-ups and edits of the updaters. Written back, an unchanged document gives the bytes that were read.
@@ -81,7 +80,6 @@ class ATPPD : public ATPPDCompoundObject {
   void addGroup(const StatementString& string);
   Attributes attributesAt(const StatementIndex::Positions& positions) const;
 
-  ObjectPool<ATPPDAttribute> readAttributes_;
   AttributeList attributes_;
   std::vector<std::shared_ptr<ATPPDGroup>> groups_;
   bool groupOpened_ = false;

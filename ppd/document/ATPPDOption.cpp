@@ -45,7 +45,7 @@ void ATPPDOption::addString(const StatementString& string, PPDLineType type) {
       editablePPDObjects().append(ATPPDObject::objectWithString(string, type));
       break;
     case PPDLineTypeChoice: {
-      auto choice = readChoices_.make(string);
+      auto choice = ATPPDChoice::choiceWithString(string);
       choices_.append(choice);
       editablePPDObjects().append(std::move(choice));
       break;

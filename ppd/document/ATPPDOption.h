@@ -9,7 +9,6 @@
 #include "ppd/document/ATPPDChoice.h"
 #include "ppd/document/ATPPDCompoundObject.h"
 #include "ppd/lists/NameIndex.h"
-#include "ppd/lists/ObjectPool.h"
 #include "ppd/lists/PartIndex.h"
 
 /// A UI option: everything between an OpenUI statement and its CloseUI statement (PPD 4.3).
@@ -60,7 +59,6 @@ class ATPPDOption : public ATPPDCompoundObject {
  private:
   bool endsWithCloseUI() const;
 
-  ObjectPool<ATPPDChoice> readChoices_;
   ChoiceList choices_;
   // An earlier setup leaves a choice line for each medium and language, and every medium is looked for by its ID.
   mutable NameIndex<ATPPDChoice> choiceNames_;

@@ -42,6 +42,7 @@ bool ATPPDParser::parsePPDFileAtPath(const std::optional<std::string>& path) {
   lastLineType_ = PPDLineTypeInvalid;
   lastStatementClosed_ = true;
   lineNumber_ = 1;
+  pieces_ = PieceReader();
   const PieceReader::File file = PieceReader::open(*path);
   if (file == nullptr) {
     reportErrorWithCode(PPDParserErrorFileNotOpened);

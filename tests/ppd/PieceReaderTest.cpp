@@ -1,14 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "ppd/lines/PieceReader.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/types.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <random>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "tests/ppd/TestSupport.h"
 
@@ -34,6 +41,26 @@ StatementStrings piecesAt(const std::string& path) {
 Texts piecesOf(std::string_view bytes) {
   const TemporaryFile file(bytes);
   return textsOf(piecesAt(file.path()));
+}
+
+std::string lineOfCUPS(cups_file_t* file) {
+  std::array<char, 256> line;
+  const std::size_t size = cupsFileGetLine(file, line.data(), line.size());
+  return {line.data(), size};
+}
+
+// So many bytes of long lines.
+std::string longLines(std::size_t size) {
+  std::string lines;
+  while (lines.size() < size) lines += std::string(std::min<std::size_t>(199, size - lines.size() - 1), 'y') + "\n";
+  return lines;
+}
+
+Texts linesOfCUPS(const std::string& path) {
+  const PieceReader::File file(cupsFileOpen(path.c_str(), "r"));
+  Texts lines;
+  for (std::string line; !(line = lineOfCUPS(file.get())).empty();) lines.push_back(line);
+  return lines;
 }
 
 std::string x(std::size_t count) {
@@ -114,16 +141,41 @@ TEST(PieceReader, PiecesThatFollowEachOtherShareMemory) {
   EXPECT_EQ(pieces[1].view().data(), pieces[0].view().data() + pieces[0].size());
 }
 
-TEST(PieceReader, OneReaderReadsSeveralFilesAtOnce) {
-  const TemporaryFile one("1a\n1b\n");
-  const TemporaryFile other("2a\n2b\n");
-  const auto oneFile = PieceReader::open(one.path());
-  const auto otherFile = PieceReader::open(other.path());
-  PieceReader reader;
-  StatementStrings pieces;
-  for (int time = 0; time < 2; ++time) {
-    pieces.push_back(*reader.next(oneFile.get()));
-    pieces.push_back(*reader.next(otherFile.get()));
+TEST(PieceReader, GivesWhatTheLineReaderOfCUPSGives) {
+  std::mt19937 random(1);
+  const auto below = [&random](std::size_t limit) { return random() % limit; };
+  for (int time = 0; time < 600; ++time) {
+    std::string bytes;
+    // Few or many line ends, so that lines are short, or longer than a piece; now and then more than a block.
+    const std::size_t rarity = std::size_t{1} << below(11);
+    const std::size_t size = time % 60 == 0 ? 65000 + below(140000) : below(2000);
+    while (bytes.size() < size) bytes += below(rarity + 2) < 2 ? "\n\r"[below(2)] : static_cast<char>(below(256));
+    const TemporaryFile file(bytes);
+    ASSERT_EQ(textsOf(piecesAt(file.path())), linesOfCUPS(file.path())) << "time " << time;
   }
-  EXPECT_THAT(textsOf(pieces), ElementsAre("1a\n", "2a\n", "1b\n", "2b\n"));
+}
+
+TEST(PieceReader, GivesTheSameAtEachPlaceOfABlock) {
+  for (std::size_t size = 65536 - 260; size < 65536 + 4; ++size) {
+    const TemporaryFile file(longLines(size - 300) + x(300) + "\r\na\rb\n\r\r\nc");
+    ASSERT_EQ(textsOf(piecesAt(file.path())), linesOfCUPS(file.path())) << size;
+  }
+}
+
+// A named pipe ends whenever nobody writes to it.
+TEST(PieceReader, TheFirstEndIsTheEnd) {
+  const std::string path = testing::TempDir() + "pieces" + std::to_string(getpid());
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  const PieceReader::File file(cupsFileOpenFd(open(path.c_str(), O_RDONLY | O_NONBLOCK), "r"));
+  PieceReader reader;
+  const auto pieceBehind = [&](std::string_view written) {
+    const int writer = open(path.c_str(), O_WRONLY | O_NONBLOCK);
+    EXPECT_EQ(write(writer, written.data(), written.size()), static_cast<ssize_t>(written.size()));
+    close(writer);
+    const auto piece = reader.next(file.get());
+    return piece ? std::string(piece->view()) : "none";
+  };
+  EXPECT_EQ(pieceBehind("a"), "a");
+  EXPECT_EQ(pieceBehind("b\n"), "none");
+  unlink(path.c_str());
 }
