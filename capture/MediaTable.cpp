@@ -15,6 +15,7 @@
 
 #include "base/Text.h"
 #include "readers/IATDataReader.h"
+#include "readers/MediaKeys.h"
 
 namespace {
 
@@ -61,15 +62,18 @@ class Rows {
 };
 
 enum Column { name, ID, categoryName, categoryID, parentID, gloss, profileName, URL, profileGloss, outputMode, kCount };
-constexpr std::array<const char*, kCount> kColumns = {
-    "Name",    "MediumID", "CategoryName",  "CategoryID", "ParentID", "DefaultGlossEnhancer",
-    "ICCName", "URL",      "GlossEnhancer", "OutputMode"};
+constexpr std::array<const char*, kCount> kColumns = {StoreKey::name,         StoreKey::ID,
+                                                      StoreKey::categoryName, StoreKey::categoryID,
+                                                      StoreKey::parentID,     StoreKey::defaultGloss,
+                                                      MediaKey::profileName,  MediaKey::profileURL,
+                                                      MediaKey::profileGloss, MediaKey::profileOutputMode};
 
 // Which field of a row is which column.
 class Header {
  public:
-  explicit Header(const Row& titles) : titles_(titles.size()) {
+  explicit Header(const Row& titles) : titles_(titles) {
     for (std::size_t index = 0; index < titles.size(); ++index) {
+      if (titles[index].empty()) continue;  // as spreadsheets leave columns behind
       const auto* column = std::find(kColumns.begin(), kColumns.end(), titles[index]);
       if (column == kColumns.end()) failOfTitle(titles[index]);
       auto& place = places_[static_cast<std::size_t>(column - kColumns.begin())];
@@ -81,7 +85,8 @@ class Header {
     }
   }
 
-  std::size_t titles() const { return titles_; }
+  // Whether the field at this place of a row has a column.
+  bool isNamed(std::size_t place) const { return place < titles_.size() && !titles_[place].empty(); }
 
   // The field of this column; empty when the row has none.
   std::string valueIn(const Row& row, Column column) const {
@@ -92,10 +97,10 @@ class Header {
  private:
   [[noreturn]] static void failOfTitle(const std::string& title) {
     const char* separator = title.find(';') == std::string::npos ? "" : " The fields must be separated by commas.";
-    fail(1, fmt::format("no column is named {}; there are: {}.{}", title, fmt::join(kColumns, ", "), separator));
+    fail(1, fmt::format("no column is named \"{}\"; there are: {}.{}", title, fmt::join(kColumns, ", "), separator));
   }
 
-  std::size_t titles_;
+  const Row& titles_;
   std::array<std::optional<std::size_t>, kCount> places_;
 };
 
@@ -105,10 +110,8 @@ class Media {
   explicit Media(const Header& header) : header_(header) {}
 
   void take(const Row& row, std::size_t number) {
-    if (row.size() > header_.titles()) fail(number, "it has more fields than there are columns");
-    for (const std::string& field : row) {
-      if (!Text::isValidUTF8(field)) fail(number, "it is not UTF-8");
-    }
+    checkText(row, number);
+    if (std::all_of(row.begin(), row.end(), [](const std::string& field) { return field.empty(); })) return;
     const std::string id = header_.valueIn(row, ID);
     if (id.empty()) fail(number, "it has no MediumID");
     const auto found = places_.find(id);
@@ -121,23 +124,31 @@ class Media {
   }
 
   // By their IDs.
-  JSON take() {
+  JSON asJSON() {
     JSON::object_t object;
     for (auto& [id, medium] : media_) object.emplace_back(std::move(id), std::move(medium));  // unique: no look-ups
     return object;
   }
 
  private:
-  static const char* keyOf(Column column) { return kColumns[column]; }
+  void checkText(const Row& row, std::size_t number) const {
+    for (std::size_t index = 0; index < row.size(); ++index) {
+      if (!Text::isValidUTF8(row[index])) fail(number, "it is not UTF-8");
+      if (row[index].find('\0') != std::string::npos) fail(number, "it holds a zero byte");
+      if (!row[index].empty() && !header_.isNamed(index)) fail(number, "it has more fields than there are columns");
+    }
+  }
+
+  static std::string keyOf(Column column) { return kColumns[column]; }
 
   void add(const Row& row, const std::string& id, std::size_t number) {
     if (header_.valueIn(row, name).empty()) fail(number, "its medium has no Name");
     JSON medium;
     for (const Column column : {name, ID, categoryName, categoryID}) medium[keyOf(column)] = valueOf(row, column);
-    medium["ICCProfiles"] = JSON::array();
+    medium[StoreKey::profiles] = JSON::array();
     if (const std::string parent = valueOf(row, parentID); !parent.empty()) medium[keyOf(parentID)] = parent;
     if (const std::string value = valueOf(row, gloss); !value.empty())
-      medium["PropertiesInfo"] = {{keyOf(gloss), value}};
+      medium[StoreKey::properties] = {{keyOf(gloss), value}};
     places_.emplace(id, media_.size());
     media_.emplace_back(id, std::move(medium));
   }
@@ -152,7 +163,8 @@ class Media {
   void checkSame(const Row& row, const JSON& medium, std::size_t number) const {
     for (const Column column : {name, categoryName, categoryID, parentID, gloss}) {
       const std::string value = header_.valueIn(row, column);
-      const JSON& holder = column == gloss && medium.contains("PropertiesInfo") ? medium["PropertiesInfo"] : medium;
+      const JSON& holder =
+          column == gloss && medium.contains(StoreKey::properties) ? medium[StoreKey::properties] : medium;
       if (!value.empty() && holder.value(keyOf(column), "") != value) {
         fail(number, fmt::format("{} is {}, and was \"{}\" for this medium before", keyOf(column), value,
                                  holder.value(keyOf(column), "")));
@@ -169,7 +181,7 @@ class Media {
     for (const Column needed : {profileName, URL}) {
       if (!profile.contains(keyOf(needed))) fail(number, fmt::format("its profile has no {}", keyOf(needed)));
     }
-    medium["ICCProfiles"].push_back(std::move(profile));
+    medium[StoreKey::profiles].push_back(std::move(profile));
   }
 
   const Header& header_;
@@ -184,7 +196,7 @@ JSON mediaOf(std::string_view table) {
   const Header header(rows.front());
   Media media(header);
   for (std::size_t index = 1; index < rows.size(); ++index) media.take(rows[index], index + 1);
-  return media.take();
+  return media.asJSON();
 }
 
 }  // namespace
@@ -192,7 +204,7 @@ JSON mediaOf(std::string_view table) {
 std::string MediaTable::snapshotOf(std::string_view table, const std::string& uri,
                                    const std::optional<std::string>& modelName) {
   JSON device = {{"uri", uri}, {"modelName", modelName.value_or("")}};
-  device["dataStore"][VMCustomMediaStorage]["MediaInfo"] = mediaOf(table);
+  device["dataStore"][VMCustomMediaStorage][StoreKey::media] = mediaOf(table);
   const JSON snapshot = {
       {"format", "vorantis-device-snapshot"}, {"formatVersion", 1}, {"devices", JSON::array({std::move(device)})}};
   return snapshot.dump(2) + "\n";

@@ -4,6 +4,7 @@
 #include "base/ATException.h"
 #include "ppd/document/ATPPD.h"
 #include "ppd/lines/ATPPDParser.h"
+#include "updaters/PPDKeywords.h"
 
 namespace {
 
@@ -26,7 +27,7 @@ std::optional<std::string> ModelNameOfPPD::at(const std::string& path) {
   ATPPDParser parser;
   parser.setDelegate(&reader);
   parser.parsePPDFileAtPath(path);
-  const auto attribute = reader.PPD.attributeForName("ModelName");
+  const auto attribute = reader.PPD.attributeForName(PPDKeyword::modelName);
   const auto value = attribute ? attribute->value() : std::nullopt;
   return std::optional<std::string>(value);
 }

@@ -16,7 +16,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "base/ATException.h"
 #include "base/Text.h"
 #include "capture/DeviceSnapshot.h"
 #include "capture/MediaTable.h"
@@ -127,9 +126,9 @@ std::optional<std::string> modelNameFrom(const Options& options, int count, char
   return std::nullopt;
 }
 
-int printed(const std::string& snapshot) {
-  if (print(snapshot)) return 0;
-  say("the snapshot cannot be written");
+int printed(const std::string& text) {
+  if (print(text)) return 0;
+  say("standard output cannot be written");
   return kFailure;
 }
 
@@ -171,7 +170,7 @@ int run(int argc, char** argv) {
   const int count = argc - optind;
   char** const arguments = argv + optind;
   if (options.check) {
-    if (count != 2 || options.ppd || options.table) wrongUsage("a snapshot and a PPD are needed");
+    if (count != 2 || options.ppd || options.table || options.allowEmpty) wrongUsage("a snapshot and a PPD are needed");
     return check(utf8(arguments[0]), utf8(arguments[1]));
   }
   if (count < 1 || count > (options.ppd ? 1 : 2))

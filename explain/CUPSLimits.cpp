@@ -18,8 +18,10 @@ constexpr std::size_t kLongestText = 80;
 constexpr std::size_t kShown = 60;
 
 std::string shown(std::string_view line) {
-  std::string text = Wording::visible(line.substr(0, kShown));
-  return line.size() > kShown ? text + "…" : text;
+  if (line.size() <= kShown) return Wording::visible(line);
+  std::size_t end = kShown;
+  while (end > 0 && (line[end] & 0xC0) == 0x80) --end;  // in front of a whole character
+  return Wording::visible(line.substr(0, end)) + "…";
 }
 
 // Of the line that begins at `start`. Searching for each of the two line ends is many times faster than for both at
@@ -53,9 +55,16 @@ Parts partsOf(std::string_view line) {
   return parts;
 }
 
+// Printable ASCII characters, and blanks too.
 bool isPrintable(std::string_view keyword) {
   return std::all_of(keyword.begin(), keyword.end(),
-                     [](char character) { return character > ' ' && character <= '~'; });
+                     [](char character) { return character >= ' ' && character <= '~'; });
+}
+
+// What CUPS refuses in the text of a statement; the zero byte ends its line.
+bool hasControlCharacter(std::string_view text) {
+  return std::any_of(text.begin(), text.end(),
+                     [](char character) { return character > 0 && character < ' ' && character != '\t'; });
 }
 
 // Profiles are told apart by this number of their spec on macOS.
@@ -91,6 +100,9 @@ class Checker {
       warn("line-too-long", fmt::format("CUPS refuses the whole PPD for a line of more than 255 bytes ({}): {}",
                                         line.size(), shown(line)));
     }
+    if (line.find('\0') != std::string_view::npos) {
+      warn("zero-byte", fmt::format("CUPS takes a zero byte for the end of its line: {}", shown(line)));
+    }
     if (line.starts_with("*%APLWORKSET START")) {
       warn("aplworkset", "CUPS stops reading at the comment *%APLWORKSET START.");
     }
@@ -116,28 +128,39 @@ class Checker {
 
   void warnOfSwallowed() {
     if (swallowed_.empty()) return;
-    warn("swallowed",
-         fmt::format("An odd quote in \"{}\" swallows {} statements, from \"{}\" to \"{}\".", shown(opening_),
-                     swallowed_.size(), shown(swallowed_.front()), shown(swallowed_.back())));
+    warn("swallowed", fmt::format("An odd quote in \"{}\" swallows {}, from \"{}\" to \"{}\".", shown(opening_),
+                                  Wording::counted(swallowed_.size(), "statement"), shown(swallowed_.front()),
+                                  shown(swallowed_.back())));
     swallowed_.clear();
   }
 
   void checkStatement(const Parts& parts, std::string_view line) {
-    for (const auto& [what, keyword] : {std::pair("main keyword", parts.keyword), {"option keyword", parts.option}}) {
+    for (const auto& [what, keyword] :
+         {std::pair("a main keyword", parts.keyword), {"an option keyword", parts.option}}) {
       if (keyword.size() > kLongestKeyword) {
-        warn("keyword-too-long", fmt::format("CUPS refuses the whole PPD for a {} of more than 40 bytes ({}): {}", what,
+        warn("keyword-too-long", fmt::format("CUPS refuses the whole PPD for {} of more than 40 bytes ({}): {}", what,
                                              keyword.size(), shown(line)));
       } else if (!isPrintable(keyword)) {
         warn("keyword-characters",
-             fmt::format("CUPS, when strict, refuses a {} with other than printable ASCII characters: {}", what,
+             fmt::format("CUPS refuses the whole PPD for {} with other than printable ASCII characters: {}", what,
                          shown(line)));
+      } else if (keyword.find(' ') != std::string_view::npos) {
+        warn("keyword-characters", fmt::format("CUPS, when strict, refuses {} with a blank: {}", what, shown(line)));
       }
+    }
+    checkText(parts, line);
+    if (parts.keyword == "cupsICCProfile") checkProfile(std::string(parts.option));
+  }
+
+  void checkText(const Parts& parts, std::string_view line) {
+    if (hasControlCharacter(parts.text)) {
+      warn("text-characters",
+           fmt::format("CUPS refuses the whole PPD for a control character in a text: {}", shown(line)));
     }
     if (parts.text.size() > kLongestText) {
       warn("text-too-long", fmt::format("CUPS cuts a text behind byte 80, even inside a character ({} bytes): {}",
                                         parts.text.size(), shown(line)));
     }
-    if (parts.keyword == "cupsICCProfile") checkProfile(std::string(parts.option));
   }
 
   void checkProfile(const std::string& spec) {

@@ -3,9 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <iterator>
-
 #include "base/Text.h"
 #include "explain/Wording.h"
 #include "readers/MediaKeys.h"
@@ -44,11 +41,20 @@ Report::Medium DeviceText::mediumOf(const DeviceValue& record) {
   return medium;
 }
 
+bool DeviceText::isCustomChoice(std::string_view name) {
+  static constexpr std::string_view kBeginning = "Custom";
+  return name.starts_with(kBeginning) && name.size() > kBeginning.size() &&
+         name.find_first_not_of("0123456789abcdef", kBeginning.size()) == std::string_view::npos;
+}
+
+// Letter case, and what is no letter, may differ.
 bool DeviceText::isNearlyCustomCategory(std::string_view category) {
-  static constexpr std::string_view kCategories[] = {"CUSTOM", "QZ_EXTENDED_MEDIA"};
-  return std::any_of(std::begin(kCategories), std::end(kCategories), [&](std::string_view known) {
-    return known.size() == category.size() && Text::startsWithIgnoringCase(category, known);
-  });
+  std::string letters;
+  for (const char character : category) {
+    const char folded = Text::foldASCII(character);
+    if (folded >= 'a' && folded <= 'z') letters += folded;
+  }
+  return letters == "custom" || letters == "qzextendedmedia";
 }
 
 std::vector<std::pair<const char*, std::string>> DeviceText::warningsOf(const char* what,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -17,6 +18,9 @@ Report::OptionalText of(const DeviceValue& value);
 Report::OptionalText of(const DeviceValue& record, const char* key);
 /// A medium as a record holds it.
 Report::Medium mediumOf(const DeviceValue& record);
+
+/// Whether the name of a choice is one of a custom medium: "Custom" and a hexadecimal number.
+bool isCustomChoice(std::string_view name);
 
 /// Whether somebody meant the category of a custom medium, as far as one can see.
 bool isNearlyCustomCategory(std::string_view category);

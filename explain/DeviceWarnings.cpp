@@ -28,12 +28,13 @@ std::string asAsked(const Report::Question& question) {
 
 void warnOfUnknownDevice(RunRecorder& recorder, const Report::DeviceAnswer& device) {
   const Report::Question& question = *device.question;
-  const auto hint = snapshotHintFor(question);
   if (device.storeFound) {
-    recorder.warn("no-data-store",
-                  fmt::format("The device's data store has no item {}, where its media would be. Asked for: {}.",
-                              VMCustomMediaStorage, asAsked(question)));
-  } else if (hint && hint->isDeviceWithoutMedia) {
+    return recorder.warn("no-data-store",
+                         fmt::format("The device's data store has no item {}, where its media would be. Asked for: {}.",
+                                     VMCustomMediaStorage, asAsked(question)));
+  }
+  const auto hint = snapshotHintFor(question);
+  if (hint && hint->isDeviceWithoutMedia) {
     recorder.warn("no-data-store", fmt::format("{} Asked for: {}.", hint->text, asAsked(question)));
   } else {
     recorder.warn("no-device", fmt::format("The library knows no device with {}, or none with a data store.{}{}",

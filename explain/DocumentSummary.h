@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "explain/Report.h"
 #include "ppd/document/ATPPD.h"
 
@@ -8,5 +12,11 @@
 namespace DocumentSummary {
 
 Report::Parse of(const ATPPD& ppd);
+
+/// The names of options that updaters look for, and that stand where no updater finds them.
+std::vector<std::string> optionsOutsideGroups(const ATPPD& ppd);
+
+/// The default gloss enhancer in the properties of a medium, as it stands there; absent when there is none.
+Report::OptionalText glossIn(std::string_view properties);
 
 }  // namespace DocumentSummary

@@ -40,7 +40,8 @@ std::string whyNothingIsWritten(const Report& report) {
   if (report.parse && report.parse->failure) return whyItCannotBeRead(*report.parse->failure);
   for (const Report::Updater& updater : report.updaters) {
     if (updater.outcome == Report::UpdaterOutcome::failed) {
-      return updater.name + " cannot update the PPD: there is no reader, since the URI or the printer ID is empty";
+      return fmt::format("{} cannot update the PPD: there is no reader, since the {} is empty", updater.name,
+                         report.arguments.printerID ? "printer ID" : "device URI");
     }
   }
   return "an updater cannot update the PPD";

@@ -10,6 +10,7 @@ struct ExplainedRun {
   Report report;
   std::string result;  ///< the PPD that the tool would have written; empty when the run failed
 
-  /// `argc` and `argv` as the tool gets them. Nothing is written anywhere, and no exception leaves it.
+  /// `argc` and `argv` as the tool gets them. Nothing is written anywhere. What the tool's
+  /// run throws is in the report; only what working that out throws leaves it, which is a lack of memory.
   static ExplainedRun of(int argc, const char* const* argv);
 };

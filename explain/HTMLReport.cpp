@@ -50,7 +50,7 @@ class Writer {
     page_.endTable();
   }
 
-  // One fold for each code; a fold of one stands open.
+  // One fold for each code; a fold of a few stands open.
   void warnings(const Report& report) {
     if (report.warnings.empty()) return;
     page_.section("Warnings");
@@ -76,8 +76,10 @@ class Writer {
       page_.row("Line", code(parse.failure->line));
       page_.row("Expected", HTMLPage::escaped(parse.failure->expected));
     } else {
-      page_.row("Read", fmt::format("{} lines, {} statements, {} groups, {} options", parse.lines, parse.statements,
-                                    parse.groups, parse.options));
+      page_.row("Read",
+                fmt::format("{}, {}, {}, {}", Wording::counted(parse.lines, "line"),
+                            Wording::counted(parse.statements, "statement"), Wording::counted(parse.groups, "group"),
+                            Wording::counted(parse.options, "option")));
       page_.row("Model name", code(parse.modelName));
       page_.row("Languages", HTMLPage::escaped(fmt::format("{}", fmt::join(parse.languages, " "))));
     }
@@ -95,7 +97,7 @@ class Writer {
     if (!updater.known) return HTMLPage::span("odd", "unknown, skipped");
     switch (updater.outcome) {
       case Report::UpdaterOutcome::succeeded:
-        return fmt::format("{}, {} changes", HTMLPage::span("good", "done"), updater.changes.size());
+        return fmt::format("{}, {} changes", HTMLPage::span("good", "done"), updater.realChanges());
       case Report::UpdaterOutcome::failed:
         return HTMLPage::span("bad", "cannot update the PPD");
       case Report::UpdaterOutcome::threw:
@@ -178,8 +180,12 @@ class Writer {
 
   void changes(const Report::Updater& updater) {
     if (updater.changes.empty()) return;
+    const std::size_t real = updater.realChanges();
     page_.section("Changes of the PPD: " + updater.name);
-    page_.beginFold(fmt::format("{} statements", updater.changes.size()), updater.changes.size() <= 30);
+    page_.note(
+        fmt::format("{} statements were removed and written again as they were.", updater.changes.size() - real));
+    if (real == 0) return;
+    page_.beginFold(fmt::format("{} statements", real), real <= 30);
     page_.beginChanges();
     std::size_t shown = 0;
     for (const Report::Change& change : updater.changes) {

@@ -34,22 +34,26 @@ std::optional<std::uint64_t> unpackedSize(const std::string& path) {
 
 InputLines InputLines::ofFile(const std::string& path) {
   InputLines lines;
-  if (const auto file = PieceReader::open(path)) {
-    PieceReader reader;
-    while (const auto piece = reader.next(file.get())) {
-      if (!lines.invalid_ && !Text::isValidUTF8(piece->view())) lines.invalid_ = lines.ends_.size();
-      lines.bytes_ += piece->view();
-      lines.ends_.push_back(lines.bytes_.size());
-    }
-  }
   struct stat status;
   if (stat(path.c_str(), &status) != 0) return lines;
   lines.isDirectory_ = S_ISDIR(status.st_mode);
-  if (!S_ISREG(status.st_mode)) return lines;
+  if (!S_ISREG(status.st_mode)) return lines;  // what is read of a pipe is gone
+  lines.read(path);
   lines.size_ = unpackedSize(path);
   lines.isGzip_ = lines.size_.has_value();
   if (!lines.isGzip_) lines.size_ = static_cast<std::uint64_t>(status.st_size);
   return lines;
+}
+
+void InputLines::read(const std::string& path) {
+  const auto file = PieceReader::open(path);
+  if (file == nullptr) return;
+  PieceReader reader;
+  while (const auto piece = reader.next(file.get())) {
+    if (!invalid_ && !Text::isValidUTF8(piece->view())) invalid_ = ends_.size();
+    bytes_ += piece->view();
+    ends_.push_back(bytes_.size());
+  }
 }
 
 std::string_view InputLines::piece(std::size_t index) const {

@@ -12,7 +12,7 @@
 /// not hand on, which is the line that it rejects and the bytes at which it stops reading.
 class InputLines {
  public:
-  /// No pieces when the file cannot be opened.
+  /// No pieces when the file cannot be opened or is no regular one: a pipe is left to the tool.
   static InputLines ofFile(const std::string& path);
 
   /// The piece of this number, counted from 1, without its line end; absent beyond the last.
@@ -35,6 +35,7 @@ class InputLines {
   bool isDirectory() const { return isDirectory_; }
 
  private:
+  void read(const std::string& path);
   std::string_view piece(std::size_t index) const;
 
   std::string bytes_;

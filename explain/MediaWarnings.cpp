@@ -4,6 +4,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cctype>
+#include <map>
 #include <set>
 
 #include "base/Text.h"
@@ -26,12 +28,13 @@ class MediumChecks {
     checkDeviceText("name", medium.device.name, DeviceText::Place::inFrontOfColon);
     checkDeviceText("ID", medium.device.ID, DeviceText::Place::behindColon);
     checkTranslations(*medium.device.name);
+    checkHexadecimal(*medium.device.name);
     checkPostScript(medium);
     checkChoice(medium);
   }
 
   void checkProfile(const Report::Profile& profile) {
-    if (profile.outcome == Report::ProfileOutcome::skipped) return;
+    if (profile.outcome == Report::ProfileOutcome::skipped || !isInPPD(profile)) return;
     checkDeviceText("profile spec", profile.spec, DeviceText::Place::inFrontOfColon);
     for (const auto& [code, text] : ProfileWarnings::of(profile)) {
       warn(code, fmt::format("{} (medium {})", text, Wording::of(medium_)));
@@ -41,6 +44,14 @@ class MediumChecks {
  private:
   void warn(const char* code, const std::string& text) {
     recorder_.warn({code, text, false, Report::AboutMedium{medium_.name, medium_.ID}});
+  }
+
+  // A later updater may have taken it out.
+  bool isInPPD(const Report::Profile& profile) const {
+    const auto statements = ppd_.attributesForName(PPDKeyword::profile, profile.spec.value_or(""));
+    return std::any_of(statements.begin(), statements.end(), [&](const auto& statement) {
+      return statement->spec() == profile.spec && statement->value() == "\"" + profile.path.value_or("") + "\"";
+    });
   }
 
   void checkDeviceText(const char* what, const Report::OptionalText& text, DeviceText::Place place) {
@@ -55,6 +66,19 @@ class MediumChecks {
   void checkTranslations(const std::string& name) {
     if (!hasLanguages() || name.find(':') == std::string::npos) return;
     warn("colon-in-text", fmt::format("In the translations of \"{}\" CUPS ends the name at the colon.", visible(name)));
+  }
+
+  // CUPS decodes hexadecimal digits between angle brackets in texts (PPD 4.3, section 3.5).
+  void checkHexadecimal(const std::string& name) {
+    const std::size_t bracket = name.find('<');
+    const bool isDecoded = bracket != std::string::npos && bracket + 1 < name.size() &&
+                           std::isxdigit(static_cast<unsigned char>(name[bracket + 1])) != 0;
+    if (isDecoded) {
+      warn("hex-in-text",
+           fmt::format("CUPS takes what follows \"<\" in the name of the medium {} for characters by their "
+                       "codes.",
+                       Wording::of(medium_)));
+    }
   }
 
   void checkPostScript(const Report::MediumOutcome& medium) {
@@ -81,9 +105,10 @@ class MediumChecks {
                                              "end with its *CloseUI statement.",
                                              *medium.choiceName));
     } else if (!hasText(*choice) && !hasLanguages()) {
-      warn("name-not-shown", fmt::format("No language shows the name of the medium {}: it cannot be the text of the "
-                                         "choice {}, and the PPD lists no languages.",
-                                         Wording::of(medium.device), *medium.choiceName));
+      warn("name-not-shown",
+           fmt::format("Only English shows the name of the medium {}: it cannot be the text of the choice {}, "
+                       "and the PPD lists no languages.",
+                       Wording::of(medium.device), *medium.choiceName));
     }
   }
 
@@ -96,13 +121,6 @@ class MediumChecks {
   const ATPPD& ppd_;
   const Report::Medium& medium_;
 };
-
-// Custom media are "Custom" and a hexadecimal number.
-bool isCustomName(std::string_view name) {
-  static constexpr std::string_view kBeginning = "Custom";
-  return name.starts_with(kBeginning) && name.size() > kBeginning.size() &&
-         name.find_first_not_of("0123456789abcdef", kBeginning.size()) == std::string_view::npos;
-}
 
 // What carries the name of a custom medium that the run did not make.
 class Leftovers {
@@ -117,7 +135,28 @@ class Leftovers {
     const auto group = ppd.groupForName(PPDKeyword::mediaGroup);
     const auto option = group == nullptr ? nullptr : group->optionForName(PPDKeyword::mediaOption);
     if (option == nullptr) return;
-    for (const auto& choice : option->choices()) check("choice", choice->name(), Text::orNull(choice->name()));
+    checkDefault(*option);
+    std::map<std::string, std::size_t> counts;
+    for (const auto& choice : option->choices()) {
+      check("choice", choice->name(), Text::orNull(choice->name()));
+      ++counts[std::string(Text::orNull(choice->name()))];
+    }
+    for (const auto& [name, count] : counts) {
+      if (count == 1 || !DeviceText::isCustomChoice(name)) continue;
+      recorder_.warn("choice-twice",
+                     fmt::format("The choice {} stands in the PPD {} times: two media updaters made it, or an "
+                                 "earlier setup left one.",
+                                 name, count));
+    }
+  }
+
+  void checkDefault(const ATPPDOption& option) {
+    const auto& name = option.defaultValue();
+    if (!name || option.choiceForName(*name) != nullptr) return;
+    recorder_.warn("default-not-there",
+                   fmt::format("*DefaultMediaType names {}, which is no choice of the result: CUPS marks "
+                               "no medium.",
+                               visible(*name)));
   }
 
   void checkStatements(const ATPPD& ppd) {
@@ -133,7 +172,7 @@ class Leftovers {
 
  private:
   void check(const char* what, std::optional<std::string_view> choiceName, std::string_view shown) {
-    if (!choiceName || !isCustomName(*choiceName) || made_.count(std::string(*choiceName)) != 0) return;
+    if (!choiceName || !DeviceText::isCustomChoice(*choiceName) || made_.count(std::string(*choiceName)) != 0) return;
     recorder_.warn("left-by-earlier-setup",
                    fmt::format("The {} {} is of no medium of this run: an earlier setup or device left it in the PPD.",
                                what, visible(shown)));
@@ -145,6 +184,28 @@ class Leftovers {
 
 }  // namespace
 
+namespace {
+
+// Two media that a user, or the printer, cannot tell apart.
+void warnOfTwins(RunRecorder& recorder, const Report& report) {
+  if (!report.device || !report.device->media) return;
+  std::set<std::string> names;
+  std::set<std::string> IDs;
+  for (const Report::Medium& medium : *report.device->media) {
+    const Report::AboutMedium about{medium.name, medium.ID};
+    if (medium.ID && !IDs.insert(*medium.ID).second) {
+      recorder.warn(
+          {"medium-twice", fmt::format("The device has the ID {} more than once.", visible(*medium.ID)), false, about});
+    } else if (medium.name && !names.insert(*medium.name).second) {
+      recorder.warn({"medium-twice",
+                     fmt::format("The device has the name {} more than once.", Wording::quoted(medium.name)), false,
+                     about});
+    }
+  }
+}
+
+}  // namespace
+
 void MediaWarnings::add(RunRecorder& recorder, const Report& report, const ATPPD& ppd) {
   for (const Report::Updater& updater : report.updaters) {
     for (const Report::MediumOutcome& medium : updater.media) {
@@ -153,6 +214,7 @@ void MediaWarnings::add(RunRecorder& recorder, const Report& report, const ATPPD
       for (const Report::Profile& profile : medium.profiles) checks.checkProfile(profile);
     }
   }
+  warnOfTwins(recorder, report);
   const Report::Updater* last = report.lastMediaUpdater();
   if (last == nullptr) return;
   Leftovers leftovers(recorder, *last);

@@ -2,6 +2,7 @@
 #include "explain/MediumFilter.h"
 
 #include <algorithm>
+#include <cctype>
 #include <set>
 #include <string_view>
 
@@ -25,7 +26,7 @@ class Filter {
       updater.restoredProfiles.clear();
     }
     keep(report.warnings, [this](const Report::Warning& warning) {
-      return warning.about ? isWanted(warning.about->name, warning.about->ID) : isOfChoices(warning.text);
+      return warning.about ? isWanted(warning.about->name, warning.about->ID) : isOfAll(warning.text);
     });
     return true;
   }
@@ -51,6 +52,15 @@ class Filter {
   bool isOfChoices(std::string_view text) const {
     return std::any_of(choices_.begin(), choices_.end(),
                        [text](const std::string& choice) { return holdsWord(text, choice); });
+  }
+
+  // What names no custom medium's choice, or this one's, may be what the medium was lost by.
+  bool isOfAll(std::string_view text) const {
+    static constexpr std::string_view kCustom = "Custom";
+    const std::size_t found = text.find(kCustom);
+    const bool namesAChoice = found != std::string_view::npos && found + kCustom.size() < text.size() &&
+                              std::isxdigit(static_cast<unsigned char>(text[found + kCustom.size()])) != 0;
+    return !namesAChoice || isOfChoices(text);
   }
 
   const std::string& wanted_;

@@ -6,6 +6,6 @@
 
 #include "explain/Report.h"
 
-/// What of a report is about one medium: its outcome with each updater, the changes of statements that name it or its
-/// choice, and the warnings about it. Absent when the device has no medium of this name or ID.
+/// What of a report is about one medium: its outcome with each updater, the changes of statements that name its
+/// choice, and the warnings about it or about the whole PPD. Absent when the device has no medium of this name or ID.
 std::optional<Report> reportOnMedium(const Report& report, const std::string& nameOrID);

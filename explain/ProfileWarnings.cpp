@@ -8,6 +8,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -71,7 +75,8 @@ void checkPermissions(const std::string& path, const struct stat& file, Warnings
         fmt::format("CUPS leaves a profile out when it or its folder is not root's, or others may write there: {}",
                     visible(path)));
   }
-  if (!isReadable(path)) {
+  const std::unique_ptr<char, void (*)(void*)> target(realpath(path.c_str(), nullptr), std::free);
+  if (!isReadable(path) || (target != nullptr && !isReadable(target.get()))) {
     warnings.emplace_back("profile-not-readable",
                           fmt::format("The user {}, as whom CUPS runs its filters, may not read the "
                                       "profile or not come to it: {}",
@@ -81,7 +86,10 @@ void checkPermissions(const std::string& path, const struct stat& file, Warnings
 
 void checkFile(const std::string& path, Warnings& warnings) {
   const auto file = statusOf(path);
-  if (!file) {
+  if (!file && errno != ENOENT && errno != ENOTDIR) {
+    warnings.emplace_back("profile-not-readable", fmt::format("The profile file cannot be looked at here ({}): {}",
+                                                              std::strerror(errno), visible(path)));
+  } else if (!file) {
     warnings.emplace_back("profile-missing", fmt::format("The profile file does not exist here: {}", visible(path)));
   } else if (!path.starts_with('/') || !S_ISREG(file->st_mode)) {
     warnings.emplace_back(

@@ -97,6 +97,9 @@ struct Report {
     std::vector<std::string> restoredProfiles;  ///< specs
     std::vector<MediumOutcome> media;
     std::vector<Change> changes;  ///< in document order
+
+    /// How many of them are more than a statement that was removed and written again as it was.
+    std::size_t realChanges() const;
   };
 
   /// Which medium is meant, as the device names it.
@@ -118,8 +121,7 @@ struct Report {
   std::vector<Updater> updaters;
   std::vector<Warning> warnings;
 
-  /// The last updater that asked for the device's media, or null. Each media updater begins anew, so what
-  /// this one did is what the PPD holds.
+  /// The last updater that asked for the device's media, or null. It removed nearly all that the others had made.
   const Updater* lastMediaUpdater() const;
 
   bool succeeded() const { return failure.empty(); }

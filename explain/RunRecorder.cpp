@@ -16,35 +16,18 @@
 
 namespace {
 
+// A library may say any amount.
+constexpr std::size_t kLongestReason = 500;
+
 using OptionalText = std::optional<std::string>;
-
-// Whether updaters look for the option, so that its place matters.
-bool isLookedFor(const std::string& option, const ATPPD& ppd) {
-  for (const char* name : {PPDKeyword::mediaOption, PPDKeyword::glossEnhancer, PPDKeyword::simplifiedGlossEnhancer}) {
-    if (option == name) return true;
-  }
-  const auto qualifier = ppd.attributeForName(PPDKeyword::thirdQualifier);
-  return !option.empty() && qualifier != nullptr && qualifier->value() == "\"" + option + "\"";
-}
-
-// The default gloss enhancer in the properties of a medium, as it stands there.
-OptionalText glossIn(std::string_view properties) {
-  static constexpr std::string_view kKey = "defaultGE=";
-  const std::size_t start = properties.find(kKey);
-  if (start == std::string_view::npos) return std::nullopt;
-  const std::string_view value = properties.substr(start + kKey.size());
-  return std::string(value.substr(0, value.find_first_of(";\"")));
-}
 
 }  // namespace
 
 void RunRecorder::didParse(const ATPPD& ppd) {
   report_.parse = DocumentSummary::of(ppd);
-  for (const auto& object : ppd.PPDObjects()) {
-    const auto* option = dynamic_cast<const ATPPDOption*>(object.get());
-    if (option == nullptr || !isLookedFor(option->name(), ppd)) continue;
-    warn("option-outside-group", fmt::format("The option {} stands outside every group, where no updater finds it.",
-                                             Wording::visible(option->name())));
+  for (const std::string& option : DocumentSummary::optionsOutsideGroups(ppd)) {
+    warn("option-outside-group",
+         fmt::format("The option {} stands outside every group, where no updater finds it.", Wording::visible(option)));
   }
   if (ppd.attributeForName(PPDKeyword::mediaListVersion) != nullptr) {
     warn("earlier-setup",
@@ -75,7 +58,8 @@ void RunRecorder::didUpdate(const ATPPD& ppd, bool succeeded) {
 }
 
 void RunRecorder::didThrow(const std::exception& error, const ATPPD& ppd) {
-  const std::string reason = error.what();
+  const std::string_view told = error.what();
+  const std::string reason(told.empty() ? "no reason is given" : told.substr(0, kLongestReason));
   report_.failure = "an error ended the run: " + reason;
   const auto* exception = dynamic_cast<const ATException*>(&error);
   if (exception != nullptr && exception->isLibraryFailure()) {
@@ -94,6 +78,7 @@ void RunRecorder::endUpdate(const ATPPD& ppd, Report::UpdaterOutcome outcome) {
   updater().outcome = outcome;
   updater().changes = before_->to(DocumentChanges(ppd));
   before_.reset();
+  isAtMedium_ = false;
 }
 
 void RunRecorder::didReadMedia(const DeviceValue& mediaList) {
@@ -148,14 +133,20 @@ void RunRecorder::didReadFamily(const std::string& familyCode, bool libraryAvail
   report_.device->familyCode = familyCode;
 }
 
+// The last name of a group statement that this run wrote comes with what stands behind it, and removes nothing.
 void RunRecorder::willRemoveMedium(std::string_view choiceName) {
+  if (choiceName.find('"') != std::string_view::npos) return;
+  if (!DeviceText::isCustomChoice(choiceName)) {
+    warn("factory-medium-removed",
+         fmt::format("The medium {} is listed as one of an earlier setup and was removed, though its name is none of a "
+                     "custom medium's.",
+                     Wording::visible(choiceName)));
+  }
   (isOfThisRun(choiceName) ? updater().replacedMedia : updater().removedMedia).emplace_back(choiceName);
 }
 
-// Whether an updater that ran before made the choice. The last name in a group statement of this run comes with what
-// stands behind it, from the quote on.
-bool RunRecorder::isOfThisRun(std::string_view nameInGroup) const {
-  const std::string_view choiceName = nameInGroup.substr(0, nameInGroup.find('"'));
+// Whether an updater that ran before made the choice.
+bool RunRecorder::isOfThisRun(std::string_view choiceName) const {
   return std::any_of(report_.updaters.begin(), report_.updaters.begin() + static_cast<std::ptrdiff_t>(running_),
                      [&](const auto& earlier) {
                        return std::any_of(earlier.media.begin(), earlier.media.end(), [&](const auto& medium) {
@@ -197,7 +188,6 @@ void RunRecorder::willProcess(const DeviceValue& record, bool isCustom) {
   }
   updater().media.push_back(std::move(outcome));
   isAtMedium_ = true;
-  warnOfProfilesThatAreNoList(record);
   if (isCustom || !category || !DeviceText::isNearlyCustomCategory(*category)) return;
   warn("category-unknown",
        fmt::format("The category {} of the medium {} is written otherwise than that of a custom medium, so it is taken "
@@ -205,14 +195,9 @@ void RunRecorder::willProcess(const DeviceValue& record, bool isCustom) {
                    Wording::visible(*category), Wording::of(medium().device)));
 }
 
-// The updaters take what is no list for no profiles.
-void RunRecorder::warnOfProfilesThatAreNoList(const DeviceValue& record) {
-  const DeviceValue profiles = record.valueForKey(MediaKey::profiles);
-  if (!profiles.isAbsent() && profiles.list() == nullptr) profilesFailed("they are no list");
-}
-
 void RunRecorder::warnOfUnknownID(const DeviceValue& ID) {
   const Report::Medium& device = medium().device;
+  if (device.custom && device.ID == DeviceText::of(ID)) return;  // its own, since it did not become a choice
   if (device.custom) {
     warn("id-not-found",
          fmt::format("The parent {} of the medium {} is in no choice's code: no properties are inherited.",
@@ -254,8 +239,8 @@ void RunRecorder::didInherit(std::string_view parentName, const ATPPDAttribute::
 }
 
 void RunRecorder::didSetGloss(std::string_view /*choiceName*/, std::string_view before, std::string_view after) {
-  medium().glossBefore = glossIn(before);
-  medium().glossAfter = glossIn(after);
+  medium().glossBefore = DocumentSummary::glossIn(before);
+  medium().glossAfter = DocumentSummary::glossIn(after);
 }
 
 Report::Profile& RunRecorder::addedOutcome(const ObservedProfile& profile) {
@@ -281,6 +266,14 @@ void RunRecorder::didSkipProfile(const ObservedProfile& profile, ProfileProblem 
   addedOutcome(profile).reason = reason;
   warn("profile-skipped", fmt::format("The profile {} of the medium {} was left out: {}.",
                                       Wording::quoted(profile.name), Wording::of(medium().device), reason));
+}
+
+void RunRecorder::didFindNoProfiles(const DeviceValue& record) {
+  const DeviceValue profiles = record.valueForKey(MediaKey::profiles);
+  if (profiles.isAbsent() || profiles.list() != nullptr) return;
+  medium().profilesFailure = "they are no list, and count as none";
+  warn("profile-list-failed",
+       fmt::format("The profiles of the medium {} are no list, and count as none.", Wording::of(medium().device)));
 }
 
 void RunRecorder::profilesFailed(const std::string& reason) {

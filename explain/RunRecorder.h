@@ -50,6 +50,7 @@ class RunRecorder : public RunObserver, public UpdateObserver {
   void didAddProfile(const ObservedProfile& profile) override;
   void didSetProfile(const ObservedProfile& profile) override;
   void didSkipProfile(const ObservedProfile& profile, ProfileProblem problem) override;
+  void didFindNoProfiles(const DeviceValue& record) override;
   void profilesFailed(const std::string& reason) override;
 
  private:
@@ -59,9 +60,8 @@ class RunRecorder : public RunObserver, public UpdateObserver {
   void endUpdate(const ATPPD& ppd, Report::UpdaterOutcome outcome);
   void noteMedia(const DeviceValue::List& records);
   void warnOfMissingKey(const DeviceValue& record, const Report::Medium& medium);
-  void warnOfProfilesThatAreNoList(const DeviceValue& record);
   void warnOfUnknownID(const DeviceValue& ID);
-  bool isOfThisRun(std::string_view nameInGroup) const;
+  bool isOfThisRun(std::string_view choiceName) const;
 
   Report& report_;
   const WatchedLibrary& library_;

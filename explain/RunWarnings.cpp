@@ -4,8 +4,6 @@
 #include <fmt/format.h>
 #include <sys/stat.h>
 
-#include <algorithm>
-
 #include "base/Text.h"
 #include "explain/CUPSLimits.h"
 #include "explain/DeviceText.h"
@@ -34,7 +32,9 @@ bool exists(const std::string& path) {
 
 void warnOfSwappedArguments(RunRecorder& recorder, const Report::Arguments& arguments) {
   if (!arguments.deviceURI || !arguments.PPDPath) return;
-  if (exists(*arguments.PPDPath) || !exists(*arguments.deviceURI)) return;
+  const std::string& ppd = *arguments.PPDPath;
+  const bool looksLikeURI = ppd.find(':') < ppd.find('/');
+  if (!looksLikeURI || exists(ppd) || !exists(*arguments.deviceURI)) return;
   recorder.warn("arguments-swapped",
                 fmt::format("There is no file {}, but there is {}: the device URI comes first, and "
                             "then the PPD.",
@@ -57,11 +57,13 @@ void warnOfUnreadBytes(RunRecorder& recorder, const InputLines& input) {
     warnOfBytesThatAreNoText(recorder, input, *number);
   } else if (input.isDirectory()) {
     recorder.warn("reading-stopped", "What was given as the PPD is a directory, which reads as an empty PPD.");
-  } else if (input.isGzip() && input.sizeRead() < input.size().value_or(0)) {
-    recorder.warn("reading-stopped",
-                  fmt::format("The gzip file is damaged or cut off: reading ended behind {} unpacked bytes. "
-                              "What follows is not in the result.",
-                              input.sizeRead()));
+  } else if (input.isGzip() && input.sizeRead() != input.size().value_or(0)) {
+    recorder.warn(
+        "reading-stopped",
+        fmt::format(
+            "The gzip file is damaged, cut off, or goes on behind its end: reading ended behind {} unpacked bytes. "
+            "What follows is not in the result.",
+            input.sizeRead()));
   } else if (input.sizeRead() < input.size().value_or(0)) {
     recorder.warn("reading-stopped",
                   fmt::format("Reading ended behind {} of {} bytes: the file could not be read to its end. "
@@ -92,6 +94,16 @@ void warnOfUpdaters(RunRecorder& recorder, const Report& report, const ATPPD& pp
   }
 }
 
+void warnOfLanguages(RunRecorder& recorder, const ATPPD& ppd) {
+  const auto statement = ppd.attributeForName("cupsLanguages");
+  const auto value = statement == nullptr ? std::nullopt : statement->value();
+  if (!value || value->empty() || value->starts_with('"')) return;
+  recorder.warn("languages-not-quoted",
+                fmt::format("The languages in *cupsLanguages do not stand between double quotes, so there "
+                            "are none: {}",
+                            visible(*value)));
+}
+
 void warnOfListVersion(RunRecorder& recorder, const Report& report) {
   if (!report.device) return;
   const auto warnings =
@@ -119,6 +131,7 @@ void RunWarnings::addForResult(RunRecorder& recorder, const Report& report, cons
                                const std::string& result) {
   if (result.empty()) recorder.warn("empty-result", "The PPD that is written is empty.");
   warnOfUpdaters(recorder, report, ppd);
+  warnOfLanguages(recorder, ppd);
   DeviceWarnings::add(recorder, report);
   MediaWarnings::add(recorder, report, ppd);
   warnOfListVersion(recorder, report);

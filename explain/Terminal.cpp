@@ -40,8 +40,8 @@ bool writeTo(std::FILE* file, const std::string& text) {
 // Whether the pager was there to show it.
 bool page(const std::string& text, const std::string& command) {
   setenv("LESS", "FRX", 0);  // as git has it: no pager for a screenful, colours, the screen stays
-  const auto before = std::signal(SIGPIPE, SIG_IGN);  // the user may leave the pager early
   std::FILE* pipe = popen(command.c_str(), "w");
+  const auto before = std::signal(SIGPIPE, SIG_IGN);  // here, not in the pager: its user may leave it early
   if (pipe != nullptr) writeTo(pipe, text);
   const int status = pipe == nullptr ? -1 : pclose(pipe);
   std::signal(SIGPIPE, before);

@@ -2,6 +2,7 @@
 #include "explain/TextLayout.h"
 
 #include <fmt/format.h>
+#include <utf8proc.h>
 
 #include <algorithm>
 
@@ -11,13 +12,21 @@ namespace {
 
 constexpr std::string_view kMargin = "  ";
 
+// Of a terminal: Chinese, Japanese and Korean characters, and many pictures, take two.
+std::size_t columnsOf(char32_t character) {
+  return static_cast<std::size_t>(std::max(utf8proc_charwidth(static_cast<utf8proc_int32_t>(character)), 0));
+}
+
 // Where a line of at most `width` characters ends: between words when it can.
 std::size_t endOfLine(std::string_view text, std::size_t width) {
   std::size_t end = 0;
   std::size_t lastBlank = 0;
-  for (std::size_t taken = 0; taken < width && end < text.size(); ++taken) {
-    if (text[end] == ' ') lastBlank = end;
-    end += Text::characterAt(text, end).size;
+  for (std::size_t taken = 0; end < text.size();) {
+    const Text::Character character = Text::characterAt(text, end);
+    taken += columnsOf(character.value);
+    if (taken > width) break;
+    if (character.value == ' ') lastBlank = end;
+    end += character.size;
   }
   if (end < text.size() && text[end] == ' ') return end;
   return end < text.size() && lastBlank > 0 ? lastBlank : end;
@@ -26,15 +35,24 @@ std::size_t endOfLine(std::string_view text, std::size_t width) {
 }  // namespace
 
 std::size_t TextLayout::widthOf(std::string_view text) {
-  return static_cast<std::size_t>(
-      std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+  std::size_t width = 0;
+  for (std::size_t position = 0; position < text.size();) {
+    const Text::Character character = Text::characterAt(text, position);
+    width += columnsOf(character.value);
+    position += character.size;
+  }
+  return width;
 }
 
 std::string TextLayout::fitted(const std::string& text, std::size_t width) {
   if (widthOf(text) <= width) return text;
   std::size_t end = 0;
-  for (std::size_t taken = 0; taken + 1 < width; ++taken) end += Text::characterAt(text, end).size;
-  return text.substr(0, end) + "…";
+  for (std::size_t taken = 0;;) {
+    const Text::Character character = Text::characterAt(text, end);
+    taken += columnsOf(character.value);
+    if (taken + 1 > width) return text.substr(0, end) + "…";
+    end += character.size;
+  }
 }
 
 std::string TextLayout::padded(const std::string& text, std::size_t width) {

@@ -4,8 +4,9 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
-/// Lines of text for a terminal or a file: of one width, in characters, wrapped between words, coloured or not. All
+/// Lines of text for a terminal or a file: of one width, in columns, wrapped between words, coloured or not. All
 /// content must be visible text (Wording::visible).
 class TextLayout {
  public:
@@ -15,7 +16,7 @@ class TextLayout {
   static constexpr std::size_t kWidest = 200;
   static constexpr std::size_t kUsual = 80;
 
-  /// `width`: characters in a line; `coloured`: with the escapes of ANSI terminals.
+  /// `width`: columns of a line; `coloured`: with the escapes of ANSI terminals.
   TextLayout(std::size_t width, bool coloured) : width_(width), coloured_(coloured) {}
 
   std::size_t width() const { return width_; }
@@ -39,7 +40,7 @@ class TextLayout {
   /// indent at most.
   void wrapped(const std::string& prefix, const std::string& indent, const std::string& content);
 
-  /// How many characters the text has.
+  /// How many columns of a terminal the text takes.
   static std::size_t widthOf(std::string_view text);
   /// The first characters that fit, with an ellipsis for what does not.
   static std::string fitted(const std::string& text, std::size_t width);

@@ -3,7 +3,6 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
-#include <map>
 
 #include "explain/ReportWriters.h"
 #include "explain/TextLayout.h"
@@ -19,11 +18,14 @@ using Wording::visible;
 
 // Of a long list so many are shown, unless all are asked for.
 constexpr std::size_t kShownMedia = 20;
-constexpr std::size_t kShownChanges = 30;
+constexpr std::size_t kShownStatements = 30;
 constexpr std::size_t kShownOfACode = 2;
 
+// A text of any length must not push the rest from the screen.
+constexpr std::size_t kLongestShown = 300;
+
 std::string shown(const OptionalText& text) {
-  return text ? visible(*text) : "-";
+  return text ? TextLayout::fitted(visible(*text), kLongestShown) : "-";
 }
 
 class Writer {
@@ -95,8 +97,9 @@ class Writer {
   void parse(const Report::Parse& parse) {
     layout_.heading("Reading the PPD");
     if (parse.failure) return failure(*parse.failure);
-    layout_.line(fmt::format("{} lines, {} statements, {} groups, {} options", parse.lines, parse.statements,
-                             parse.groups, parse.options));
+    layout_.line(fmt::format("{}, {}, {}, {}", Wording::counted(parse.lines, "line"),
+                             Wording::counted(parse.statements, "statement"), Wording::counted(parse.groups, "group"),
+                             Wording::counted(parse.options, "option")));
     layout_.paragraph("Model name: " + shown(parse.modelName));
     layout_.paragraph("Languages: " +
                       (parse.languages.empty() ? "none" : visible(fmt::format("{}", fmt::join(parse.languages, " ")))));
@@ -122,7 +125,7 @@ class Writer {
     if (!updater.known) return "unknown, skipped";
     switch (updater.outcome) {
       case Report::UpdaterOutcome::succeeded:
-        return fmt::format("done, {} changes", updater.changes.size());
+        return fmt::format("done, {} changes", updater.realChanges());
       case Report::UpdaterOutcome::failed:
         return "cannot update the PPD";
       case Report::UpdaterOutcome::threw:
@@ -244,7 +247,7 @@ class Writer {
     for (const Report::Change& change : updater.changes) {
       if (change.kind == Report::ChangeKind::moved && detail_ != Detail::full) {
         ++moved;
-      } else if (shownOnes == kShownChanges && detail_ != Detail::full) {
+      } else if (shownOnes == kShownStatements && detail_ != Detail::full) {
         ++left;
       } else {
         ++shownOnes;

@@ -44,7 +44,7 @@ std::optional<Verdict::MediaCounts> Verdict::mediaCounts(const Report& report) {
   if (updater == nullptr) return counts;
   for (const Report::MediumOutcome& medium : updater->media) {
     counts.custom += medium.device.custom;
-    counts.added += medium.added;
+    counts.added += medium.added && report.succeeded();
     counts.lost += lostSomething(medium);
   }
   return counts;
@@ -53,6 +53,7 @@ std::optional<Verdict::MediaCounts> Verdict::mediaCounts(const Report& report) {
 std::string Verdict::media(const Report& report) {
   const auto counts = mediaCounts(report);
   if (!counts) return "";
+  if (!report.succeeded()) return fmt::format("{} on the device", counts->onDevice);
   return fmt::format("{} on the device; {} are the user's, {} became choices, {} lost something", counts->onDevice,
                      counts->custom, counts->added, counts->lost);
 }

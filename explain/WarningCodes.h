@@ -11,7 +11,7 @@ namespace WarningCodes {
 
 /// The gravest first, which is the order in reports: why nothing was done, what was not read, what was lost, what is
 /// left from before, what a text of the device breaks, what CUPS will make of it.
-inline constexpr std::array<std::string_view, 52> kInOrder = {
+inline constexpr std::array<std::string_view, 60> kInOrder = {
     "arguments-swapped",
     "library-failed",
     "no-library",
@@ -20,6 +20,7 @@ inline constexpr std::array<std::string_view, 52> kInOrder = {
     "updaters-not-quoted",
     "second-updaters",
     "unknown-updater",
+    "languages-not-quoted",
     "no-device",
     "no-data-store",
     "no-family",
@@ -40,8 +41,12 @@ inline constexpr std::array<std::string_view, 52> kInOrder = {
     "choice-not-written",
     "name-not-shown",
     "profile-removed-for-another",
+    "factory-medium-removed",
+    "default-not-there",
+    "medium-twice",
     "earlier-setup",
     "left-by-earlier-setup",
+    "choice-twice",
     "device-line-end",
     "device-quote",
     "postscript-string",
@@ -58,11 +63,14 @@ inline constexpr std::array<std::string_view, 52> kInOrder = {
     "line-too-long",
     "keyword-too-long",
     "keyword-characters",
+    "text-characters",
+    "zero-byte",
     "stray-line",
     "swallowed",
     "unclosed-quote",
     "text-too-long",
     "colon-in-text",
+    "hex-in-text",
     "profile-collision",
 };
 

@@ -17,6 +17,8 @@ bool isUnsafe(char32_t character) {
   switch (utf8proc_category(static_cast<utf8proc_int32_t>(character))) {
     case UTF8PROC_CATEGORY_CC:
     case UTF8PROC_CATEGORY_CF:
+    case UTF8PROC_CATEGORY_ZS:  // but for the blank, they look like one
+      return character != ' ';
     case UTF8PROC_CATEGORY_ZL:
     case UTF8PROC_CATEGORY_ZP:
     case UTF8PROC_CATEGORY_CN:
@@ -72,6 +74,10 @@ std::string Wording::visible(std::string_view text) {
     position += character.size;
   }
   return visible;
+}
+
+std::string Wording::counted(std::size_t count, const char* what) {
+  return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
 }
 
 std::string Wording::quoted(const std::optional<std::string>& name) {

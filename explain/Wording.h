@@ -17,6 +17,9 @@ namespace Wording {
 /// ("\xe9").
 std::string visible(std::string_view text);
 
+/// "1 group", "2 groups".
+std::string counted(std::size_t count, const char* what);
+
 /// The lines of a statement, each visible.
 std::vector<std::string> visibleLines(std::string_view statement);
 

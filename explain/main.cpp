@@ -40,7 +40,8 @@ what it does and why, instead of writing the PPD.
   -h, --help           show this help
   -V, --version        show the version
 
-Exit status: 0 or 1 as the tool's, 2 for wrong usage, 3 see --strict.
+Exit status: 0 or 1 as the tool's, 2 for wrong usage or a file that cannot be
+written, 3 see --strict.
 Environment: NO_COLOR, PAGER, and that of the device-model library.
 )";
 
@@ -123,7 +124,8 @@ Options optionsFrom(int argc, char** argv) {
       case 'V':
         printAndExit("vorantis-autosetup-explain " AT_VERSION "\n");
       default:
-        wrongUsage(std::string("no such option, or an argument is missing: ") + argv[optind - 1]);
+        wrongUsage("no such option, or an argument is missing: " +
+                   (optopt > 0 && optopt < kFull ? std::string("-") + static_cast<char>(optopt) : argv[optind - 1]));
     }
   }
   return options;
@@ -141,12 +143,15 @@ std::string reportFor(const Report& report, const Options& options) {
   }
 }
 
-void print(const Report& report, const Options& options) {
-  const auto onMedium = options.medium ? reportOnMedium(report, *options.medium) : std::nullopt;
-  if (options.medium && !onMedium) wrongUsage("the device has no medium of this name or ID: " + *options.medium);
-  const std::string text = reportFor(onMedium ? *onMedium : report, options);
-  const bool forPeople = options.format == Format::text;
-  if (!(forPeople ? Terminal::show(text) : Terminal::print(text))) wrongUsage("the report cannot be written");
+// Whether only a medium is wanted, and known: that must not hide why a run failed, or its device is not known.
+bool isOnMedium(const Report& report, const Options& options) {
+  return options.medium && report.succeeded() && report.device && report.device->media && report.device->itemFound;
+}
+
+// Whether the report was written.
+bool print(const Report& report, const Options& options) {
+  const std::string text = reportFor(report, options);
+  return options.format == Format::text ? Terminal::show(text) : Terminal::print(text);
 }
 
 int explain(int argc, char** argv) {
@@ -157,9 +162,19 @@ int explain(int argc, char** argv) {
   argv[optind - 1] = argv[0];
   const ExplainedRun run = ExplainedRun::of(count + 1, argv + optind - 1);
 
-  print(run.report, options);
+  const bool isFiltered = isOnMedium(run.report, options);
+  const auto onMedium = isFiltered ? reportOnMedium(run.report, *options.medium) : std::nullopt;
+  if (isFiltered && !onMedium) {
+    say("the device has no medium of this name or ID: " + *options.medium);
+    return kUsageError;
+  }
+  if (!print(onMedium ? *onMedium : run.report, options)) {
+    say("the report cannot be written");
+    return kUsageError;
+  }
   if (options.output && run.report.succeeded() && !OutputFile::write(*options.output, run.result)) {
-    wrongUsage("cannot write " + *options.output);
+    say("cannot write " + *options.output);
+    return kUsageError;
   }
   if (!run.report.succeeded()) return 1;
   return options.strict && !run.report.warnings.empty() ? kStrictError : 0;
@@ -172,6 +187,8 @@ int main(int argc, char** argv) {
     return explain(argc, argv);
   } catch (const std::exception& error) {
     say(error.what());
-    return 1;
+  } catch (...) {
+    say("an exception of an unknown type");
   }
+  return 1;
 }

@@ -19,9 +19,9 @@ constexpr const char* kSignature = "-[ATCustomMediaTypesReaderImpl dataFromDevic
 constexpr std::array<std::pair<const char*, const char*>, 5> kRecordBeginning = {{
     {MediaKey::name, StoreKey::name},
     {MediaKey::ID, StoreKey::ID},
-    {MediaKey::categoryName, "CategoryName"},
-    {MediaKey::categoryID, "CategoryID"},
-    {MediaKey::profiles, "ICCProfiles"},
+    {MediaKey::categoryName, StoreKey::categoryName},
+    {MediaKey::categoryID, StoreKey::categoryID},
+    {MediaKey::profiles, StoreKey::profiles},
 }};
 
 std::unique_ptr<DeviceModelLibrary::ServiceInfo> serviceInfo(DeviceModelLibrary& library, const std::string& uri,
@@ -49,8 +49,8 @@ DeviceValue recordOfItem(const DeviceValue& item) {
     if (value.isAbsent()) break;
     record->add(recordKey, std::move(value));
   }
-  record->set(MediaKey::parentID, item.valueForKey("ParentID"));
-  record->set(MediaKey::defaultGloss, item.valueForKey("PropertiesInfo").valueForKey("DefaultGlossEnhancer"));
+  record->set(MediaKey::parentID, item.valueForKey(StoreKey::parentID));
+  record->set(MediaKey::defaultGloss, item.valueForKey(StoreKey::properties).valueForKey(StoreKey::defaultGloss));
   return record;
 }
 

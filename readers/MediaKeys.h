@@ -32,5 +32,11 @@ inline constexpr const char* media = "MediaInfo";
 
 inline constexpr const char* name = "Name";
 inline constexpr const char* ID = "MediumID";
+inline constexpr const char* categoryName = "CategoryName";
+inline constexpr const char* categoryID = "CategoryID";
+inline constexpr const char* profiles = "ICCProfiles";
+inline constexpr const char* parentID = "ParentID";
+inline constexpr const char* properties = "PropertiesInfo";
+inline constexpr const char* defaultGloss = "DefaultGlossEnhancer";
 
 }  // namespace StoreKey

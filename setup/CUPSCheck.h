@@ -6,4 +6,4 @@
 
 /// Why CUPS would not load the PPD, in its own words; absent when it would (libcups' ppdOpen, not strict, as the
 /// scheduler calls it).
-std::optional<std::string> whyCUPSRefuses(const std::string& ppd);
+std::optional<std::string> whyCUPSRefuses(const std::string& content);

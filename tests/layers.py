@@ -16,7 +16,7 @@ MAY_INCLUDE = {
     "updaters": ["base", "ppd", "readers"],
     "driver": ["base", "ppd", "readers", "updaters"],
     "explain": ["base", "ppd", "readers", "updaters", "driver", "library/Snapshot.h"],
-    "capture": ["base", "ppd", "readers", "explain", "library/Snapshot.h"],
+    "capture": ["base", "ppd", "readers", "updaters/PPDKeywords.h", "explain", "library/Snapshot.h"],
     "setup": ["base", "updaters/PPDKeywords.h", "explain", "library/Snapshot.h"],
     "library": [],
 }

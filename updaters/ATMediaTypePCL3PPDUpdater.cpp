@@ -120,6 +120,7 @@ bool ATMediaTypePCL3PPDUpdater::addICCProfileForMediaWithData(const Record& reco
   const auto profiles = profilesOf(record);
   if (profiles == nullptr) {
     ATLog(kAddSignature, "INFO: Cannot add profile from {}", record.description());
+    observer().didFindNoProfiles(record);
     return false;
   }
   for (const ProfileEntry& entry : *profiles) addProfile(record, entry, toPPD);
@@ -149,7 +150,7 @@ void ATMediaTypePCL3PPDUpdater::setICCProfileForMediaWithData(const Record& reco
   const auto profiles = profilesOf(record);
   if (profiles == nullptr) {
     ATLog(kSetSignature, "INFO: Cannot set profile from {}", record.description());
-    return;
+    return observer().didFindNoProfiles(record);
   }
   for (const ProfileEntry& entry : *profiles) setProfile(record, entry, inPPD);
 }

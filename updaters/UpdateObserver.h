@@ -85,6 +85,8 @@ class UpdateObserver {
   virtual void didAddProfile(const ObservedProfile& /*profile*/) {}
   virtual void didSetProfile(const ObservedProfile& /*profile*/) {}
   virtual void didSkipProfile(const ObservedProfile& /*profile*/, ProfileProblem /*problem*/) {}
+  /// The record has no profiles, or what it has is no list of some.
+  virtual void didFindNoProfiles(const DeviceValue& /*record*/) {}
   /// An error ended the work on the medium's profiles, and was caught.
   virtual void profilesFailed(const std::string& /*reason*/) {}
 };

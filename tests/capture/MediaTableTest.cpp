@@ -87,6 +87,11 @@ TEST(MediaTable, ReadsWhatRFC4180Allows) {
   EXPECT_EQ(textOf(*media.member("2"), "Name"), " Satin ") << "blanks are a part of the field";
 }
 
+TEST(MediaTable, BearsWhatSpreadsheetsLeaveBehind) {
+  const Value media = mediaOf("Name,MediumID,,\nA,1,,\n,,,\nB,2\n");
+  EXPECT_EQ(media.object()->size(), 2U);
+}
+
 TEST(MediaTable, NamesTheDevice) {
   const std::string table = "Name,MediumID\n";
   const Snapshot named = Snapshot::fromJSON(MediaTable::snapshotOf(table, "socket://a", "\"Z9\""));
@@ -100,7 +105,7 @@ TEST(MediaTable, RefusesAHeaderThatIsNotUnderstood) {
   EXPECT_THAT(errorOf("Name\nA\n"), HasSubstr("row 1 of the table: there is no column MediumID"));
   EXPECT_THAT(errorOf("MediumID\n1\n"), HasSubstr("there is no column Name"));
   EXPECT_THAT(errorOf("Name,MediumID,Name\n"), HasSubstr("two columns are named Name"));
-  EXPECT_THAT(errorOf("name,MediumID\n"), HasSubstr("no column is named name; there are: Name, MediumID, "));
+  EXPECT_THAT(errorOf("name,MediumID\n"), HasSubstr("no column is named \"name\"; there are: Name, MediumID, "));
   EXPECT_THAT(errorOf("Name;MediumID\n"), HasSubstr("must be separated by commas"));
 }
 
@@ -108,6 +113,8 @@ TEST(MediaTable, RefusesARowThatMakesNoMediumAndSaysWhich) {
   const std::string head = "Name,MediumID,ICCName,URL,ParentID\n";
   EXPECT_THAT(errorOf(head + "A,1\nB,\n"), HasSubstr("row 3 of the table: it has no MediumID"));
   EXPECT_THAT(errorOf(head + ",1\n"), HasSubstr("row 2 of the table: its medium has no Name"));
+  EXPECT_THAT(errorOf(head + std::string("A\0,1\n", 5)), HasSubstr("it holds a zero byte"));
+  EXPECT_THAT(errorOf("Name,MediumID,\nA,1,more\n"), HasSubstr("more fields than there are columns"));
   EXPECT_THAT(errorOf(head + "A,1,,,,more\n"), HasSubstr("more fields than there are columns"));
   EXPECT_THAT(errorOf(head + "A\xE9,1\n"), HasSubstr("it is not UTF-8"));
   EXPECT_THAT(errorOf(head + "A,1,,/p.icc\n"), HasSubstr("its profile has no ICCName"));

@@ -62,6 +62,10 @@ TEST(CUPSLimits, AKeywordMayHave40Bytes) {
     EXPECT_FALSE(libcupsOpens(statement));
   }
   EXPECT_THAT(brokenIn("*cupsICCProfile .My Paper./T: \"\"\n"), ElementsAre("keyword-characters"));
+  EXPECT_THAT(CUPSLimits::brokenIn("*MediaType A B/T: \"\"\n")[0].text,
+              testing::HasSubstr("when strict, refuses an option"));
+  EXPECT_THAT(CUPSLimits::brokenIn("*F\u00E4rbe: 1\n")[0].text,
+              testing::HasSubstr("refuses the whole PPD for a main keyword"));
 }
 
 TEST(CUPSLimits, ATextMayHave80Bytes) {
@@ -107,4 +111,18 @@ TEST(CUPSLimits, WhatTheInputBreaksAlreadyIsMarked) {
   EXPECT_THAT(codes(warnings), ElementsAre("text-too-long", "stray-line"));
   EXPECT_TRUE(warnings[0].inInput);
   EXPECT_FALSE(warnings[1].inInput);
+}
+
+TEST(CUPSLimits, ControlCharactersInATextAndZeroBytes) {
+  EXPECT_THAT(brokenIn("*MediaType A/a\x1b"
+                       "b: \"\"\n"),
+              ElementsAre("text-characters"));
+  EXPECT_THAT(brokenIn("*MediaType A/a\tb\x7f: \"\"\n"), ElementsAre());
+  EXPECT_THAT(brokenIn(std::string("*MediaType A/a\0b: \"\"\n", 21)), ElementsAre("zero-byte"));
+}
+
+TEST(CUPSLimits, ALineIsShownUpToAWholeCharacter) {
+  std::string text = "*MediaType A/";
+  for (int count = 0; count < 60; ++count) text += "\u00E4";
+  EXPECT_THAT(CUPSLimits::brokenIn(text + ": \"\"\n").at(0).text, testing::HasSubstr("\u00E4…"));
 }

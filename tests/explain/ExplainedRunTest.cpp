@@ -4,11 +4,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
+#include <sys/stat.h>
 
 #include <array>
+#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "base/ATException.h"
@@ -247,7 +250,7 @@ TEST(ExplainedRun, TellsMediaOfThisRunFromThoseOfAnEarlierSetup) {
   const ExplainedRun run = explain(ppd(updaters), device(custom("Canvas", "4711") + "," + custom("Satin", "4712")));
   EXPECT_THAT(run.report.updaters[0].removedMedia, IsEmpty());
   EXPECT_THAT(run.report.updaters[1].removedMedia, IsEmpty());
-  EXPECT_THAT(run.report.updaters[1].replacedMedia, ElementsAre("Custom1", "Custom2\"\n*End\n"));
+  EXPECT_THAT(run.report.updaters[1].replacedMedia, ElementsAre("Custom1"));
   EXPECT_EQ(run.report.lastMediaUpdater(), &run.report.updaters[1]);
 }
 
@@ -473,6 +476,78 @@ TEST(ExplainedRun, WarnsOfAProfileThatCUPSFiltersMayNotRead) {
   EXPECT_FALSE(isWarned(hidden));
   std::filesystem::permissions(folder.path("inner"), perms::owner_all);
   EXPECT_TRUE(isWarned(hidden)) << "its folder cannot be entered";
+}
+
+TEST(ExplainedRun, WarnsOfAChoiceThatStandsTwice) {
+  const ExplainedRun run =
+      explain(ppd("ATMediaTypePSPPDUpdater ATMediaTypePSPPDUpdater"), device(custom("Canvas", "4711")));
+  EXPECT_THAT(warningsOf(run), ElementsAre("choice-twice"));
+}
+
+TEST(ExplainedRun, WarnsOfADefaultAndAFactoryMediumThatAreGone) {
+  const std::string group = "*QZMediaTypeGroup CustomMedia-category/Custom Paper: \"Plain\"\n*End\n";
+  EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater", group), device(""))),
+              ElementsAre("factory-medium-removed", "default-not-there"));
+}
+
+TEST(ExplainedRun, WarnsOfMediaThatCannotBeToldApart) {
+  const auto warnings = [](const std::string& one, const std::string& other) {
+    return warningsOf(explain(ppd("ATMediaTypePSPPDUpdater"), device(one + "," + other)));
+  };
+  EXPECT_THAT(warnings(custom("A", "1"), custom("A", "2")), ElementsAre("medium-twice"));
+  EXPECT_THAT(warnings(custom("A", "1"), "\"x" + custom("B", "1").substr(1)), ElementsAre("medium-twice"));
+  EXPECT_THAT(warnings(custom("A", "1"), custom("B", "2")), IsEmpty());
+}
+
+TEST(ExplainedRun, WarnsOfANameThatCUPSDecodesOrRefuses) {
+  const auto warnings = [](const char* name) {
+    return warningsOf(explain(ppd("ATMediaTypePSPPDUpdater"), device(custom(name, "4711"))));
+  };
+  EXPECT_THAT(warnings("Canvas <36>"), ElementsAre("hex-in-text"));
+  EXPECT_THAT(warnings("a < z"), IsEmpty());
+  EXPECT_THAT(warnings("a\\u001bb"), Contains("text-characters"));
+}
+
+TEST(ExplainedRun, WarnsOfLanguagesWithoutQuotes) {
+  EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater", "*cupsLanguages: en de\n"), device(""))),
+              ElementsAre("languages-not-quoted"));
+}
+
+TEST(ExplainedRun, LeavesAPipeToTheTool) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("pipe");
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  const std::string text = ppd("ATMediaTypePSPPDUpdater");
+  SnapshotDeviceModelLibrary library(snapshot::Snapshot::fromJSON(device("")));
+  DeviceModelLibrary::setDefaultLibrary(&library);
+  std::thread writer([&] { std::ofstream(path) << text; });
+  const std::array<const char*, 3> arguments = {"tool", kURI, path.c_str()};
+  const ExplainedRun run = ExplainedRun::of(3, arguments.data());
+  writer.join();
+  DeviceModelLibrary::setDefaultLibrary(nullptr);
+  EXPECT_THAT(run.result, StartsWith(text.substr(0, 60)));
+  EXPECT_EQ(run.report.parse->lines, 14U);
+}
+
+TEST(ExplainedRun, AWarningOfTheWholePPDIsOfNoMediumThoughTheRunEndedAtOne) {
+  const std::string comment = "*%" + std::string(300, 'x') + "\n";
+  const ExplainedRun run =
+      explain(ppd("ATMediaTypePSPPDUpdater", comment), device(custom("Canvas", "4711", R"(, "ParentID": 5)")));
+  ASSERT_FALSE(run.report.succeeded());
+  for (const Report::Warning& warning : run.report.warnings) EXPECT_FALSE(warning.about) << warning.code;
+}
+
+TEST(ExplainedRun, DoesNotTakeAMediumsOwnIDForItsParents) {
+  const std::string media =
+      custom(std::string(300, 'n'), "4711", R"(, "PropertiesInfo": {"DefaultGlossEnhancer": "OFF"})");
+  EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater"), device(media))), ElementsAre("medium-left-out"));
+}
+
+TEST(ExplainedRun, ChecksOnlyProfilesThatAreInTheResult) {
+  const std::string media =
+      custom("Canvas", "4711", R"({"URL": "/no/such.icc", "ICCName": "A"})") + "," + custom("Satin", "4712");
+  const std::string updaters = "ATMediaTypePCL3PPDUpdater ATGlossyProfilePCL3PPDUpdater";
+  EXPECT_THAT(warningsOf(explain(ppd(updaters), device(media))), Not(Contains("profile-missing")));
 }
 
 // The three writers

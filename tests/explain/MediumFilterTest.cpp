@@ -20,7 +20,7 @@ Report reportOnTwoMedia() {
   updater.changes = {{Report::ChangeKind::added, "", "*MediaType Custom1/Canvas: \"\"\n"},
                      {Report::ChangeKind::added, "", "*MediaType Custom12/Satin: \"\"\n"},
                      {Report::ChangeKind::added, "", "*Other: 1\n"}};
-  report.device.emplace();
+  report.device = Report::DeviceAnswer();
   report.device->media = {updater.media[0].device, updater.media[1].device};
   report.warnings = {{"a", "of Canvas", false, Report::AboutMedium{"Canvas", "4711"}},
                      {"b", "of Satin", false, Report::AboutMedium{"Satin", "4712"}},

@@ -15,8 +15,9 @@ TEST(TextLayout, BreaksBetweenWordsWhereItCan) {
   EXPECT_EQ(layout.take(), "* \n");
 }
 
-TEST(TextLayout, CountsCharactersAndNotBytes) {
-  EXPECT_EQ(TextLayout::widthOf("a\u00E9\u4E2D"), 3U);
+TEST(TextLayout, CountsColumnsAndNotBytes) {
+  EXPECT_EQ(TextLayout::widthOf("a\u00E9\u4E2D"), 4U);
+  EXPECT_EQ(TextLayout::fitted("\u4E2D\u4E2D\u4E2D", 5), "\u4E2D\u4E2D\u2026");
   EXPECT_EQ(TextLayout::fitted("\u00E9\u00E9\u00E9\u00E9", 3), "\u00E9\u00E9\u2026");
   EXPECT_EQ(TextLayout::fitted("\u00E9\u00E9\u00E9", 3), "\u00E9\u00E9\u00E9");
   EXPECT_EQ(TextLayout::padded("\u00E9", 3), "\u00E9  ");

@@ -7,7 +7,7 @@ namespace {
 
 Report reportWith(const std::vector<Report::MediumOutcome>& media) {
   Report report;
-  report.device.emplace();
+  report.device = Report::DeviceAnswer();
   report.device->media.emplace(media.size() + 1);
   Report::Updater updater;
   updater.askedForMedia = true;

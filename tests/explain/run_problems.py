@@ -45,12 +45,12 @@ LIBRARY = "libQZVorantisModel.so.1"
 
 # The gravest first. What stands in one place is of one gravity.
 ORDER = """arguments-swapped library-failed no-library device-not-asked no-updaters updaters-not-quoted second-updaters
-unknown-updater no-device no-data-store no-family earlier-media-removed cut-at-non-utf8 reading-stopped empty-result line-split
+unknown-updater languages-not-quoted no-device no-data-store no-family earlier-media-removed cut-at-non-utf8 reading-stopped empty-result line-split
 medium-left-out record-incomplete category-unknown id-not-found id-inside-code profile-list-failed profile-skipped
-option-outside-group no-media-option choice-not-written name-not-shown profile-removed-for-another earlier-setup
-left-by-earlier-setup device-line-end,device-quote postscript-string profile-leaves-folder profile-elsewhere
+option-outside-group no-media-option choice-not-written name-not-shown profile-removed-for-another factory-medium-removed default-not-there medium-twice earlier-setup
+left-by-earlier-setup choice-twice device-line-end,device-quote postscript-string profile-leaves-folder profile-elsewhere
 profile-missing,profile-no-file,profile-permissions profile-not-readable profile-no-icc spec-parts byte-order-mark,aplworkset line-too-long
-keyword-too-long,keyword-characters stray-line swallowed,unclosed-quote text-too-long colon-in-text profile-collision"""
+keyword-too-long,keyword-characters text-characters zero-byte stray-line swallowed,unclosed-quote text-too-long colon-in-text hex-in-text profile-collision"""
 GRAVITY = {code: place for place, codes in enumerate(ORDER.split()) for code in codes.split(",")}
 
 # Those that are always about a medium, which they name.
