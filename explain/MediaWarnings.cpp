@@ -186,6 +186,18 @@ class Leftovers {
 
 namespace {
 
+// Where the PPD has no gloss enhancer option, its updaters write that no choice is the default.
+void warnOfGlossDefaults(RunRecorder& recorder, const ATPPD& ppd) {
+  std::size_t count = 0;
+  for (const auto& properties : ppd.attributesForName(PPDKeyword::mediaProperties)) {
+    count += Text::contains(Text::orNull(properties->value()), "='(null)'");
+  }
+  if (count == 0) return;
+  recorder.warn("no-gloss-choice",
+                fmt::format("The PPD has no choice for a gloss enhancer default: {} say '(null)' now.",
+                            Wording::counted(count, "property statement")));
+}
+
 // Two media that a user, or the printer, cannot tell apart.
 void warnOfTwins(RunRecorder& recorder, const Report& report) {
   if (!report.device || !report.device->media) return;
@@ -215,6 +227,7 @@ void MediaWarnings::add(RunRecorder& recorder, const Report& report, const ATPPD
     }
   }
   warnOfTwins(recorder, report);
+  warnOfGlossDefaults(recorder, ppd);
   const Report::Updater* last = report.lastMediaUpdater();
   if (last == nullptr) return;
   Leftovers leftovers(recorder, *last);

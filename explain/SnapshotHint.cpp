@@ -44,6 +44,13 @@ bool lacksQuotes(const Device& device, const Report::Question& question) {
   return device.modelName && question.modelName && "\"" + *device.modelName + "\"" == *question.modelName;
 }
 
+// Whether a device with a data store stands behind the one that was found, and answers the question too.
+bool isFollowedByAnother(const Snapshot& snapshot, const Device& found, const Report::Question& question) {
+  return std::any_of(&found + 1, snapshot.devices.data() + snapshot.devices.size(), [&](const Device& device) {
+    return device.dataStore && likeness(device, question) == 2;  // both alike to the last character
+  });
+}
+
 SnapshotHint nearestIn(const Snapshot& snapshot, const Report::Question& question, const std::string& path) {
   if (snapshot.devices.empty()) return {fmt::format("The snapshot {} has no devices.", path)};
   const auto nearest = std::max_element(
@@ -67,8 +74,11 @@ std::optional<SnapshotHint> snapshotHintFor(const Report::Question& question) {
     const Device* device = snapshot.deviceFor(question.deviceURI.value_or(""), question.modelName.value_or(""));
     if (device == nullptr) return nearestIn(snapshot, question, Wording::visible(path));
     const char* lacking = device->dataStore ? "custom media in its data store" : "a data store";
-    return SnapshotHint{fmt::format("The snapshot {} has this device, without {}.", Wording::visible(path), lacking),
-                        true};
+    const char* hidden = isFollowedByAnother(snapshot, *device, question)
+                             ? " A later one of its devices would do, but the first that matches counts."
+                             : "";
+    return SnapshotHint{
+        fmt::format("The snapshot {} has this device, without {}.{}", Wording::visible(path), lacking, hidden), true};
   } catch (const snapshot::Error&) {
     return std::nullopt;
   }

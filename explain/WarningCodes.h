@@ -11,7 +11,7 @@ namespace WarningCodes {
 
 /// The gravest first, which is the order in reports: why nothing was done, what was not read, what was lost, what is
 /// left from before, what a text of the device breaks, what CUPS will make of it.
-inline constexpr std::array<std::string_view, 60> kInOrder = {
+inline constexpr std::array<std::string_view, 61> kInOrder = {
     "arguments-swapped",
     "library-failed",
     "no-library",
@@ -34,6 +34,7 @@ inline constexpr std::array<std::string_view, 60> kInOrder = {
     "category-unknown",
     "id-not-found",
     "id-inside-code",
+    "no-gloss-choice",
     "profile-list-failed",
     "profile-skipped",
     "option-outside-group",

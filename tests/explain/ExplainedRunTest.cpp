@@ -508,6 +508,16 @@ TEST(ExplainedRun, WarnsOfANameThatCUPSDecodesOrRefuses) {
   EXPECT_THAT(warnings("a\\u001bb"), Contains("text-characters"));
 }
 
+TEST(ExplainedRun, WarnsOfAGlossDefaultThatThePPDHasNoChoiceFor) {
+  std::string text = ppd("ATMediaTypePSPPDUpdater", "*QZValueAttributes MediaType.Plain: \"defaultGE='off-ge'\"\n");
+  const std::size_t option = text.find("*OpenUI *QZGlossEnhancer");
+  text.erase(option, text.find("*CloseGroup") - option);
+  const std::string media = R"("a": {"Name": "P", "MediumID": "1001", "CategoryName": "P", "CategoryID": "PHOTO",
+      "PropertiesInfo": {"DefaultGlossEnhancer": "OFF"}, "ICCProfiles": []})";
+  const ExplainedRun run = explain(text, device(media));
+  EXPECT_THAT(warningsOf(run), ElementsAre("no-gloss-choice")) << run.result;
+}
+
 TEST(ExplainedRun, WarnsOfLanguagesWithoutQuotes) {
   EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater", "*cupsLanguages: en de\n"), device(""))),
               ElementsAre("languages-not-quoted"));

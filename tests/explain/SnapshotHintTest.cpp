@@ -61,6 +61,12 @@ TEST(SnapshotHint, TellsADeviceWithoutMediaFromOneThatIsNotThere) {
   EXPECT_THAT(hintOf(snapshotOf(""))->text, HasSubstr("has no devices"));
 }
 
+TEST(SnapshotHint, SaysThatALaterDeviceIsHidden) {
+  EXPECT_THAT(hintOf(snapshotOf(R"({"uri": "socket://192.0.2.10:9100"}, {"dataStore": {}})"))->text,
+              HasSubstr("without a data store. A later one of its devices would do"));
+  EXPECT_THAT(hintOf(snapshotOf(R"({}, {"uri": "other", "dataStore": {}})"))->text, Not(HasSubstr("A later one")));
+}
+
 TEST(SnapshotHint, LeavesASnapshotThatCannotBeReadToTheLibrary) {
   EXPECT_FALSE(hintOf("{"));
 }

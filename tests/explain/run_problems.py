@@ -46,7 +46,7 @@ LIBRARY = "libQZVorantisModel.so.1"
 # The gravest first. What stands in one place is of one gravity.
 ORDER = """arguments-swapped library-failed no-library device-not-asked no-updaters updaters-not-quoted second-updaters
 unknown-updater languages-not-quoted no-device no-data-store no-family earlier-media-removed cut-at-non-utf8 reading-stopped empty-result line-split
-medium-left-out record-incomplete category-unknown id-not-found id-inside-code profile-list-failed profile-skipped
+medium-left-out record-incomplete category-unknown id-not-found id-inside-code no-gloss-choice profile-list-failed profile-skipped
 option-outside-group no-media-option choice-not-written name-not-shown profile-removed-for-another factory-medium-removed default-not-there medium-twice earlier-setup
 left-by-earlier-setup choice-twice device-line-end,device-quote postscript-string profile-leaves-folder profile-elsewhere
 profile-missing,profile-no-file,profile-permissions profile-not-readable profile-no-icc spec-parts byte-order-mark,aplworkset line-too-long
