@@ -279,6 +279,8 @@ TEST(SnapshotText, LosesWhatIsNestedDeeper) {
 }
 
 TEST(SnapshotText, BracketsInStringsAreNone) {
+  EXPECT_EQ(snapshot::withoutDeeperThan(1, R"({"a": "x\\", "b": {"c": 1}})"), R"({"a": "x\\", "b": {}})");
+  EXPECT_EQ(snapshot::withoutDeeperThan(1, R"(}{"a": {"b": 1}})"), R"(}{"a": {}})");
   EXPECT_EQ(snapshot::withoutDeeperThan(1, R"({"a}": "{", "b\"}": {"}": "\\", "c": "\"}"}, "d": 1})"),
             R"({"a}": "{", "b\"}": {}, "d": 1})");
 }
@@ -311,8 +313,8 @@ TEST(SnapshotFile, WithEmptyStoresHasTheSameDevices) {
 TEST(SnapshotFile, WithEmptyStoresTellsTheSameErrors) {
   const TemporaryFolder folder;
   for (const std::string& text : {std::string(), std::string("{"), withMembers(R"("devices": [{"dataStore": 1}])"),
-                                 withMembers("\"devices\": [{\"dataStore\": {\n\n}}\n, x]"),
-                                 withMembers(R"("devices": [{"dataStore": {"a": )")}) {
+                                  withMembers("\"devices\": [{\"dataStore\": {\n\n}}\n, x]"),
+                                  withMembers(R"("devices": [{"dataStore": {"a": )")}) {
     const std::string path = folder.file("a.json", text);
     try {
       Snapshot::withEmptyStoresFromFile(path);

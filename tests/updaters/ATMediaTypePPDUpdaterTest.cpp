@@ -718,6 +718,7 @@ TEST(ATMediaTypePPDUpdater, AStringIsVerifiedAgainstItsRange) {
   EXPECT_TRUE(updater.verifyString("abc", 'a', 3, ""));
   EXPECT_FALSE(updater.verifyString("abcd", 'a', 3, ""));
   EXPECT_FALSE(updater.verifyString("`", 'a', 3, ""));
+  EXPECT_FALSE(updater.verifyString("~", 'a', 3, ""));
   EXPECT_FALSE(updater.verifyString("", 'a', 3, ""));
   EXPECT_FALSE(updater.verifyString("a", 'a', 0, ""));
   EXPECT_TRUE(updater.verifyString("\u00E9\U0001F600", 0xE9, 0x20000, ""));
