@@ -18,10 +18,7 @@ constexpr std::size_t kLongestText = 80;
 constexpr std::size_t kShown = 60;
 
 std::string shown(std::string_view line) {
-  if (line.size() <= kShown) return Wording::visible(line);
-  std::size_t end = kShown;
-  while (end > 0 && (line[end] & 0xC0) == 0x80) --end;  // in front of a whole character
-  return Wording::visible(line.substr(0, end)) + "…";
+  return Wording::visible(Wording::cutTo(kShown, line)) + (line.size() > kShown ? "…" : "");
 }
 
 // Of the line that begins at `start`. Searching for each of the two line ends is many times faster than for both at

@@ -68,7 +68,7 @@ class MediumChecks {
     warn("colon-in-text", fmt::format("In the translations of \"{}\" CUPS ends the name at the colon.", visible(name)));
   }
 
-  // CUPS decodes hexadecimal digits between angle brackets in texts (PPD 4.3, section 3.5).
+  // CUPS decodes hexadecimal digits between angle brackets in texts (PPD 4.3).
   void checkHexadecimal(const std::string& name) {
     const std::size_t bracket = name.find('<');
     const bool isDecoded = bracket != std::string::npos && bracket + 1 < name.size() &&
@@ -152,7 +152,8 @@ class Leftovers {
 
   void checkDefault(const ATPPDOption& option) {
     const auto& name = option.defaultValue();
-    if (!name || option.choiceForName(*name) != nullptr) return;
+    // "Unknown" says that nobody knows it.
+    if (!name || *name == "Unknown" || option.choiceForName(*name) != nullptr) return;
     recorder_.warn("default-not-there",
                    fmt::format("*DefaultMediaType names {}, which is no choice of the result: CUPS marks "
                                "no medium.",
@@ -181,10 +182,6 @@ class Leftovers {
   RunRecorder& recorder_;
   std::set<std::string> made_;
 };
-
-}  // namespace
-
-namespace {
 
 // Where the PPD has no gloss enhancer option, its updaters write that no choice is the default.
 void warnOfGlossDefaults(RunRecorder& recorder, const ATPPD& ppd) {

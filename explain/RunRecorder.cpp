@@ -3,8 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "base/ATException.h"
 #include "base/Text.h"
 #include "explain/DeviceText.h"
@@ -59,7 +57,7 @@ void RunRecorder::didUpdate(const ATPPD& ppd, bool succeeded) {
 
 void RunRecorder::didThrow(const std::exception& error, const ATPPD& ppd) {
   const std::string_view told = error.what();
-  const std::string reason(told.empty() ? "no reason is given" : told.substr(0, kLongestReason));
+  const std::string reason = told.empty() ? "no reason is given" : Wording::cutTo(kLongestReason, told);
   report_.failure = "an error ended the run: " + reason;
   const auto* exception = dynamic_cast<const ATException*>(&error);
   if (exception != nullptr && exception->isLibraryFailure()) {
@@ -142,17 +140,9 @@ void RunRecorder::willRemoveMedium(std::string_view choiceName) {
                      "custom medium's.",
                      Wording::visible(choiceName)));
   }
-  (isOfThisRun(choiceName) ? updater().replacedMedia : updater().removedMedia).emplace_back(choiceName);
-}
-
-// Whether an updater that ran before made the choice.
-bool RunRecorder::isOfThisRun(std::string_view choiceName) const {
-  return std::any_of(report_.updaters.begin(), report_.updaters.begin() + static_cast<std::ptrdiff_t>(running_),
-                     [&](const auto& earlier) {
-                       return std::any_of(earlier.media.begin(), earlier.media.end(), [&](const auto& medium) {
-                         return medium.added && medium.choiceName == choiceName;
-                       });
-                     });
+  // Cleaning up comes before an updater's own media, so what was made in this run was made by an earlier one.
+  const bool isOfThisRun = made_.count(std::string(choiceName)) != 0;
+  (isOfThisRun ? updater().replacedMedia : updater().removedMedia).emplace_back(choiceName);
 }
 
 void RunRecorder::willRemoveProfile(const ATPPDAttribute& profile, std::string_view forChoiceName) {
@@ -224,6 +214,7 @@ void RunRecorder::didSearchForID(const DeviceValue& ID, const ATPPDChoice* found
 void RunRecorder::didAddMedium(const ATPPDChoice& choice, const ATPPDOption* to) {
   medium().added = true;
   medium().choiceName = OptionalText(choice.name());
+  made_.emplace(Text::orNull(choice.name()));
   if (to != nullptr) medium().choiceCode = OptionalText(choice.code());
 }
 

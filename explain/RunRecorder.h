@@ -61,7 +61,6 @@ class RunRecorder : public RunObserver, public UpdateObserver {
   void noteMedia(const DeviceValue::List& records);
   void warnOfMissingKey(const DeviceValue& record, const Report::Medium& medium);
   void warnOfUnknownID(const DeviceValue& ID);
-  bool isOfThisRun(std::string_view choiceName) const;
 
   Report& report_;
   const WatchedLibrary& library_;
@@ -71,4 +70,5 @@ class RunRecorder : public RunObserver, public UpdateObserver {
   std::string restoring_;      // the line of a profile that is being restored, as it was
   std::optional<DocumentChanges> before_;
   std::set<std::pair<std::string, std::string>> warned_;
+  std::set<std::string> made_;  // choices of the run
 };

@@ -76,6 +76,12 @@ std::string Wording::visible(std::string_view text) {
   return visible;
 }
 
+std::string Wording::cutTo(std::size_t size, std::string_view text) {
+  std::size_t end = std::min(size, text.size());
+  while (end > 0 && end < text.size() && (text[end] & 0xC0) == 0x80) --end;  // in front of a whole character
+  return std::string(text.substr(0, end));
+}
+
 std::string Wording::counted(std::size_t count, const char* what) {
   return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
 }

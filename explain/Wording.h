@@ -17,6 +17,9 @@ namespace Wording {
 /// ("\xe9").
 std::string visible(std::string_view text);
 
+/// The first characters of the text, of so many bytes at most.
+std::string cutTo(std::size_t size, std::string_view text);
+
 /// "1 group", "2 groups".
 std::string counted(std::size_t count, const char* what);
 

@@ -65,11 +65,6 @@ bool isField(std::string_view text) {
   return Text::isValidUTF8(text) && visible(text) == text && text.find('"') == std::string_view::npos;
 }
 
-std::string cutTo(std::size_t size, std::string text) {
-  while (text.size() > size) text.resize(text.size() - Text::characterBefore(text, text.size()).size);
-  return text;
-}
-
 // Two base PPDs of one model are told apart by their files: a list for people may show the descriptions only.
 void tellApart(std::vector<Setup>& ofDevice) {
   std::map<std::string, std::size_t> counts;
@@ -78,7 +73,7 @@ void tellApart(std::vector<Setup>& ofDevice) {
     if (counts[setup.description] == 1) continue;
     const std::string file = " (" + setup.PPDPath.substr(setup.PPDPath.rfind('/') + 1) + ")";
     const std::size_t left = kLongestDescription - std::min(file.size(), kLongestDescription);
-    setup.description = cutTo(left, std::move(setup.description)) + file;
+    setup.description = Wording::cutTo(left, setup.description) + file;
   }
 }
 
@@ -129,8 +124,8 @@ const char* problemOfLine(const Setup& setup) {
 std::string Setup::line() const {
   const std::string deviceID =
       ppd.deviceID.empty() ? fmt::format("MFG:{};MDL:{};", ppd.make(), ppd.model()) : ppd.deviceID;
-  return fmt::format("\"{}\" en \"{}\" \"{}\" \"{}\"\n", name, ppd.make(), cutTo(kLongestDescription, description),
-                     cutTo(kLongestDeviceID, deviceID));
+  return fmt::format("\"{}\" en \"{}\" \"{}\" \"{}\"\n", name, ppd.make(),
+                     Wording::cutTo(kLongestDescription, description), Wording::cutTo(kLongestDeviceID, deviceID));
 }
 
 SetupFolder::SetupFolder(std::string path) : path_(std::move(path)) {

@@ -32,6 +32,14 @@ TEST(Wording, NamesAMediumByWhatTheDeviceGives) {
   EXPECT_EQ(Wording::of(medium), "\"Can\\nvas\" (4711)");
 }
 
+TEST(Wording, CutsInFrontOfAWholeCharacter) {
+  EXPECT_EQ(Wording::cutTo(3, "abcd"), "abc");
+  EXPECT_EQ(Wording::cutTo(4, "abcd"), "abcd");
+  EXPECT_EQ(Wording::cutTo(3, "ab\u00E9"), "ab");
+  EXPECT_EQ(Wording::cutTo(4, "ab\u00E9"), "ab\u00E9");
+  EXPECT_EQ(Wording::cutTo(0, "\u00E9"), "");
+}
+
 TEST(Wording, TakesAStatementApartIntoLines) {
   EXPECT_THAT(Wording::visibleLines("*A: \"x\r\n\ty\"\n*End\n\n"), ElementsAre("*A: \"x", "\\ty\"", "*End", ""));
   EXPECT_THAT(Wording::visibleLines(""), ElementsAre());
