@@ -26,6 +26,12 @@ add_library(json INTERFACE)
 target_link_libraries(json INTERFACE nlohmann_json::nlohmann_json)
 target_compile_definitions(json INTERFACE JSON_HAS_FILESYSTEM=0 JSON_HAS_EXPERIMENTAL_FILESYSTEM=0)
 
+# Command lines. Without file paths, for the same reason.
+at_find_package(CLI11 "libcli11-dev")
+add_library(command_lines INTERFACE)
+target_link_libraries(command_lines INTERFACE CLI11::CLI11)
+target_compile_definitions(command_lines INTERFACE CLI11_HAS_FILESYSTEM=0)
+
 # {fmt} without locales: the tool prints none, and setting them up is a noticeable part of its start-up.
 add_library(fmt_without_locales INTERFACE)
 target_link_libraries(fmt_without_locales INTERFACE fmt::fmt-header-only)

@@ -2,7 +2,7 @@
 # Sourced by the commands in the project's top folder: messages, and the installation of missing Debian packages.
 
 build_packages="g++ cmake ninja-build pkg-config libcups2-dev libfmt-dev liburiparser-dev libutf8proc-dev
-  nlohmann-json3-dev libcsv-dev"
+  nlohmann-json3-dev libcsv-dev libcli11-dev"
 demo_packages="$build_packages cups-client diffutils"
 quick_packages="$demo_packages libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev python3
   python3-jsonschema"
