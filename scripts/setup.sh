@@ -49,7 +49,8 @@ install_packages() {
   fi
 }
 
-# Configures one of the presets in CMakePresets.json; further arguments go to the configuration.
+# Configures one of the presets in CMakePresets.json; further arguments go to the configuration. A compiler may warn of what
+# ours does not, so warnings end only the builds for which $AT_WARNINGS_AS_ERRORS is ON.
 configure_preset() {
   local preset=$1
   shift
@@ -57,7 +58,7 @@ configure_preset() {
   made_for=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "build/$preset/CMakeCache.txt" 2>/dev/null || true)
   [ -z "$made_for" ] || [ "$made_for" = "$PWD" ] ||
     die "build/$preset was made for another folder, $made_for. Remove it and try again: rm -r build/$preset"
-  cmake --preset "$preset" "$@" >"build/$preset-cmake.log" 2>&1 || {
+  cmake --preset "$preset" -DAT_WARNINGS_AS_ERRORS="${AT_WARNINGS_AS_ERRORS:-OFF}" "$@" >"build/$preset-cmake.log" 2>&1 || {
     cat "build/$preset-cmake.log"
     die "CMake could not configure build/$preset. If it was made by another version, remove it: rm -r build/$preset"
   }

@@ -1,9 +1,10 @@
 /* SPDX-License-Identifier: MIT */
 /*
  * Preloaded into a process, fails one allocation of it: AT_FAIL_AT is its number, counted from 1 from the moment at which
- * main begins, so that all libraries that the process is linked with have started. A byte on the descriptor AT_FAIL_FD
- * tells that it was reached. Every allocation counts: the C library's own and those of operator new. With AT_SHORT_READS,
- * a `read` gives no more than so many bytes.
+ * main begins, so that all libraries that the process is linked with have started, or from the first `read` that gives
+ * bytes when AT_FAIL_AFTER_READ is set, which is the same place in every build. A byte on the descriptor AT_FAIL_FD tells
+ * that it was reached. Every allocation counts: the C library's own and those of operator new. With AT_SHORT_READS, a
+ * `read` gives no more than so many bytes.
  */
 #define _GNU_SOURCE
 #include <dlfcn.h>
@@ -21,6 +22,7 @@ static long failAt = 0;    /* 0: none */
 static size_t shortest = 0; /* 0: reads are as long as they are */
 static int reportTo = -1;
 static long made = 0;
+static long failAfterRead = 0; /* becomes failAt at the first read; 0: none */
 
 static int fails(void) {
   if (failAt == 0 || ++made != failAt) return 0;
@@ -51,7 +53,12 @@ ssize_t read(int descriptor, void* bytes, size_t size) {
     void* found = dlsym(RTLD_NEXT, "read");
     memcpy(&real, &found, sizeof real);
   }
-  return real(descriptor, bytes, shortest != 0 && size > shortest ? shortest : size);
+  const ssize_t given = real(descriptor, bytes, shortest != 0 && size > shortest ? shortest : size);
+  if (given > 0 && failAfterRead != 0) {
+    failAt = failAfterRead;
+    failAfterRead = 0;
+  }
+  return given;
 }
 
 typedef int Main(int, char**, char**);
@@ -62,7 +69,7 @@ static int armedMain(int argc, char** argv, char** environment) {
   const char* descriptor = getenv("AT_FAIL_FD");
   if (descriptor != NULL) reportTo = atoi(descriptor);
   const char* bytes = getenv("AT_SHORT_READS");
-  if (number != NULL) failAt = atol(number);
+  if (number != NULL) *(getenv("AT_FAIL_AFTER_READ") != NULL ? &failAfterRead : &failAt) = atol(number);
   if (bytes != NULL) shortest = (size_t)atol(bytes);
   return programsMain(argc, argv, environment);
 }

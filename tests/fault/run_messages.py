@@ -45,7 +45,8 @@ def main():
         limited = open(pathlib.Path(folder) / "limited.ppd", "wb")  # which the log, a small file, does not feel
         limited.seek(LIMIT)
         for what, (status, line), expected in (
-                ("no memory", run(options, snapshot, set={"LD_PRELOAD": str(options.preload), "AT_FAIL_AT": "400"}),
+                ("no memory", run(options, snapshot, set={"LD_PRELOAD": str(options.preload), "AT_FAIL_AT": "1",
+                                                          "AT_FAIL_AFTER_READ": "1"}),
                  EXCEPTION + "std::exception, reason: std::bad_alloc, info: (null)"),
                 ("no snapshot", run(options, "/nowhere"), EXCEPTION + "ATDeviceModelLibraryException, reason: /nowhere: "
                  "cannot be opened: No such file or directory, info: (null)"),
