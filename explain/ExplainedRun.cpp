@@ -7,9 +7,11 @@
 #include <exception>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "base/Text.h"
 #include "driver/ATAutoSetupTool.h"
+#include "explain/InputFile.h"
 #include "explain/InputLines.h"
 #include "explain/RunRecorder.h"
 #include "explain/RunWarnings.h"
@@ -83,11 +85,19 @@ void explainRun(ATAutoSetupTool& tool, ExplainedRun& run) {
   RunRecorder recorder(run.report, watch.library());
   const InputLines input = InputLines::ofFile(tool.PPDPath());
   runTool(tool, recorder, input, run);
+  run.input = input.text();
   RunWarnings::addForInput(recorder, run.report, input);
   if (run.report.succeeded()) RunWarnings::addForResult(recorder, run.report, input, tool.PPD(), run.result);
   std::stable_sort(run.report.warnings.begin(), run.report.warnings.end(), [](const auto& one, const auto& other) {
     return WarningCodes::rankOf(one.code) < WarningCodes::rankOf(other.code);
   });
+}
+
+void failForInput(const InputFile& file, ExplainedRun& run) {
+  const std::string problem = file.problem();
+  if (problem.empty() || !run.report.succeeded()) return;
+  run.report.failure = "the PPD cannot be read as a whole: " + problem;
+  run.result.clear();
 }
 
 }  // namespace
@@ -100,11 +110,15 @@ ExplainedRun ExplainedRun::of(int argc, const char* const* argv) {
   if (argc > 1) arguments.deviceURI = Text::fromUTF8(argv[1]);
   if (argc > 2) arguments.PPDPath = Text::fromUTF8(argv[2]);
   if (argc > 3) arguments.printerID = Text::fromUTF8(argv[3]);
-  const auto tool = ATAutoSetupTool::initWithArgc(argc, argv);
+  const InputFile file(arguments.PPDPath.value_or(""));
+  std::vector<const char*> toolArguments(argv, argv + argc);
+  if (arguments.PPDPath) toolArguments[2] = file.path().c_str();
+  const auto tool = ATAutoSetupTool::initWithArgc(argc, toolArguments.data());
   if (tool == nullptr) {
     run.report.failure = "the tool does not accept these arguments: the path, and the URI or the ID, must be UTF-8";
   } else {
     explainRun(*tool, run);
+    failForInput(file, run);
   }
   return run;
 }

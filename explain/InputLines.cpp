@@ -3,6 +3,7 @@
 
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 
@@ -49,11 +50,13 @@ void InputLines::read(const std::string& path) {
   const auto file = PieceReader::open(path);
   if (file == nullptr) return;
   PieceReader reader;
+  errno = 0;
   while (const auto piece = reader.next(file.get())) {
     if (!invalid_ && !Text::isValidUTF8(piece->view())) invalid_ = ends_.size();
     bytes_ += piece->view();
     ends_.push_back(bytes_.size());
   }
+  isDamaged_ = errno == EIO;  // what libcups gives on damaged gzip looks like the end otherwise
 }
 
 std::string_view InputLines::piece(std::size_t index) const {

@@ -27,6 +27,13 @@ class InputLines {
   /// The text up to where reading ends.
   std::string_view text() const;
 
+  /// How many pieces there are, and each, counted from 0, with its line end.
+  std::size_t count() const { return ends_.size(); }
+  std::string_view piece(std::size_t index) const;
+
+  /// Whether libcups found that a gzip file is not what was packed, by its checksum and the like.
+  bool isDamaged() const { return isDamaged_; }
+
   /// How many bytes the file has, unpacked when it is gzip; absent when it cannot be told (no regular file).
   const std::optional<std::uint64_t>& size() const { return size_; }
   /// How many bytes the reader gave before it came to what it took for the end.
@@ -36,12 +43,12 @@ class InputLines {
 
  private:
   void read(const std::string& path);
-  std::string_view piece(std::size_t index) const;
 
   std::string bytes_;
   std::vector<std::size_t> ends_;       // of the pieces in `bytes_`
   std::optional<std::size_t> invalid_;  // index of the first piece that is not UTF-8
   std::optional<std::uint64_t> size_;
   bool isGzip_ = false;
+  bool isDamaged_ = false;
   bool isDirectory_ = false;
 };

@@ -57,7 +57,7 @@ void warnOfUnreadBytes(RunRecorder& recorder, const InputLines& input) {
     warnOfBytesThatAreNoText(recorder, input, *number);
   } else if (input.isDirectory()) {
     recorder.warn("reading-stopped", "What was given as the PPD is a directory, which reads as an empty PPD.");
-  } else if (input.isGzip() && input.sizeRead() != input.size().value_or(0)) {
+  } else if (input.isGzip() && (input.isDamaged() || input.sizeRead() != input.size().value_or(0))) {
     recorder.warn(
         "reading-stopped",
         fmt::format(

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -680,4 +681,52 @@ TEST(ReportWriters, HTMLEscapesWhatTheDeviceSays) {
   EXPECT_THAT(html, Not(HasSubstr("\x1b")));
   EXPECT_THAT(html, Not(HasSubstr("http:")));  // the page needs no other file
   EXPECT_THAT(html, Not(HasSubstr("https:")));
+}
+
+namespace {
+
+// A library during whose answer something happens to the PPD.
+struct MeddlingLibrary : SnapshotDeviceModelLibrary {
+  MeddlingLibrary(const snapshot::Snapshot& snapshot, std::function<void()> meddle)
+      : SnapshotDeviceModelLibrary(snapshot), meddle_(std::move(meddle)) {}
+  bool isAvailable() override {
+    meddle_();
+    return true;
+  }
+
+ private:
+  std::function<void()> meddle_;
+};
+
+ExplainedRun explainWhile(const std::string& path, const std::function<void()>& meddle) {
+  MeddlingLibrary library(snapshot::Snapshot::fromJSON(device(custom("Canvas", "4711"))), meddle);
+  DeviceModelLibrary::setDefaultLibrary(&library);
+  const std::array<const char*, 3> arguments = {"tool", kURI, path.c_str()};
+  ExplainedRun run = ExplainedRun::of(3, arguments.data());
+  DeviceModelLibrary::setDefaultLibrary(nullptr);
+  return run;
+}
+
+}  // namespace
+
+TEST(ExplainedRun, FailsWhenThePPDIsWrittenToMeanwhile) {
+  const TemporaryFolder folder;
+  const std::string text = ppd("ATMediaTypePCL3PPDUpdater");
+  const std::string path = folder.file("input.ppd", text);
+  const ExplainedRun run = explainWhile(path, [&] { std::ofstream(path, std::ios::app) << "*% more\n"; });
+  EXPECT_EQ(run.report.failure, "the PPD cannot be read as a whole: it changed while it was read");
+  EXPECT_EQ(run.result, "");
+}
+
+TEST(ExplainedRun, UsesTheBytesThatItJudgedWhenThePPDIsReplacedMeanwhile) {
+  const TemporaryFolder folder;
+  const std::string text = ppd("ATMediaTypePCL3PPDUpdater");
+  const std::string path = folder.file("input.ppd", text);
+  const ExplainedRun run = explainWhile(path, [&] {
+    if (std::ifstream(path).peek() == '*') std::rename(folder.file("new.ppd", "no PPD\n").c_str(), path.c_str());
+  });
+  EXPECT_EQ(run.report.failure, "");
+  EXPECT_EQ(run.report.arguments.PPDPath, path);
+  EXPECT_EQ(run.input, text);
+  EXPECT_THAT(run.result, HasSubstr("*MediaType Custom1/Canvas"));
 }

@@ -60,6 +60,22 @@ TEST(InputLines, TakesTheSizeOfGzipFromItsTrailer) {
   EXPECT_EQ(linesOf(gzip.substr(0, 3)).size(), 3U) << "too short for a trailer";
 }
 
+TEST(InputLines, FindsGzipWhoseChecksumIsNotThatOfItsBytes) {
+  std::string gzip("\x1F\x8B\x08\0\0\0\0\0\0\x03\x01\x06\0\xF9\xFF*A: 1\n\x83\x46\x35\xF3\x06\0\0\0", 29);
+  EXPECT_FALSE(linesOf(gzip).isDamaged());
+  EXPECT_EQ(linesOf(gzip).text(), "*A: 1\n");
+  gzip[19] = '2';
+  EXPECT_TRUE(linesOf(gzip).isDamaged());
+  EXPECT_FALSE(linesOf("*A: 1\n").isDamaged());
+}
+
+TEST(InputLines, GivesThePiecesWithTheirLineEnds) {
+  const InputLines lines = linesOf("*A: 1\r\n\n*B: 2");
+  ASSERT_EQ(lines.count(), 3U);
+  EXPECT_EQ(lines.piece(0), "*A: 1\r\n");
+  EXPECT_EQ(lines.piece(2), "*B: 2");
+}
+
 TEST(InputLines, FindsLinesThatTheReaderSplits) {
   const std::string longLine = "*% " + std::string(600, 'x') + "\n";
   EXPECT_THAT(linesOf("*A: 1\n" + longLine + "*B: 2\n").split(), ElementsAre(2, 3));

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#include "explain/MemoryFile.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/TemporaryFolder.h"
+
+TEST(MemoryFile, HasTheBytesThatWereAppendedFromTheFirstOnAtEachOpening) {
+  MemoryFile file;
+  ASSERT_TRUE(file.isThere());
+  EXPECT_EQ(contentsOfFile(file.path()), "");
+  EXPECT_TRUE(file.append("one "));
+  EXPECT_TRUE(file.append(std::string(300000, 'x')));
+  EXPECT_TRUE(file.append(""));
+  EXPECT_EQ(contentsOfFile(file.path()), "one " + std::string(300000, 'x'));
+  EXPECT_EQ(contentsOfFile(file.path()), "one " + std::string(300000, 'x'));
+}
+
+TEST(MemoryFile, TwoAreApart) {
+  MemoryFile one;
+  MemoryFile other;
+  EXPECT_TRUE(one.append("1"));
+  EXPECT_TRUE(other.append("2"));
+  EXPECT_EQ(contentsOfFile(one.path()) + contentsOfFile(other.path()), "12");
+}
