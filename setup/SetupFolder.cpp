@@ -15,6 +15,7 @@
 
 #include "base/Text.h"
 #include "explain/Wording.h"
+#include "setup/SetupStatement.h"
 
 namespace {
 
@@ -22,7 +23,7 @@ using snapshot::Device;
 using snapshot::Snapshot;
 using Wording::visible;
 
-constexpr std::string_view kScheme = "vorantis-autosetup:";
+constexpr std::string_view kScheme = SetupStatement::kScheme;
 
 // What CUPS 2.4 reads of a line of the list; it takes a longer name or make, or an empty make, for the end of the list.
 constexpr std::size_t kLongestName = 255;
@@ -209,7 +210,7 @@ std::vector<Setup> SetupFolder::all() {
   return setups;
 }
 
-Setup SetupFolder::named(std::string_view name) {
+SetupFolder::Parts SetupFolder::partsOf(std::string_view name) const {
   const std::size_t slash = name.rfind('/');
   if (!name.starts_with(kScheme) || slash == std::string_view::npos || slash < kScheme.size()) {
     throw std::runtime_error("there is no setup of this name: " + std::string(name));
@@ -223,24 +224,27 @@ Setup SetupFolder::named(std::string_view name) {
     throw std::runtime_error(fmt::format("there is no snapshot {}.json", deviceName));
   }
   if (!contains(PPDNames_, PPDName)) throw std::runtime_error(fmt::format("there is no base PPD {}", PPDName));
-  return setupIn(snapshotName, deviceName, PPDName);
+  return {deviceName, snapshotName, PPDName};
 }
 
-Setup SetupFolder::setupIn(const std::string& snapshotName, const std::string& deviceName,
-                           const std::string& PPDName) const {
-  const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName, Snapshot::fromFile);
-  const BasePPD ppd = readPPD(pathOfPPD(PPDName), PPDName);
-  const std::vector<Listed> devices = listedIn(snapshot, snapshotName);
-  const auto listed = std::find_if(devices.begin(), devices.end(),
-                                   [&](const Listed& each) { return nameOf(snapshotName, each.number) == deviceName; });
-  if (listed == devices.end()) {
+SetupFolder::Files SetupFolder::filesOf(std::string_view name) const {
+  const Parts parts = partsOf(name);
+  return {pathOfSnapshot(parts.snapshotName), pathOfPPD(parts.PPDName)};
+}
+
+Setup SetupFolder::named(std::string_view name) {
+  const Parts parts = partsOf(name);
+  const Snapshot snapshot = readSnapshot(pathOfSnapshot(parts.snapshotName), parts.snapshotName, Snapshot::fromFile);
+  const BasePPD ppd = readPPD(pathOfPPD(parts.PPDName), parts.PPDName);
+  for (const Listed& listed : listedIn(snapshot, parts.snapshotName)) {
+    if (nameOf(parts.snapshotName, listed.number) != parts.deviceName) continue;
+    Setup setup = setupOf(parts.snapshotName, listed, parts.PPDName, ppd);
+    if (const char* problem = problemOfLine(setup)) throw std::runtime_error(setup.name + " is not listed: " + problem);
+    if (answers(*listed.device, snapshot, setup.deviceURI, ppd)) return setup;
     throw std::runtime_error(
-        fmt::format("the snapshot {}.json has no device {} with a data store", snapshotName, deviceName));
+        fmt::format("the device {} is not the one that is asked with the model {} of the base PPD {}", parts.deviceName,
+                    ppd.modelName, parts.PPDName));
   }
-  Setup setup = setupOf(snapshotName, *listed, PPDName, ppd);
-  if (const char* problem = problemOfLine(setup)) throw std::runtime_error(setup.name + " is not listed: " + problem);
-  if (answers(*listed->device, snapshot, setup.deviceURI, ppd)) return setup;
   throw std::runtime_error(
-      fmt::format("the device {} is not the one that is asked with the model {} of the base PPD {}", deviceName,
-                  ppd.modelName, PPDName));
+      fmt::format("the snapshot {}.json has no device {} with a data store", parts.snapshotName, parts.deviceName));
 }

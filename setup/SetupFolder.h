@@ -37,6 +37,13 @@ class SetupFolder {
   /// and all behind it, for the end of the list. What is in the data stores is not looked at.
   std::vector<Setup> all();
 
+  /// The paths of the files that a setup of this name is made from, which are not read. Throws as `named` does when one
+  /// of them is not there.
+  struct Files {
+    std::string snapshot, PPD;
+  };
+  Files filesOf(std::string_view name) const;
+
   /// The setup of this name; reads only the snapshot and the PPD that it names. Throws std::runtime_error with the
   /// reason when there is none.
   Setup named(std::string_view name);
@@ -58,7 +65,11 @@ class SetupFolder {
   std::vector<Listed> listedIn(const snapshot::Snapshot& snapshot, const std::string& snapshotName) const;
   Setup setupOf(const std::string& snapshotName, const Listed& listed, const std::string& PPDName,
                 const BasePPD& ppd) const;
-  Setup setupIn(const std::string& snapshotName, const std::string& deviceName, const std::string& PPDName) const;
+  // A setup's name in its parts, the snapshot's without the number of a device; all of them are files here.
+  struct Parts {
+    std::string deviceName, snapshotName, PPDName;
+  };
+  Parts partsOf(std::string_view name) const;
   void addSetups(const std::string& snapshotName, const std::vector<std::pair<std::string, BasePPD>>& ppds,
                  std::vector<Setup>& setups);
   void addReadable(Setup setup, std::vector<Setup>& setups);
