@@ -3,11 +3,11 @@
 
 #include <fmt/format.h>
 
-#include <array>
 #include <cstdlib>
 
 #include "capture/ModelNameOfPPD.h"
 #include "explain/ExplainedRun.h"
+#include "explain/report/Sentences.h"
 #include "library/Snapshot.h"
 
 namespace {
@@ -33,12 +33,11 @@ std::vector<std::string> askedURIs(const Snapshot& snapshot, const std::string& 
 }
 
 SnapshotCheck::Findings findingsOf(const std::string& uri, const std::string& PPDPath) {
-  const std::array<const char*, 3> arguments = {"vorantis-device-snapshot", uri.c_str(), PPDPath.c_str()};
-  const ExplainedRun run = ExplainedRun::of(static_cast<int>(arguments.size()), arguments.data());
+  const ExplainedRun run = ExplainedRun::of({uri, PPDPath, std::nullopt});
   SnapshotCheck::Findings findings{uri, {}};
   if (!run.report.succeeded()) findings.lines.push_back("Nothing would be written: " + run.report.failure);
-  for (const Report::Warning& warning : run.report.warnings) {
-    findings.lines.push_back(fmt::format("{} [{}]", warning.text, warning.code));
+  for (const Warning& warning : run.report.warnings) {
+    findings.lines.push_back(fmt::format("{} [{}]", Sentences::of(warning), nameOf(warning.code)));
   }
   return findings;
 }

@@ -21,7 +21,7 @@
 #include "capture/MediaTable.h"
 #include "capture/ModelNameOfPPD.h"
 #include "capture/SnapshotCheck.h"
-#include "explain/Wording.h"
+#include "explain/report/Wording.h"
 
 namespace {
 

@@ -53,8 +53,8 @@ std::unique_ptr<ATAutoSetupTool> ATAutoSetupTool::initWithArgc(int argc, const c
     ATLog(kSignature, "AutoSetupTool was launched with incorrect arguments");
     return nullptr;
   }
-  auto printerURI = Text::fromUTF8(argv[1]);
-  auto PPDPath = Text::fromUTF8(argv[2]);
+  const auto printerURI = Text::fromUTF8(argv[1]);
+  const auto PPDPath = Text::fromUTF8(argv[2]);
   ATLog(kSignature, "Launched Autosetup Tool ({}) for device: {}", argv[0], printerURI);
   ATLog(kSignature, "Processed PPD: {}", PPDPath);
   std::optional<std::string> printerID;
@@ -62,12 +62,18 @@ std::unique_ptr<ATAutoSetupTool> ATAutoSetupTool::initWithArgc(int argc, const c
     printerID = Text::fromUTF8(argv[3]);
     ATLog(kSignature, "Printer ID: {}", printerID);
   }
-  if (!PPDPath || (!printerURI && !printerID)) {
+  auto tool = initWithPrinterURI(printerURI, PPDPath, printerID);
+  if (tool == nullptr) {
     ATLog(kSignature, "Invalid args (PPDPath: {}, printerURI: {}, printerID: {})", PPDPath, printerURI, printerID);
-    return nullptr;
   }
-  return std::unique_ptr<ATAutoSetupTool>(
-      new ATAutoSetupTool(std::move(printerURI), std::move(*PPDPath), std::move(printerID)));
+  return tool;
+}
+
+std::unique_ptr<ATAutoSetupTool> ATAutoSetupTool::initWithPrinterURI(const std::optional<std::string>& printerURI,
+                                                                     const std::optional<std::string>& PPDPath,
+                                                                     const std::optional<std::string>& printerID) {
+  if (!PPDPath || (!printerURI && !printerID)) return nullptr;
+  return std::unique_ptr<ATAutoSetupTool>(new ATAutoSetupTool(printerURI, *PPDPath, printerID));
 }
 
 ATAutoSetupTool::ATAutoSetupTool(std::optional<std::string> printerURI, std::string PPDPath,

@@ -19,6 +19,11 @@ class ATAutoSetupTool : public IATPPDParserDelegate {
   /// number is wrong, the path is not UTF-8, or neither the URI nor the ID is.
   static std::unique_ptr<ATAutoSetupTool> initWithArgc(int argc, const char* const* argv);
 
+  /// The same from the arguments themselves; an absent one is none, or was not UTF-8.
+  static std::unique_ptr<ATAutoSetupTool> initWithPrinterURI(const std::optional<std::string>& printerURI,
+                                                             const std::optional<std::string>& PPDPath,
+                                                             const std::optional<std::string>& printerID);
+
   /// Who is told what happens in the run (not owned, must outlive it); nobody unless set.
   void setObserver(RunObserver& observer) { observer_ = &observer; }
 

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "explain/Terminal.h"
-#include "explain/Wording.h"
+#include "explain/report/Wording.h"
 
 namespace {
 

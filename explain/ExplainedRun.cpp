@@ -3,21 +3,18 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <exception>
 #include <memory>
 #include <utility>
-#include <vector>
 
-#include "base/Text.h"
 #include "driver/ATAutoSetupTool.h"
-#include "explain/InputFile.h"
-#include "explain/InputLines.h"
-#include "explain/RunRecorder.h"
-#include "explain/RunWarnings.h"
-#include "explain/WarningCodes.h"
-#include "explain/WatchedLibrary.h"
-#include "explain/Wording.h"
+#include "explain/judge/Judges.h"
+#include "explain/report/Warnings.h"
+#include "explain/report/Wording.h"
+#include "explain/watch/InputFile.h"
+#include "explain/watch/InputLines.h"
+#include "explain/watch/RunRecorder.h"
+#include "explain/watch/WatchedLibrary.h"
 #include "readers/ATDeviceDataReader.h"
 
 namespace {
@@ -82,15 +79,13 @@ void runTool(ATAutoSetupTool& tool, RunRecorder& recorder, const InputLines& inp
 
 void explainRun(ATAutoSetupTool& tool, ExplainedRun& run) {
   const LibraryWatch watch;
-  RunRecorder recorder(run.report, watch.library());
+  Warnings warnings(run.report.warnings);
+  RunRecorder recorder(run.report, warnings, watch.library());
   const InputLines input = InputLines::ofFile(tool.PPDPath());
   runTool(tool, recorder, input, run);
   run.input = input.text();
-  RunWarnings::addForInput(recorder, run.report, input);
-  if (run.report.succeeded()) RunWarnings::addForResult(recorder, run.report, input, tool.PPD(), run.result);
-  std::stable_sort(run.report.warnings.begin(), run.report.warnings.end(), [](const auto& one, const auto& other) {
-    return WarningCodes::rankOf(one.code) < WarningCodes::rankOf(other.code);
-  });
+  Judges::judge({run.report, input, tool.PPD(), run.result}, warnings);
+  warnings.sort();
 }
 
 void failForInput(const InputFile& file, ExplainedRun& run) {
@@ -102,18 +97,14 @@ void failForInput(const InputFile& file, ExplainedRun& run) {
 
 }  // namespace
 
-ExplainedRun ExplainedRun::of(int argc, const char* const* argv) {
+ExplainedRun ExplainedRun::of(const Report::Arguments& arguments) {
   ExplainedRun run;
   registerReaderImplementations();
 
-  Report::Arguments& arguments = run.report.arguments;
-  if (argc > 1) arguments.deviceURI = Text::fromUTF8(argv[1]);
-  if (argc > 2) arguments.PPDPath = Text::fromUTF8(argv[2]);
-  if (argc > 3) arguments.printerID = Text::fromUTF8(argv[3]);
+  run.report.arguments = arguments;
   const InputFile file(arguments.PPDPath.value_or(""));
-  std::vector<const char*> toolArguments(argv, argv + argc);
-  if (arguments.PPDPath) toolArguments[2] = file.path().c_str();
-  const auto tool = ATAutoSetupTool::initWithArgc(argc, toolArguments.data());
+  const auto path = arguments.PPDPath ? std::optional(file.path()) : std::nullopt;
+  const auto tool = ATAutoSetupTool::initWithPrinterURI(arguments.deviceURI, path, arguments.printerID);
   if (tool == nullptr) {
     run.report.failure = "the tool does not accept these arguments: the path, and the URI or the ID, must be UTF-8";
   } else {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "explain/Report.h"
+#include "explain/report/Report.h"
 
 /// A run of the tool with the tool's own engine, watched.
 struct ExplainedRun {
@@ -11,9 +11,9 @@ struct ExplainedRun {
   std::string input;   ///< what was read of the PPD, unpacked
   std::string result;  ///< the PPD that the tool would have written; empty when the run failed
 
-  /// `argc` and `argv` as the tool gets them. A PPD in a regular file is read once: what the report says of it, and the
+  /// An argument that was no UTF-8 is absent. A PPD in a regular file is read once: what the report says of it, and the
   /// result, are of the same bytes; the run fails when the file changes meanwhile or cannot be read to its end. Nothing
-  /// is written anywhere. What the tool's run throws is in the report; only what working that out throws leaves it,
-  /// which is a lack of memory.
-  static ExplainedRun of(int argc, const char* const* argv);
+  /// is written anywhere. What the tool's run throws is in the report;
+  /// only what working that out throws leaves it, which is a lack of memory.
+  static ExplainedRun of(const Report::Arguments& arguments);
 };

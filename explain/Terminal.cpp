@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "explain/TextLayout.h"
+#include "explain/show/TextLayout.h"
 
 namespace {
 

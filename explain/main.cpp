@@ -13,12 +13,13 @@
 #include <optional>
 #include <string>
 
+#include "base/Text.h"
 #include "explain/ExplainedRun.h"
-#include "explain/MediumFilter.h"
 #include "explain/OutputFile.h"
-#include "explain/ReportWriters.h"
 #include "explain/Terminal.h"
-#include "explain/Wording.h"
+#include "explain/report/MediumFilter.h"
+#include "explain/report/Wording.h"
+#include "explain/show/ReportWriters.h"
 
 namespace {
 
@@ -158,9 +159,9 @@ int explain(int argc, char** argv) {
   const Options options = optionsFrom(argc, argv);
   const int count = argc - optind;
   if (count < 2 || count > 3) wrongUsage("a device URI and a PPD are needed, and a printer ID at most");
-  // The tool's own name comes first in the arguments, as when the printing system starts it.
-  argv[optind - 1] = argv[0];
-  const ExplainedRun run = ExplainedRun::of(count + 1, argv + optind - 1);
+  const char* const* const arguments = argv + optind;
+  const ExplainedRun run = ExplainedRun::of({Text::fromUTF8(arguments[0]), Text::fromUTF8(arguments[1]),
+                                             count > 2 ? Text::fromUTF8(arguments[2]) : std::nullopt});
 
   const bool isFiltered = isOnMedium(run.report, options);
   const auto onMedium = isFiltered ? reportOnMedium(run.report, *options.medium) : std::nullopt;

@@ -14,7 +14,7 @@
 #include <utility>
 
 #include "base/Text.h"
-#include "explain/Wording.h"
+#include "explain/report/Wording.h"
 #include "setup/SetupStatement.h"
 
 namespace {

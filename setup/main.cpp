@@ -9,7 +9,7 @@
 #include <exception>
 #include <string>
 
-#include "explain/Wording.h"
+#include "explain/report/Wording.h"
 #include "setup/SetupFolder.h"
 #include "setup/StrictSetup.h"
 

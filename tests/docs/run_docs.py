@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Checks the documents: links lead somewhere, and the commands that they name exist. run_commands.py runs them."""
 import argparse
+import json
 import pathlib
 import re
 import sys
@@ -41,14 +42,18 @@ class Checks:
 
     def warnings(self):
         """Every warning of the report is explained, in the documents and in the manual page."""
-        codes = re.findall(r'^    "([a-z0-9-]+)",$', (self.root / "explain/WarningCodes.h").read_text(), re.MULTILINE)
-        sources = "".join(path.read_text() for path in (self.root / "explain").glob("*.cpp"))
-        used = set(re.findall(r'(?:\bwarn|emplace_back)\(\s*\{?\s*"([a-z0-9]+(?:-[a-z0-9]+)+)"', sources))
-        used |= set(re.findall(r'\bwarn\(\s*"([a-z]+)"', sources))
+        table = dict(re.findall(r'\{Code::(\w+),\s*"([a-z0-9-]+)"', (self.root / "explain/report/WarningCode.cpp").read_text()))
+        codes = list(table.values())
+        order = re.findall(r"^  (\w+),$", (self.root / "explain/report/WarningCode.h").read_text().split("enum class WarningCode")[1], re.MULTILINE)
+        rooms = [path for room in ("watch", "judge") for path in (self.root / "explain" / room).glob("*.cpp")]
+        used = set(re.findall(r"WarningCode::(\w+)", "".join(path.read_text() for path in rooms)))
         document = self.documents[self.root / "docs/explain.md"]
         page = (self.root / "man/vorantis-autosetup-explain.1.in").read_text().replace("\\-", "-")
         self.expect("warnings are found in the sources", len(codes) > 40 and len(used) > 40)
-        self.expect("the order of the warnings has every one that there is, and no other", set(codes) == used)
+        self.expect("every warning of the table is one that a run can have", set(table) == used)
+        self.expect("the table of the warnings is in the order of their codes", list(table) == order)
+        schema = json.loads((self.root / "docs/explain.schema.json").read_text())
+        self.expect("docs/explain.schema.json has the warnings", schema["$defs"]["code"]["enum"] == codes)
         table = re.findall(r"`([a-z0-9-]+)`", "".join(re.findall(r"^\| (`[^|]+) \|", document.split("## Warnings")[1], re.MULTILINE)))
         self.expect("docs/explain.md has the warnings in the order of reports", table[:len(codes)] == codes)
         for code in codes:

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "explain/CUPSLimits.h"
+#include "explain/judge/CUPSLimits.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cups/ppd.h>
 
+#include "explain/report/Sentences.h"
 #include "tests/support/TemporaryFolder.h"
 
 using testing::Contains;
@@ -16,9 +17,9 @@ using testing::IsEmpty;
 
 namespace {
 
-std::vector<std::string> codes(const std::vector<Report::Warning>& warnings) {
+std::vector<std::string> codes(const std::vector<Warning>& warnings) {
   std::vector<std::string> codes;
-  for (const Report::Warning& warning : warnings) codes.push_back(warning.code);
+  for (const Warning& warning : warnings) codes.emplace_back(nameOf(warning.code));
   return codes;
 }
 
@@ -62,9 +63,9 @@ TEST(CUPSLimits, AKeywordMayHave40Bytes) {
     EXPECT_FALSE(libcupsOpens(statement));
   }
   EXPECT_THAT(brokenIn("*cupsICCProfile .My Paper./T: \"\"\n"), ElementsAre("keyword-characters"));
-  EXPECT_THAT(CUPSLimits::brokenIn("*MediaType A B/T: \"\"\n")[0].text,
+  EXPECT_THAT(Sentences::of(CUPSLimits::brokenIn("*MediaType A B/T: \"\"\n")[0]),
               testing::HasSubstr("when strict, refuses an option"));
-  EXPECT_THAT(CUPSLimits::brokenIn("*F\u00E4rbe: 1\n")[0].text,
+  EXPECT_THAT(Sentences::of(CUPSLimits::brokenIn("*F\u00E4rbe: 1\n")[0]),
               testing::HasSubstr("refuses the whole PPD for a main keyword"));
 }
 
@@ -83,7 +84,7 @@ TEST(CUPSLimits, AnOddQuoteSwallowsStatements) {
   EXPECT_THAT(brokenIn("*Foo a/Text: \"co\"de\"\n*Bar: 1\n*Baz: \"x\"\n"), ElementsAre("swallowed", "unclosed-quote"));
   const auto warnings = CUPSLimits::brokenIn("*Foo: \"a\n*Bar: 1\n*% comment\n*Baz: x\n*Last: \"y\n*Qux: 1\n");
   ASSERT_EQ(warnings.size(), 1U);
-  EXPECT_EQ(warnings[0].text,
+  EXPECT_EQ(Sentences::of(warnings[0]),
             "An odd quote in \"*Foo: \"a\" swallows 3 statements, from \"*Bar: 1\" to \"*Last: \"y\".");
   EXPECT_THAT(brokenIn("*Foo: \"a\n*% comment\n*End\n"), ElementsAre("unclosed-quote"));
 }
@@ -124,5 +125,5 @@ TEST(CUPSLimits, ControlCharactersInATextAndZeroBytes) {
 TEST(CUPSLimits, ALineIsShownUpToAWholeCharacter) {
   std::string text = "*MediaType A/";
   for (int count = 0; count < 60; ++count) text += "\u00E4";
-  EXPECT_THAT(CUPSLimits::brokenIn(text + ": \"\"\n").at(0).text, testing::HasSubstr("\u00E4…"));
+  EXPECT_THAT(Sentences::of(CUPSLimits::brokenIn(text + ": \"\"\n").at(0)), testing::HasSubstr("\u00E4…"));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "explain/DocumentChanges.h"
+#include "explain/watch/DocumentChanges.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

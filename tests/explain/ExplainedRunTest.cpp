@@ -6,7 +6,6 @@
 #include <pwd.h>
 #include <sys/stat.h>
 
-#include <array>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -16,7 +15,8 @@
 #include <vector>
 
 #include "base/ATException.h"
-#include "explain/ReportWriters.h"
+#include "explain/report/Sentences.h"
+#include "explain/show/ReportWriters.h"
 #include "library/Snapshot.h"
 #include "tests/support/SnapshotDeviceModelLibrary.h"
 #include "tests/support/TemporaryFolder.h"
@@ -55,23 +55,20 @@ std::string custom(const std::string& name, const std::string& id, const std::st
          (more.empty() || more[0] != '{' ? "]" + more : more + "]") + "}";
 }
 
-ExplainedRun explain(const std::string& ppdText, const std::optional<std::string>& snapshotText,
-                     const std::vector<const char*>& more = {}) {
+ExplainedRun explain(const std::string& ppdText, const std::optional<std::string>& snapshotText) {
   const TemporaryFolder folder;
   const std::string path = folder.file("input.ppd", ppdText);
   std::optional<SnapshotDeviceModelLibrary> library;
   if (snapshotText) library.emplace(snapshot::Snapshot::fromJSON(*snapshotText));
   DeviceModelLibrary::setDefaultLibrary(library ? &*library : nullptr);
-  std::vector<const char*> arguments = {"tool", kURI, path.c_str()};
-  arguments.insert(arguments.end(), more.begin(), more.end());
-  ExplainedRun run = ExplainedRun::of(static_cast<int>(arguments.size()), arguments.data());
+  ExplainedRun run = ExplainedRun::of({kURI, path, std::nullopt});
   DeviceModelLibrary::setDefaultLibrary(nullptr);
   return run;
 }
 
 std::vector<std::string> warningsOf(const ExplainedRun& run) {
   std::vector<std::string> codes;
-  for (const Report::Warning& warning : run.report.warnings) codes.push_back(warning.code);
+  for (const Warning& warning : run.report.warnings) codes.emplace_back(nameOf(warning.code));
   return codes;
 }
 
@@ -107,10 +104,8 @@ TEST(ExplainedRun, TellsTheMalformedLine) {
 }
 
 TEST(ExplainedRun, TellsAMissingFileAndArgumentsThatAreNotAccepted) {
-  const std::array<const char*, 3> missing = {"tool", kURI, "/no/such/file"};
-  EXPECT_EQ(ExplainedRun::of(3, missing.data()).report.parse->failure->code, 1);
-  const std::array<const char*, 3> notText = {"tool", kURI, "\xFF"};
-  EXPECT_THAT(ExplainedRun::of(3, notText.data()).report.failure, HasSubstr("UTF-8"));
+  EXPECT_EQ(ExplainedRun::of({kURI, "/no/such/file", std::nullopt}).report.parse->failure->code, 1);
+  EXPECT_THAT(ExplainedRun::of({kURI, std::nullopt, std::nullopt}).report.failure, HasSubstr("UTF-8"));
 }
 
 TEST(ExplainedRun, NamesTheUpdatersWithThoseThatAreUnknown) {
@@ -138,8 +133,7 @@ TEST(ExplainedRun, TellsTheErrorThatEndedTheRunAndWhatWasNotReached) {
 TEST(ExplainedRun, TellsThatThereIsNoReader) {
   const TemporaryFolder folder;
   const std::string path = folder.file("input.ppd", ppd("ATMediaTypePSPPDUpdater"));
-  const std::array<const char*, 3> arguments = {"tool", "", path.c_str()};
-  const ExplainedRun run = ExplainedRun::of(3, arguments.data());
+  const ExplainedRun run = ExplainedRun::of({"", path, std::nullopt});
   EXPECT_THAT(run.report.failure, HasSubstr("ATMediaTypePSPPDUpdater cannot update the PPD"));
   EXPECT_EQ(run.report.updaters[0].outcome, Report::UpdaterOutcome::failed);
 }
@@ -169,10 +163,9 @@ TEST(ExplainedRun, TellsThatTheLibraryIsNotThereOrWasNotAsked) {
   } absent(snapshot::Snapshot{});
   const TemporaryFolder folder;
   const std::string path = folder.file("input.ppd", ppd("ATMediaTypePSPPDUpdater"));
-  const std::array<const char*, 4> arguments = {"tool", kURI, path.c_str(), "an-id"};
   DeviceModelLibrary::setDefaultLibrary(&absent);
-  const ExplainedRun withoutLibrary = ExplainedRun::of(3, arguments.data());
-  const ExplainedRun withID = ExplainedRun::of(4, arguments.data());
+  const ExplainedRun withoutLibrary = ExplainedRun::of({kURI, path, std::nullopt});
+  const ExplainedRun withID = ExplainedRun::of({kURI, path, "an-id"});
   DeviceModelLibrary::setDefaultLibrary(nullptr);
   EXPECT_THAT(warningsOf(withoutLibrary), ElementsAre("no-library"));
   EXPECT_THAT(warningsOf(withID), ElementsAre("device-not-asked"));
@@ -197,7 +190,7 @@ TEST(ExplainedRun, WarnsOfAMediumThatIsNoCustomOneForWantOfAName) {
                                    device(R"("a": {"Name": "Canvas", "MediumID": "9", "CategoryID": "CUSTOM"})"));
   EXPECT_FALSE(medium(run).device.custom);
   EXPECT_THAT(warningsOf(run), ElementsAre("record-incomplete"));
-  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("no category name for the medium \"Canvas\""));
+  EXPECT_THAT(Sentences::of(run.report.warnings[0]), HasSubstr("no category name for the medium \"Canvas\""));
 }
 
 TEST(ExplainedRun, ShowsTheIDOfAMediumWithoutAName) {
@@ -223,14 +216,13 @@ TEST(ExplainedRun, TellsTheWordsOfALibraryThatCannotBeUsed) {
   } broken(snapshot::Snapshot{});
   const TemporaryFolder folder;
   const std::string path = folder.file("input.ppd", ppd("ATMediaTypePSPPDUpdater"));
-  const std::array<const char*, 3> arguments = {"tool", kURI, path.c_str()};
   DeviceModelLibrary::setDefaultLibrary(&broken);
-  const ExplainedRun run = ExplainedRun::of(3, arguments.data());
+  const ExplainedRun run = ExplainedRun::of({kURI, path, std::nullopt});
   EXPECT_EQ(&DeviceModelLibrary::defaultLibrary(), &broken) << "watched for the length of the run only";
   DeviceModelLibrary::setDefaultLibrary(nullptr);
   EXPECT_FALSE(run.report.succeeded());
   EXPECT_THAT(warningsOf(run), ElementsAre("library-failed"));
-  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("the loader's words"));
+  EXPECT_THAT(Sentences::of(run.report.warnings[0]), HasSubstr("the loader's words"));
 }
 
 TEST(ExplainedRun, TellsTheQuestionAsItWasAsked) {
@@ -308,8 +300,8 @@ TEST(ExplainedRun, TellsWhatWasCleanedUpAndRestored) {
 
 TEST(ExplainedRun, WarnsOfWhatReadingCutsAndSplits) {
   const ExplainedRun run = explain("*A: 1\n*B: \"" + std::string(300, 'x') + "\"\n*C: \xE9\n*D: 1\n", std::nullopt);
-  EXPECT_THAT(warningsOf(run), ElementsAre("no-updaters", "cut-at-non-utf8", "line-split", "line-too-long"));
-  EXPECT_THAT(run.report.warnings[1].text,
+  EXPECT_THAT(warningsOf(run), ElementsAre("line-too-long", "no-updaters", "cut-at-non-utf8", "line-split"));
+  EXPECT_THAT(Sentences::of(run.report.warnings[2]),
               HasSubstr("line 4, which is not UTF-8 from byte 317 of 325 of the file on (\\xe9)"));
 }
 
@@ -347,7 +339,7 @@ TEST(ExplainedRun, WarnsWhenNoUpdaterIsNamed) {
   EXPECT_THAT(warningsOf(explain(none, device(""))), ElementsAre("no-updaters"));
   const ExplainedRun unquoted = explain(none + "*QZPPDUpdaters: ATMediaTypePSPPDUpdater\n", device(""));
   EXPECT_THAT(warningsOf(unquoted), ElementsAre("updaters-not-quoted"));
-  EXPECT_THAT(unquoted.report.warnings[0].text, HasSubstr("nothing is done: ATMediaTypePSPPDUpdater"));
+  EXPECT_THAT(Sentences::of(unquoted.report.warnings[0]), HasSubstr("nothing is done: ATMediaTypePSPPDUpdater"));
   EXPECT_THAT(warningsOf(explain(none + "*QZPPDUpdaters: \"\"\n", device(""))), ElementsAre("no-updaters"));
   const std::string second = "*QZPPDUpdaters: \"ATMediaTypePSPPDUpdater\"\n";
   EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater", second), device(""))), ElementsAre("second-updaters"));
@@ -358,7 +350,7 @@ TEST(ExplainedRun, WarnsOfADeviceThatNobodyKnows) {
       R"({"format": "vorantis-device-snapshot", "formatVersion": 1, "devices": [{"uri": "socket://other"}]})";
   const ExplainedRun run = explain(ppd("ATMediaTypePSPPDUpdater"), unknown);
   EXPECT_THAT(warningsOf(run), ElementsAre("no-device"));
-  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("socket://192.0.2.10:9100 and the model name \"Z9\""));
+  EXPECT_THAT(Sentences::of(run.report.warnings[0]), HasSubstr("socket://192.0.2.10:9100 and the model name \"Z9\""));
   EXPECT_THAT(warningsOf(explain(ppd("ATMediaTypePSPPDUpdater"), device(""))), IsEmpty()) << "it has none, and says so";
 
   const std::string before =
@@ -373,9 +365,9 @@ TEST(ExplainedRun, WarnsOfWhatAnEarlierSetupLeft) {
   text.insert(text.find("*MediaType Glossy"), "*MediaType Custom9/Old: \"(9)\"\n*MediaType CustomRoll/Mine: \"(8)\"\n");
   const ExplainedRun run = explain(text, device(custom("Canvas", "4711")));
   EXPECT_THAT(warningsOf(run), ElementsAre("left-by-earlier-setup", "left-by-earlier-setup", "left-by-earlier-setup"));
-  EXPECT_THAT(run.report.warnings[0].text, HasSubstr("choice Custom9"));
-  EXPECT_THAT(run.report.warnings[1].text, HasSubstr("profile .Custom7."));
-  EXPECT_THAT(run.report.warnings[2].text, HasSubstr("property statement MediaType.Custom8"));
+  EXPECT_THAT(Sentences::of(run.report.warnings[0]), HasSubstr("choice Custom9"));
+  EXPECT_THAT(Sentences::of(run.report.warnings[1]), HasSubstr("profile .Custom7."));
+  EXPECT_THAT(Sentences::of(run.report.warnings[2]), HasSubstr("property statement MediaType.Custom8"));
 }
 
 TEST(ExplainedRun, WarnsOfACategoryInOtherLetters) {
@@ -404,8 +396,7 @@ TEST(ExplainedRun, WarnsOfAnEmptyResult) {
 TEST(ExplainedRun, WarnsOfArgumentsInTheWrongOrder) {
   const TemporaryFolder folder;
   const std::string path = folder.file("input.ppd", ppd("ATMediaTypePSPPDUpdater"));
-  const std::array<const char*, 3> arguments = {"tool", path.c_str(), kURI};
-  EXPECT_THAT(warningsOf(ExplainedRun::of(3, arguments.data())), ElementsAre("arguments-swapped"));
+  EXPECT_THAT(warningsOf(ExplainedRun::of({path, kURI, std::nullopt})), ElementsAre("arguments-swapped"));
 }
 
 TEST(ExplainedRun, WarnsOfAnIDThatEndsItsPostScriptString) {
@@ -532,8 +523,7 @@ TEST(ExplainedRun, LeavesAPipeToTheTool) {
   SnapshotDeviceModelLibrary library(snapshot::Snapshot::fromJSON(device("")));
   DeviceModelLibrary::setDefaultLibrary(&library);
   std::thread writer([&] { std::ofstream(path) << text; });
-  const std::array<const char*, 3> arguments = {"tool", kURI, path.c_str()};
-  const ExplainedRun run = ExplainedRun::of(3, arguments.data());
+  const ExplainedRun run = ExplainedRun::of({kURI, path, std::nullopt});
   writer.join();
   DeviceModelLibrary::setDefaultLibrary(nullptr);
   EXPECT_THAT(run.result, StartsWith(text.substr(0, 60)));
@@ -545,7 +535,7 @@ TEST(ExplainedRun, AWarningOfTheWholePPDIsOfNoMediumThoughTheRunEndedAtOne) {
   const ExplainedRun run =
       explain(ppd("ATMediaTypePSPPDUpdater", comment), device(custom("Canvas", "4711", R"(, "ParentID": 5)")));
   ASSERT_FALSE(run.report.succeeded());
-  for (const Report::Warning& warning : run.report.warnings) EXPECT_FALSE(warning.about) << warning.code;
+  for (const Warning& warning : run.report.warnings) EXPECT_FALSE(warning.about) << nameOf(warning.code);
 }
 
 TEST(ExplainedRun, DoesNotTakeAMediumsOwnIDForItsParents) {
@@ -646,21 +636,24 @@ TEST(ReportWriters, TextBeginsWithTheVerdictAndTheWarnings) {
 TEST(ReportWriters, TextCountsManyWarningsOfOneCode) {
   Report report;
   for (int number = 0; number < 9; ++number) {
-    report.warnings.push_back({"profile-missing", "file " + std::to_string(number), false, std::nullopt});
+    report.warnings.push_back(
+        {WarningCode::profileMissing, {{"path", "file " + std::to_string(number)}}, AboutMedium{"A", "1"}});
   }
   const auto text = [&report](Detail detail) { return ReportWriters::text(report, {false, 80, detail}); };
-  EXPECT_THAT(text(Detail::usual),
-              HasSubstr("  ! file 1 [profile-missing]\n    … and 7 more [profile-missing] (--warnings)"));
-  EXPECT_THAT(text(Detail::warnings), HasSubstr("file 8 [profile-missing]"));
-  EXPECT_THAT(text(Detail::full), HasSubstr("file 8 [profile-missing]"));
-  EXPECT_THAT(text(Detail::summary), HasSubstr("\n  9 profile-missing: file 0\n"));
+  EXPECT_THAT(
+      text(Detail::usual),
+      HasSubstr("file 1 (medium \"A\" (1))\n    [profile-missing]\n    … and 7 more [profile-missing] (--warnings)"));
+  EXPECT_THAT(text(Detail::warnings), HasSubstr("file 8 (medium"));
+  EXPECT_THAT(text(Detail::full), HasSubstr("file 8 (medium"));
+  EXPECT_THAT(text(Detail::summary), HasSubstr("\n  9 profile-missing: The profile file does not exist here: file 0 "));
   EXPECT_THAT(text(Detail::summary), Not(HasSubstr("file 1")));
 }
 
 TEST(ReportWriters, TextIsAsWideAsTheTerminalWithinLimits) {
   Report report;
   report.warnings.push_back(
-      {"a", std::string(50, 'x') + " " + std::string(50, 'y') + " " + std::string(190, 'z'), false, std::nullopt});
+      {WarningCode::libraryFailed,
+       {{"reason", std::string(50, 'x') + " " + std::string(50, 'y') + " " + std::string(194, 'z')}}});
   const auto longest = [&report](std::size_t width) {
     const std::string text = ReportWriters::text(report, {false, width, Detail::usual});
     std::size_t most = 0;
@@ -701,8 +694,7 @@ struct MeddlingLibrary : SnapshotDeviceModelLibrary {
 ExplainedRun explainWhile(const std::string& path, const std::function<void()>& meddle) {
   MeddlingLibrary library(snapshot::Snapshot::fromJSON(device(custom("Canvas", "4711"))), meddle);
   DeviceModelLibrary::setDefaultLibrary(&library);
-  const std::array<const char*, 3> arguments = {"tool", kURI, path.c_str()};
-  ExplainedRun run = ExplainedRun::of(3, arguments.data());
+  ExplainedRun run = ExplainedRun::of({kURI, path, std::nullopt});
   DeviceModelLibrary::setDefaultLibrary(nullptr);
   return run;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "explain/InputFile.h"
+#include "explain/watch/InputFile.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "explain/InputLines.h"
+#include "explain/watch/InputLines.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "explain/MediumFilter.h"
+#include "explain/report/MediumFilter.h"
 
 #include <gtest/gtest.h>
+
+#include "explain/report/Sentences.h"
 
 namespace {
 
@@ -22,10 +24,11 @@ Report reportOnTwoMedia() {
                      {Report::ChangeKind::added, "", "*Other: 1\n"}};
   report.device = Report::DeviceAnswer();
   report.device->media = {updater.media[0].device, updater.media[1].device};
-  report.warnings = {{"a", "of Canvas", false, Report::AboutMedium{"Canvas", "4711"}},
-                     {"b", "of Satin", false, Report::AboutMedium{"Satin", "4712"}},
-                     {"c", "the statement *MediaType Custom1/x", false, std::nullopt},
-                     {"d", "the statement *MediaType Custom12/x", false, std::nullopt}};
+  report.warnings = {{WarningCode::hexInText, {}, AboutMedium{"Canvas", "4711"}},
+                     {WarningCode::hexInText, {}, AboutMedium{"Satin", "4712"}},
+                     {WarningCode::strayLine, {{"statement", "*MediaType Custom1/x"}}},
+                     {WarningCode::strayLine, {{"statement", "*MediaType Custom12/x"}}},
+                     {WarningCode::noMediaOption}};
   updater.removedMedia = {"Custom1"};
   report.updaters.push_back(updater);
   return report;
@@ -42,9 +45,11 @@ TEST(MediumFilter, KeepsWhatIsAboutTheMedium) {
     EXPECT_EQ(report->updaters[0].media[0].choiceName, "Custom1");
     ASSERT_EQ(report->updaters[0].changes.size(), 1U);
     EXPECT_EQ(report->updaters[0].changes[0].after, "*MediaType Custom1/Canvas: \"\"\n");
-    ASSERT_EQ(report->warnings.size(), 2U);
-    EXPECT_EQ(report->warnings[0].code, "a");
-    EXPECT_EQ(report->warnings[1].code, "c");
+    ASSERT_EQ(report->warnings.size(), 3U);
+    EXPECT_EQ(report->warnings[0].code, WarningCode::hexInText);
+    EXPECT_EQ(Sentences::of(report->warnings[1]),
+              "CUPS refuses the whole PPD for a line that begins no statement: *MediaType Custom1/x");
+    EXPECT_EQ(report->warnings[2].code, WarningCode::noMediaOption);
     EXPECT_TRUE(report->updaters[0].removedMedia.empty());
   }
 }

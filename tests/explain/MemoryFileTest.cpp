@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "explain/MemoryFile.h"
+#include "explain/watch/MemoryFile.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "explain/SnapshotHint.h"
+#include "explain/judge/SnapshotHint.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

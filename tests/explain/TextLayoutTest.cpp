@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "explain/TextLayout.h"
+#include "explain/show/TextLayout.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "explain/Verdict.h"
+#include "explain/report/Verdict.h"
 
 #include <gtest/gtest.h>
 
@@ -30,7 +30,7 @@ TEST(Verdict, IsGoodOnlyWhenNothingIsOdd) {
   EXPECT_EQ(Verdict::colourOf(report), Verdict::Colour::good);
   EXPECT_EQ(Verdict::outcome(report), "the PPD is set up (exit status 0)");
 
-  report.warnings.push_back({"no-device", "text", false, std::nullopt});
+  report.warnings.push_back({WarningCode::noDevice});
   EXPECT_EQ(Verdict::colourOf(report), Verdict::Colour::odd);
   EXPECT_EQ(Verdict::outcome(report), "the PPD is written, but look below (exit status 0)");
 
@@ -66,8 +66,8 @@ TEST(Verdict, NoMediaWereAskedFor) {
 TEST(Verdict, CountsWarningsByTheirCodeTheGravestFirst) {
   Report report;
   EXPECT_EQ(Verdict::warnings(report), "");
-  for (const char* code : {"swallowed", "no-device", "swallowed"}) {
-    report.warnings.push_back({code, "text", false, std::nullopt});
+  for (const WarningCode code : {WarningCode::swallowed, WarningCode::noDevice, WarningCode::swallowed}) {
+    report.warnings.push_back({code});
   }
   EXPECT_EQ(Verdict::warnings(report), "1 no-device, 2 swallowed");
 }

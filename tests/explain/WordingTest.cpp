@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "explain/Wording.h"
+#include "explain/report/Wording.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

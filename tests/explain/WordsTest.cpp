@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "explain/Words.h"
+#include "explain/report/Words.h"
 
 #include <gtest/gtest.h>
 

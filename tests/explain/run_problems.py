@@ -43,15 +43,9 @@ FIRST_SCREEN = 24
 WIDTH = 80
 LIBRARY = "libQZVorantisModel.so.1"
 
-# The gravest first. What stands in one place is of one gravity.
-ORDER = """arguments-swapped library-failed no-library device-not-asked no-updaters updaters-not-quoted second-updaters
-unknown-updater languages-not-quoted no-device no-data-store no-family earlier-media-removed cut-at-non-utf8 reading-stopped empty-result line-split
-medium-left-out record-incomplete category-unknown id-not-found id-inside-code no-gloss-choice profile-list-failed profile-skipped
-option-outside-group no-media-option choice-not-written name-not-shown profile-removed-for-another factory-medium-removed default-not-there medium-twice earlier-setup
-left-by-earlier-setup choice-twice device-line-end,device-quote postscript-string profile-leaves-folder profile-elsewhere
-profile-missing,profile-no-file,profile-permissions profile-not-readable profile-no-icc spec-parts byte-order-mark,aplworkset line-too-long
-keyword-too-long,keyword-characters text-characters zero-byte stray-line swallowed,unclosed-quote text-too-long colon-in-text hex-in-text profile-collision"""
-GRAVITY = {code: place for place, codes in enumerate(ORDER.split()) for code in codes.split(",")}
+# The codes in the order of the program's own table.
+TABLE = pathlib.Path(__file__).resolve().parents[2] / "explain/report/WarningCode.cpp"
+GRAVITY = {code: place for place, code in enumerate(re.findall(r'\{Code::\w+,\s*"([a-z0-9-]+)"', TABLE.read_text()))}
 
 # Those that are always about a medium, which they name.
 OF_A_MEDIUM = {"medium-left-out", "record-incomplete", "category-unknown", "id-not-found", "id-inside-code",

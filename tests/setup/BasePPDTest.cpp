@@ -4,7 +4,6 @@
 #include <cups/file.h>
 #include <gtest/gtest.h>
 
-#include <array>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -285,8 +284,7 @@ TEST(BasePPD, AgreesWithTheTool) {
     SCOPED_TRACE(lines);
     const std::string path = folder.file(kName, lines);
     const auto ppd = BasePPD::ofFile(path);
-    const std::array<const char*, 3> arguments = {"tool", "socket://192.0.2.10:9100", path.c_str()};
-    const Report report = ExplainedRun::of(3, arguments.data()).report;
+    const Report report = ExplainedRun::of({"socket://192.0.2.10:9100", path, std::nullopt}).report;
     ASSERT_TRUE(report.parse);
     EXPECT_FALSE(report.parse->failure);
     EXPECT_EQ(ppd->modelName, report.parse->modelName.value_or(""));

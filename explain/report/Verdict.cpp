@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "explain/report/Verdict.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <map>
+
+namespace {
+
+bool lostSomething(const Report::MediumOutcome& medium) {
+  const auto isSkipped = [](const Report::Profile& profile) {
+    return profile.outcome == Report::ProfileOutcome::skipped;
+  };
+  return medium.profilesFailure || (medium.device.custom && !medium.added) ||
+         std::any_of(medium.profiles.begin(), medium.profiles.end(), isSkipped);
+}
+
+}  // namespace
+
+Verdict::Colour Verdict::colourOf(const Report& report) {
+  if (!report.succeeded()) return Colour::bad;
+  return report.warnings.empty() ? Colour::good : Colour::odd;
+}
+
+const char* Verdict::nameOf(Colour colour) {
+  static constexpr const char* kNames[] = {"good", "odd", "bad"};
+  return kNames[static_cast<int>(colour)];
+}
+
+std::string Verdict::outcome(const Report& report) {
+  if (!report.succeeded()) return "nothing is written (exit status 1)";
+  return colourOf(report) == Colour::good ? "the PPD is set up (exit status 0)"
+                                          : "the PPD is written, but look below (exit status 0)";
+}
+
+std::optional<Verdict::MediaCounts> Verdict::mediaCounts(const Report& report) {
+  if (!report.device || !report.device->media) return std::nullopt;
+  MediaCounts counts;
+  counts.onDevice = report.device->media->size();
+  const Report::Updater* updater = report.lastMediaUpdater();
+  if (updater == nullptr) return counts;
+  for (const Report::MediumOutcome& medium : updater->media) {
+    counts.custom += medium.device.custom;
+    counts.added += medium.added && report.succeeded();
+    counts.lost += lostSomething(medium);
+  }
+  return counts;
+}
+
+std::string Verdict::media(const Report& report) {
+  const auto counts = mediaCounts(report);
+  if (!counts) return "";
+  if (!report.succeeded()) return fmt::format("{} on the device", counts->onDevice);
+  return fmt::format("{} on the device; {} are the user's, {} became choices, {} lost something", counts->onDevice,
+                     counts->custom, counts->added, counts->lost);
+}
+
+std::vector<std::pair<WarningCode, std::size_t>> Verdict::warningCounts(const Report& report) {
+  std::map<WarningCode, std::size_t> counts;
+  for (const Warning& warning : report.warnings) ++counts[warning.code];
+  return {counts.begin(), counts.end()};
+}
+
+std::string Verdict::warnings(const Report& report) {
+  std::string text;
+  for (const auto& [code, count] : warningCounts(report)) {
+    text += fmt::format("{}{} {}", text.empty() ? "" : ", ", count, nameOf(code));
+  }
+  return text;
+}
