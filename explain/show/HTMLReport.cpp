@@ -13,15 +13,15 @@ namespace {
 using OptionalText = Report::OptionalText;
 
 // Of many warnings of one code.
-constexpr std::size_t kShownOfACode = 100;
+constexpr std::size_t kShownInAFold = 100;
 
 std::string code(const OptionalText& text) {
   return text ? HTMLPage::code(*text) : "–";
 }
 
-class Writer {
+class HTMLWriter {
  public:
-  explicit Writer(bool full) : full_(full) {}
+  explicit HTMLWriter(bool full) : full_(full) {}
 
   std::string write(const Report& report) {
     verdict(report);
@@ -60,11 +60,11 @@ class Writer {
       page_.beginFold(fmt::format("{} {}", HTMLPage::code(nameOf(warningCode)), count), count <= 3);
       page_.beginList();
       for (std::size_t index = 0; index < count; ++index, ++next) {
-        if (index >= kShownOfACode && !full_) continue;
+        if (index >= kShownInAFold && !full_) continue;
         page_.item(HTMLPage::escaped(Sentences::marked(*next)));
       }
       page_.endList();
-      if (count > kShownOfACode && !full_) page_.note(fmt::format("… and {} more (--full)", count - kShownOfACode));
+      if (count > kShownInAFold && !full_) page_.note(fmt::format("… and {} more (--full)", count - kShownInAFold));
       page_.endFold();
     }
   }
@@ -209,5 +209,5 @@ class Writer {
 }  // namespace
 
 std::string ReportWriters::html(const Report& report, bool full) {
-  return Writer(full).write(report);
+  return HTMLWriter(full).write(report);
 }

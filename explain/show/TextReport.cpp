@@ -20,7 +20,7 @@ using Wording::visible;
 // Of a long list so many are shown, unless all are asked for.
 constexpr std::size_t kShownMedia = 20;
 constexpr std::size_t kShownStatements = 30;
-constexpr std::size_t kShownOfACode = 2;
+constexpr std::size_t kShownInText = 2;
 
 // A text of any length must not push the rest from the screen.
 constexpr std::size_t kLongestShown = 300;
@@ -29,9 +29,9 @@ std::string shown(const OptionalText& text) {
   return text ? TextLayout::fitted(visible(*text), kLongestShown) : "-";
 }
 
-class Writer {
+class TextWriter {
  public:
-  explicit Writer(const ReportWriters::TextStyle& style)
+  explicit TextWriter(const ReportWriters::TextStyle& style)
       : layout_(std::clamp(style.width, TextLayout::kNarrowest, TextLayout::kWidest), style.colour),
         detail_(style.detail) {}
 
@@ -86,7 +86,7 @@ class Writer {
   }
 
   std::size_t shownOfACode(std::size_t count) const {
-    return detail_ == Detail::usual && count > kShownOfACode + 1 ? kShownOfACode : count;
+    return detail_ == Detail::usual && count > kShownInText + 1 ? kShownInText : count;
   }
 
   void warning(const Warning& warning) {
@@ -287,5 +287,5 @@ class Writer {
 }  // namespace
 
 std::string ReportWriters::text(const Report& report, const TextStyle& style) {
-  return Writer(style).write(report);
+  return TextWriter(style).write(report);
 }
