@@ -4,13 +4,12 @@
 #include <dlfcn.h>
 #include <fmt/format.h>
 
-#include <cerrno>
-#include <cstring>
 #include <utility>
 
 #include "base/ATException.h"
 #include "base/Text.h"
 #include "library/QZVorantisModel.h"
+#include "readers/LibraryFile.h"
 
 namespace {
 
@@ -41,9 +40,15 @@ QZVMText textOf(std::string_view text) {
   return {text.data(), text.size()};
 }
 
+// Absent when the library gave what is no text.
+std::optional<std::string> textFrom(QZVMText text) {
+  if (text.bytes == nullptr && text.size != 0) return std::nullopt;
+  return Text::fromUTF8({text.bytes, text.size});
+}
+
 std::string stringOf(QZVMText text) {
-  auto string = Text::fromUTF8({text.bytes, text.size});
-  if (!string) throw ATException::libraryFailure("the device-model library gave a text that is not UTF-8");
+  auto string = textFrom(text);
+  if (!string) throw ATException::libraryFailure("the device-model library gave a text that is null or not UTF-8");
   return std::move(*string);
 }
 
@@ -63,14 +68,6 @@ const char* problemOf(bool hasEntryPoint, const QZVMInterface* table) {
   return isComplete(*table) ? nullptr : "it lacks operations";
 }
 
-// Whether the loader's words for a failed `dlopen` say that there is no file of this very name. It has no other way of
-// telling: of a file that cannot be opened, or of a missing library that the file needs, it says other words, or names
-// another file.
-bool saysNoSuchFile(std::string_view loaderError, const char* fileName) {
-  const std::string reason = std::string(": ") + std::strerror(ENOENT);
-  return loaderError.starts_with(std::string(fileName) + ":") && loaderError.ends_with(reason);
-}
-
 // The library's entry points, or null when there is no library. One that cannot be used is a failure: taken for absent,
 // it would cost a queue its media.
 const QZVMInterface* loadInterface(const char* fileName) {
@@ -79,9 +76,10 @@ const QZVMInterface* loadInterface(const char* fileName) {
   if (object == nullptr) object = dlopen(fileName, RTLD_NOW | RTLD_LOCAL);
   if (object == nullptr) {
     const char* error = dlerror();
-    const std::string_view reason = error == nullptr ? "the loader gives no reason" : error;
-    if (saysNoSuchFile(reason, fileName)) return nullptr;
-    throw ATException::libraryFailure(fmt::format("the device-model library cannot be loaded: {}", reason));
+    const std::string words = error == nullptr ? "the loader gives no reason" : error;
+    const auto problem = LibraryFile::problem(fileName, words);
+    if (!problem) return nullptr;
+    throw ATException::libraryFailure(fmt::format("the device-model library cannot be loaded: {}", *problem));
   }
   const auto entry = reinterpret_cast<decltype(&QZVorantisModelInterface)>(dlsym(object, "QZVorantisModelInterface"));
   const QZVMInterface* table = entry == nullptr ? nullptr : entry();
@@ -158,9 +156,7 @@ const QZVMInterface* SharedObjectDeviceModelLibrary::interface() {
 bool SharedObjectDeviceModelLibrary::succeeded(int result) {
   if (result == QZVM_OK) return true;
   if (result == QZVM_ABSENT) return false;
-  const QZVMText error = interface_->lastError();
-  throw ATException::libraryFailure(
-      Text::fromUTF8({error.bytes, error.size}).value_or("the device-model library failed"));
+  throw ATException::libraryFailure(textFrom(interface_->lastError()).value_or("the device-model library failed"));
 }
 
 bool SharedObjectDeviceModelLibrary::offersServiceInfoWithSpec() {

@@ -123,6 +123,14 @@ TEST(SharedObjectDeviceModelLibrary, IsAbsentWithoutItsFolderOrWithALinkToNothin
   expectAbsent(linked);
 }
 
+TEST(SharedObjectDeviceModelLibrary, AFileThatTheLoaderCannotFollowIsAFailure) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("loop.so");
+  std::filesystem::create_symlink(path, path);
+  SharedObjectDeviceModelLibrary library(path.c_str());
+  expectUnusable(library, StartsWith("the device-model library cannot be loaded: " + path + ": "));
+}
+
 TEST(SharedObjectDeviceModelLibrary, IsAbsentWhenTheLoaderFindsNoFileOfItsName) {
   SharedObjectDeviceModelLibrary library("libNoDeviceModelLibraryOfThisName.so.1");
   expectAbsent(library);
@@ -307,6 +315,13 @@ TEST(SharedObjectDeviceModelLibrary, ReasonThatIsNotUTF8IsAFailureToo) {
   EXPECT_EQ(reasonOf([&] { scripted.info(); }), "the device-model library failed");
 }
 
+TEST(SharedObjectDeviceModelLibrary, NullReasonWithASizeIsAFailureToo) {
+  Scripted scripted;
+  scripted.script.error = {nullptr, 5};
+  scripted.script.results[INFO_WITH_URI] = QZVM_FAILED;
+  EXPECT_EQ(reasonOf([&] { scripted.info(); }), "the device-model library failed");
+}
+
 TEST(SharedObjectDeviceModelLibrary, EmptyReasonIsAFailureToo) {
   Scripted scripted;
   scripted.script.results[INFO_WITH_URI] = QZVM_FAILED;
@@ -335,7 +350,8 @@ TEST(SharedObjectDeviceModelLibrary, EveryObjectIsGivenBackOnce) {
 
 TEST(SharedObjectDeviceModelLibrary, ValueThatCannotBeReadIsGivenBack) {
   Scripted scripted;
-  EXPECT_EQ(reasonOf([&] { scripted.read(string("\xFF")); }), "the device-model library gave a text that is not UTF-8");
+  EXPECT_EQ(reasonOf([&] { scripted.read(string("\xFF")); }),
+            "the device-model library gave a text that is null or not UTF-8");
   EXPECT_EQ(scripted.script.values, 0);
 }
 
@@ -400,6 +416,13 @@ TEST(SharedObjectDeviceModelLibrary, TextThatIsNotUTF8IsAFailure) {
   for (const char* text : {"\xFF", "a\x80", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82"}) {
     EXPECT_THROW(scripted.read(string(text)), ATException);
   }
+}
+
+TEST(SharedObjectDeviceModelLibrary, NullTextWithASizeIsAFailure) {
+  Scripted scripted;
+  QZVMValue value = valueOfKind(QZVM_STRING);
+  value.text = {nullptr, 5};
+  EXPECT_EQ(reasonOf([&] { scripted.read(value); }), "the device-model library gave a text that is null or not UTF-8");
 }
 
 TEST(SharedObjectDeviceModelLibrary, KeyThatIsNotUTF8IsAFailure) {
