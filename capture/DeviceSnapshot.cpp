@@ -7,6 +7,7 @@
 
 #include "base/ATException.h"
 #include "readers/IATDataReader.h"
+#include "readers/LibraryQuestion.h"
 
 namespace {
 
@@ -127,6 +128,7 @@ class Capture {
 
 DeviceSnapshot::Captured DeviceSnapshot::of(DeviceModelLibrary& library, const std::string& uri,
                                             const std::optional<std::string>& modelName) {
+  const LibraryQuestion question;
   if (!library.isAvailable()) throw ATException::libraryFailure("the device-model library is not there");
   Captured captured;
   const JSON snapshot = {{"format", "vorantis-device-snapshot"},

@@ -113,10 +113,11 @@ class SingleFaults:
         for error in ("EACCES", "EMFILE", "ENOMEM", "EIO"):
             self.system_call("the PPD cannot be opened", "openat", error, ppd, nothing)
             self.system_call("the snapshot cannot be opened", "openat", error, snapshot, nothing)
-        # The loader is asked twice, so what fails once does no harm. One that it may not open it takes for absent.
+        # The loader is asked twice, so what fails once does no harm. It says of what it cannot open that it is not there.
         for call, error in (("openat", "EMFILE"), ("openat", "ENOMEM"), ("openat", "EIO"), ("read", "EIO"), ("mmap", "ENOMEM")):
             self.system_call("the library cannot be loaded the first time", call, error, library, right)
-        for call, error in (("read", "EIO"), ("mmap", "ENOMEM")):
+        for call, error in (*(("openat", error) for error in ("EMFILE", "ENFILE", "ENOMEM", "EIO", "EACCES")), ("read", "EIO"),
+                            ("mmap", "ENOMEM")):
             self.system_call("the library cannot be loaded", call, error, library, nothing, when="1+")
         # What ends the bytes ends the file: reading goes on to no error that the tool could tell.
         cut = self.folder / "cut.ppd"
@@ -129,13 +130,14 @@ class SingleFaults:
                              when=f"{blocks + 1}+", example=example, ppd=large)
 
     def writes(self):
-        """To a file, so that strace knows the write by its path."""
+        """To a file, so that strace knows the write by its path. It is closed once before anything is written, when the
+        device-model library has answered."""
         example = self.options.examples / "pcl3"
         large = self.folder / "large.ppd"
         large.write_bytes((example / "input.ppd").read_bytes() + b"*% more\n" * 4000)
         right = self.run(self.command(large), self.environment(example))[1]
         output = self.folder / "output"
-        for call, error, when in (("write", "ENOSPC", 1), ("write", "EIO", 2), ("write", "EDQUOT", 3), ("close", "EIO", 1)):
+        for call, error, when in (("write", "ENOSPC", 1), ("write", "EIO", 2), ("write", "EDQUOT", 3), ("close", "EIO", 2)):
             with open(output, "wb") as out:
                 command = ["strace", "-f", "--quiet=all", "-o", str(self.folder / "trace"), "-e", f"trace={call}", "-e",
                            f"inject={call}:error={error}:when={when}", "-P", str(output), *self.command(large)]
