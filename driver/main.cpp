@@ -55,24 +55,26 @@ void logWritingError() {
   ATLog("-[ATAutoSetupTool run]", "Stdout writing error.");
 }
 
-// Without a standard output, its number would go to the next file that anyone opens, and the PPD into that file:
-// nothing is read.
+// Whether there is a standard output. Without one its number would go to the next file that anyone opens, and the PPD
+// into that file; so it goes to a folder, into which nobody writes bytes.
 bool hasStandardOutput() {
   if (fcntl(STDOUT_FILENO, F_GETFD) != -1) return true;
-  open("/dev/null", O_WRONLY);  // takes that number, unless standard input is closed as well
-  if constexpr (ATDiagnosticLog) ATOpenLogFile();
-  logWritingError();
+  const int folder = open("/", O_RDONLY | O_CLOEXEC);
+  if (folder != STDOUT_FILENO) {  // standard input is closed as well
+    dup2(folder, STDOUT_FILENO);
+    close(folder);
+  }
   return false;
 }
 
 }  // namespace
 
 int main(int argc, const char** argv) {
-  if (!hasStandardOutput()) return 1;
+  const bool hasOutput = hasStandardOutput();
   std::signal(SIGXFSZ, SIG_IGN);  // a limit on the size of files is a failed write like any other
   const bool succeeded = runTool(argc, argv);
   // The last flush is the moment at which a full disk or a closed pipe shows.
-  const bool flushed = std::fclose(stdout) == 0;
+  const bool flushed = std::fclose(stdout) == 0 && hasOutput;
   if (succeeded && !flushed) logWritingError();
   end(succeeded && flushed ? 0 : 1);
 }

@@ -20,6 +20,10 @@ def limit():
     resource.setrlimit(resource.RLIMIT_FSIZE, (LIMIT, LIMIT))
 
 
+def close_output():
+    os.close(1)
+
+
 def run(options, snapshot, **more):
     """Exit status and the last line of the log."""
     ppd = more.pop("ppd", options.example / "input.ppd")
@@ -53,7 +57,11 @@ def main():
                 ("a full disk", run(options, snapshot, stdout=full), NOT_WRITTEN),
                 ("a full disk, which shows at the end", run(options, snapshot, stdout=full, ppd=small), NOT_WRITTEN),
                 ("a limited file size", run(options, snapshot, stdout=limited, preexec_fn=limit), NOT_WRITTEN),
-                ("no standard output", run(options, snapshot, stdout=None, preexec_fn=lambda: os.close(1)), NOT_WRITTEN)):
+                ("no standard output", run(options, snapshot, stdout=None, preexec_fn=close_output), NOT_WRITTEN),
+                ("no standard output and no PPD", run(options, snapshot, stdout=None, preexec_fn=close_output, ppd="/nowhere"),
+                 "-[ATAutoSetupTool run]: Failed to parse PPD file: PPDParserErrorDomain code 1"),
+                ("an empty PPD and no standard output", run(options, snapshot, stdout=None, preexec_fn=close_output,
+                                                            ppd="/dev/null"), NOT_WRITTEN)):
             holds = status == 1 and line == expected
             failed += not holds
             print(f"{'passed' if holds else 'FAILED'}  {what}: {line}")
