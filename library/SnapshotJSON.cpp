@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <nlohmann/json.hpp>
-#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "library/Snapshot.h"
 
@@ -20,25 +21,36 @@ constexpr std::size_t kDeepestNesting = 64;
 // each new key, which takes forever on a store with thousands of media.
 class Builder : public nlohmann::json_sax<nlohmann::json> {
  public:
-  bool null() override { return take(std::nullopt); }
-  bool boolean(bool flag) override { return take(Value{flag}); }
-  bool number_integer(std::int64_t number) override { return take(Value{number}); }
-  bool number_unsigned(std::uint64_t number) override {
-    const bool isSigned = number <= static_cast<std::uint64_t>(INT64_MAX);
-    return take(isSigned ? Value{static_cast<std::int64_t>(number)} : Value{number});
-  }
-  bool number_float(double number, const std::string& /*text*/) override { return take(Value{number}); }
-  bool string(std::string& text) override { return take(Value{std::move(text)}); }
-  bool binary(nlohmann::json::binary_t& /*bytes*/) override { return false; }
-
-  bool start_object(std::size_t /*size*/) override { return open(Value{Value::Object()}); }
-  bool start_array(std::size_t /*size*/) override { return open(Value{Value::Array()}); }
-  bool key(std::string& name) override {
-    open_.back().key = std::move(name);
+  bool null() override {
+    entry().isNull = true;
     return true;
   }
-  bool end_object() override { return close(); }
-  bool end_array() override { return close(); }
+  bool boolean(bool flag) override { return put(flag); }
+  bool number_integer(std::int64_t number) override { return put(number); }
+  bool number_unsigned(std::uint64_t number) override {
+    if (number > static_cast<std::uint64_t>(INT64_MAX)) return put(number);
+    return put(static_cast<std::int64_t>(number));
+  }
+  bool number_float(double number, const std::string& /*text*/) override { return put(number); }
+  // Texts are copied: the parser reads the next one into the same memory.
+  bool string(std::string& text) override { return put(text); }
+  bool binary(nlohmann::json::binary_t& /*bytes*/) override { return false; }
+
+  bool start_object(std::size_t /*size*/) override { return open(true); }
+  bool start_array(std::size_t /*size*/) override { return open(false); }
+  bool key(std::string& name) override {
+    entries_.emplace_back().key = name;
+    return true;
+  }
+  bool end_object() override {
+    keepLastOfRepeatedKeys();
+    return close<Value::Object>([](Entry& entry) {
+      return Value::Member{std::move(entry.key), std::move(entry.value)};
+    });
+  }
+  bool end_array() override {
+    return close<Value::Array>([](Entry& entry) { return std::move(entry.value); });
+  }
 
   bool parse_error(std::size_t position, const std::string& /*token*/,
                    const nlohmann::detail::exception& error) override {
@@ -50,84 +62,88 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
     return false;
   }
 
+  /// Whether reading ended because an object or array would have been nested too deeply.
+  bool isTooDeep() const { return isTooDeep_; }
+
   /// The value that was read. Throws Error when there is none.
   Value result(std::string_view text) {
-    if (error_.empty() && root_) return std::move(*root_);
+    if (error_.empty() && !entries_.front().isNull) return std::move(entries_.front().value);
     fail(text, errorPosition_ == 0 ? 0 : errorPosition_ - 1, error_.empty() ? "a value is expected" : error_);
   }
 
  private:
-  // An object or array that is being read. Null members are kept until it is closed, so that a later value of the same
-  // key takes the place of the first.
-  struct Open {
-    Value value;
+  // A value that belongs to an object or array that is being read; or the whole text's.
+  struct Entry {
     std::string key;
-    std::vector<std::optional<Value>> elements;
-    std::vector<std::string> keys;
-    std::unordered_map<std::string, std::size_t> places;
+    Value value;
+    bool isNull = false;  // left out when the object or array is complete
+  };
+  struct Open {
+    bool isObject;
+    std::size_t first;  // its first entry
   };
 
-  bool open(Value value) {
-    open_.push_back({std::move(value), {}, {}, {}, {}});
+  // The one that the next value is for. In an object its key has made it.
+  Entry& entry() {
+    const bool isKeyed = !open_.empty() && open_.back().isObject;
+    return isKeyed ? entries_.back() : entries_.emplace_back();
+  }
+
+  template <class Content>
+  bool put(const Content& content) {
+    entry().value.value.template emplace<Content>(content);
     return true;
   }
 
-  bool close() {
-    Open closed = std::move(open_.back());
+  bool open(bool isObject) {
+    isTooDeep_ = open_.size() == kDeepestNesting;
+    if (isTooDeep_) return false;
+    entry();
+    open_.push_back({isObject, entries_.size()});
+    return true;
+  }
+
+  template <class Container, class Take>
+  bool close(Take take) {
+    const auto first = entries_.begin() + static_cast<std::ptrdiff_t>(open_.back().first);
+    Container& closed = std::prev(first)->value.value.emplace<Container>();
+    closed.reserve(entries_.size() - open_.back().first);
+    for (auto entry = first; entry != entries_.end(); ++entry) {
+      if (!entry->isNull) closed.push_back(take(*entry));
+    }
+    entries_.erase(first, entries_.end());
     open_.pop_back();
-    for (std::size_t place = 0; place < closed.elements.size(); ++place) {
-      if (!closed.elements[place]) continue;
-      Value& element = *closed.elements[place];
-      if (auto* object = std::get_if<Value::Object>(&closed.value.value)) {
-        object->push_back({std::move(closed.keys[place]), std::move(element)});
+    return true;
+  }
+
+  // The last value of a repeated key takes the place of the first one. Entries are sorted for that: keys can be chosen
+  // so that they collide in a hash.
+  void keepLastOfRepeatedKeys() {
+    const auto isEarlier = [](const Entry* left, const Entry* right) {
+      const int compared = left->key.compare(right->key);
+      return compared == 0 ? left < right : compared < 0;
+    };
+    sorted_.clear();
+    for (std::size_t index = open_.back().first; index < entries_.size(); ++index) sorted_.push_back(&entries_[index]);
+    std::sort(sorted_.begin(), sorted_.end(), isEarlier);
+    Entry* first = nullptr;
+    for (Entry* entry : sorted_) {
+      if (first == nullptr || entry->key != first->key) {
+        first = entry;
       } else {
-        std::get_if<Value::Array>(&closed.value.value)->push_back(std::move(element));
+        first->value = std::move(entry->value);
+        first->isNull = std::exchange(entry->isNull, true);
       }
     }
-    return take(std::move(closed.value));
   }
 
-  bool take(std::optional<Value> value) {
-    if (open_.empty()) {
-      root_ = std::move(value);
-      return true;
-    }
-    Open& parent = open_.back();
-    if (parent.value.object() == nullptr) {
-      parent.elements.push_back(std::move(value));
-      return true;
-    }
-    const auto [place, isNew] = parent.places.emplace(parent.key, parent.elements.size());
-    if (isNew) {
-      parent.keys.push_back(parent.key);
-      parent.elements.push_back(std::move(value));
-    } else {
-      parent.elements[place->second] = std::move(value);
-    }
-    return true;
-  }
-
+  std::vector<Entry> entries_;  // of all that is open, the innermost last
   std::vector<Open> open_;
-  std::optional<Value> root_;
+  std::vector<Entry*> sorted_;
+  bool isTooDeep_ = false;
   std::string error_;
   std::size_t errorPosition_ = 0;  // counted from 1
 };
-
-// What the parser would take for something else: a zero byte for the end of the text, and nesting for no problem.
-void checkBytesAndNesting(std::string_view text) {
-  std::size_t nesting = 0;
-  bool inString = false;
-  for (std::size_t position = 0; position < text.size(); ++position) {
-    const char byte = text[position];
-    if (byte == '\0') fail(text, position, "a zero byte");
-    if (byte == '"') inString = !inString;
-    if (inString && byte == '\\') ++position;
-    if (inString) continue;
-    if (byte == '[' || byte == '{') ++nesting;
-    if ((byte == ']' || byte == '}') && nesting > 0) --nesting;
-    if (nesting > kDeepestNesting) fail(text, position, "nested deeper than 64 levels");
-  }
-}
 
 // The position of the quotation mark that ends the string that begins at `position`, or the text's size.
 std::size_t endOfString(std::string_view text, std::size_t position) {
@@ -138,6 +154,18 @@ std::size_t endOfString(std::string_view text, std::size_t position) {
     while (text[first - 1] == '\\') --first;
     if ((position - first) % 2 == 0) return position;
   }
+}
+
+// Where the nesting of JSON gets deeper than is allowed; the text's size when it does not.
+std::size_t placeOfDeepestNesting(std::string_view text) {
+  std::size_t nesting = 0;
+  for (std::size_t position = 0; position < text.size(); ++position) {
+    const char byte = text[position];
+    if (byte == '"') position = endOfString(text, position);
+    if ((byte == '[' || byte == '{') && nesting++ == kDeepestNesting) return position;
+    if (byte == ']' || byte == '}') --nesting;
+  }
+  return text.size();
 }
 
 }  // namespace
@@ -167,9 +195,11 @@ std::string withoutDeeperThan(std::size_t deepest, std::string_view text) {
 }
 
 Value parseJSON(std::string_view text) {
-  checkBytesAndNesting(text);
+  // The parser would take it for the end of the text.
+  if (const std::size_t zero = text.find('\0'); zero != std::string_view::npos) fail(text, zero, "a zero byte");
   Builder builder;
   nlohmann::json::sax_parse(text.begin(), text.end(), &builder);
+  if (builder.isTooDeep()) fail(text, placeOfDeepestNesting(text), "nested deeper than 64 levels");
   return builder.result(text);
 }
 

@@ -157,6 +157,15 @@ TEST(SnapshotJSON, ValueAfterANullOfTheSameKeyTakesTheNullsPlace) {
   EXPECT_EQ(integerMember(value, "a"), 3);
 }
 
+TEST(SnapshotJSON, RepeatedKeysOfManyMembersKeepTheirPlaces) {
+  const Value value = parseJSON(
+      R"({"c": 0, "a": 1, "b": null, "a": 2, "d": null, "c": null, "b": 3, "c": 4, "a": null, "e": 5, "e": [6, 7]})");
+  EXPECT_THAT(keysOf(value), ElementsAre("c", "b", "e"));
+  EXPECT_EQ(integerMember(value, "c"), 4);
+  EXPECT_EQ(integerMember(value, "b"), 3);
+  EXPECT_THAT(*value.member("e")->array(), SizeIs(2));
+}
+
 TEST(SnapshotJSON, NullElementsAreLeftOut) {
   EXPECT_THAT(parsed<Value::Array>("[null, 1, null, 2]"), SizeIs(2));
 }
@@ -177,6 +186,16 @@ TEST(SnapshotJSON, SixtyFiveLevelsAreAnError) {
   EXPECT_THAT(errorOf(nested(65, "[", "]", "")), HasSubstr("64 levels"));
   EXPECT_THAT(errorOf(nested(65, "{\"a\":", "}", "1")), HasSubstr("64 levels"));
   EXPECT_THAT(errorOf("[" + nested(32, "{\"a\":[", "]}", "1") + "]"), HasSubstr("64 levels"));
+}
+
+TEST(SnapshotJSON, TheLineOfDeepNestingIsTold) {
+  const std::string deep = nested(64, "[\n", "]", "\"[\\\"\", {\"]\": 1}");
+  EXPECT_THAT(errorOf(deep), HasSubstr("line 65: nested deeper than 64 levels"));
+  EXPECT_THAT(errorOf("[{}, [1],\n" + deep + "]"), HasSubstr("line 65: nested deeper than 64 levels"));
+}
+
+TEST(SnapshotJSON, AnErrorInsideDeepNestingIsNotItsDepth) {
+  EXPECT_THAT(errorOf(nested(64, "[", "]", "nul")), Not(HasSubstr("64 levels")));
 }
 
 TEST(SnapshotJSON, EndlessNestingIsAnError) {
