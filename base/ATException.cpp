@@ -31,3 +31,7 @@ bool ATException::isLibraryFailure() const {
 ATException ATException::wrongType(const std::string& use) {
   return {"ATInvalidArgumentException", "value of the wrong type: " + use};
 }
+
+ATException ATException::absent(const std::string& what) {
+  return {"ATInvalidArgumentException", "value is absent: " + what};
+}

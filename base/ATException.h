@@ -27,6 +27,8 @@ class ATException : public std::exception {
   bool isLibraryFailure() const;
   /// A value of another type than the one that `use` needs.
   static ATException wrongType(const std::string& use);
+  /// No value where one is needed.
+  static ATException absent(const std::string& what);
 
  private:
   std::string name_;

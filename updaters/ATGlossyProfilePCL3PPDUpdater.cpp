@@ -26,7 +26,7 @@ void convertProfiles(DeviceValue::List& profiles) {
   bool hasEconomyMode = false;
   for (const DeviceValue& entry : profiles) {
     const DeviceValue gloss = entry.valueForKey(MediaKey::profileGloss);
-    if (gloss.isAbsent()) throw ATException::wrongType("a profile entry has no gloss value");
+    if (gloss.isAbsent()) throw ATException::absent("gloss value of a profile entry");
     entry.map()->set(MediaKey::profileGloss, choiceForGloss(gloss));
     if (gloss.equals("FULLPAGE")) wholePage = entry;
     if (gloss.equals("INKEDAREA")) hasEconomyMode = true;
@@ -50,7 +50,7 @@ std::string ATGlossyProfilePCL3PPDUpdater::profileSpecFromMediaData(const Record
                                                                     const ATPPD& ppd) const {
   const std::string qualifier = mediaQualifierFromData(record, ppd).description();
   const auto properties = propertiesOfMedia(qualifier, ppd);
-  const bool isGlossy = properties && isGlossyMediaWithAttributes(properties->value());
+  const bool isGlossy = isGlossyMediaWithAttributes(properties ? properties->value() : std::nullopt);
   const bool usesGloss = isGlossy && ppd.attributeForName(PPDKeyword::thirdQualifier) != nullptr;
   const DeviceValue gloss = usesGloss ? profileInfo.valueForKey(MediaKey::profileGloss) : DeviceValue();
   return fmt::format(".{}.{}", qualifier, gloss.isAbsent() ? std::string() : gloss.description());

@@ -29,7 +29,7 @@ ATPPD::Attributes withMiddlePart(const ATPPD& ppd, const char* name, const std::
 
 void convertGloss(const DeviceValue& entry) {
   const DeviceValue gloss = entry.valueForKey(MediaKey::profileGloss);
-  if (gloss.isAbsent()) throw ATException::wrongType("a profile entry has no gloss value");
+  if (gloss.isAbsent()) throw ATException::absent("gloss value of a profile entry");
   if (gloss.equals("OFF")) entry.map()->set(MediaKey::profileGloss, "False");
   if (gloss.equals("FULLPAGE")) entry.map()->set(MediaKey::profileGloss, "True");
 }

@@ -44,6 +44,12 @@ TEST(ATException, ReasonNamesTheUseThatNeedsAnotherType) {
   EXPECT_EQ(exception.reason(), "value of the wrong type: length of a string");
 }
 
+TEST(ATException, ReasonNamesWhatIsAbsent) {
+  const auto exception = ATException::absent("gloss value");
+  EXPECT_EQ(exception.name(), "ATInvalidArgumentException");
+  EXPECT_EQ(exception.reason(), "value is absent: gloss value");
+}
+
 TEST(ATException, ReasonOfALibraryThatFailedIsItsOwn) {
   const auto exception = ATException::libraryFailure("the printer is on fire");
   EXPECT_EQ(exception.name(), "ATDeviceModelLibraryException");

@@ -155,6 +155,15 @@ TEST(ATGlossyProfilePCL3PPDUpdater, TheSpecOfAnotherMediumIsTheGeneralOne) {
   EXPECT_EQ(specOf(kQualifier + "*QZValueAttributes P: \"glossy=YES\"\n", glossProfile("off-ge", "n")), ".P.");
 }
 
+TEST(ATGlossyProfilePCL3PPDUpdater, WhetherAMediumWithoutPropertiesIsGlossyIsAskedToo) {
+  struct Glossy : Updater {
+    bool isGlossyMediaWithAttributes(const ATPPDAttribute::Part& properties) const override { return !properties; }
+  };
+  const auto ppd = documentFromText("*cupsICCQualifier3: \"QZGlossEnhancer\"\n");
+  EXPECT_EQ(Glossy().profileSpecFromMediaData(mapOf({{"PPDName", "P"}}), glossProfile("off-ge", "n"), *ppd),
+            ".P.off-ge");
+}
+
 TEST(ATGlossyProfilePCL3PPDUpdater, WithoutTheQualifierStatementTheSpecIsTheGeneralOne) {
   EXPECT_EQ(specOf("*QZValueAttributes MediaType.P: \"glossy=YES\"\n", glossProfile("off-ge", "n")), ".P.");
 }

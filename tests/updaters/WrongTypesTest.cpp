@@ -77,7 +77,7 @@ TEST(WrongTypes, InProfiles) {
   EXPECT_EQ(added("Canvas", number(1)), wrongType("profile URL"));
   const auto withoutGloss = mediumWithProfiles("Custom1", listOf({profile("Canvas", "/c.icc")}));
   EXPECT_EQ(reasonOf([&] { Updater().adjustedMediaData(withoutGloss, *ppd); }),
-            wrongType("a profile entry has no gloss value"));
+            "value is absent: gloss value of a profile entry");
   const auto withNumber = mapOf({{"PPDName", number(1)}, {"ICCProfiles", listOf({})}});
   EXPECT_EQ(reasonOf([&] { Updater().adjustedMediaData(withNumber, *ppd); }), wrongType("media qualifier"));
 }
