@@ -9,7 +9,7 @@
 namespace LibraryFile {
 
 /// What keeps it from being used, for people; absent when the loader finds no file of this name. `fileName` is what the
-/// loader was asked for, and `loadersWords` what it said (dlerror(3)).
+/// loader was asked for, and `loadersWords` a copy of what it said (dlerror(3)).
 ///
 /// Loaders tell in words only, each in its own, so the loader is asked for a file that nobody has, too: only of a
 /// missing one does it say the same. Even then the file may be there, in a folder that cannot be read now or made for

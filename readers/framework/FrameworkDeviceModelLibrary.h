@@ -13,7 +13,8 @@ class FrameworkDeviceModelLibrary : public DeviceModelLibrary {
  public:
   bool isAvailable() override;
   bool offersServiceInfoWithSpec() override;
-  /// A property whose key constant the framework does not export is not given.
+  /// A property whose key constant the framework does not export is not given. Without the URI's it is an ATException:
+  /// the answer could be another printer's.
   std::unique_ptr<ServiceInfo> serviceInfoWithSpec(const ServiceInfoSpec& spec) override;
   std::unique_ptr<ServiceInfo> serviceInfoWithURI(const std::string& uri) override;
   std::unique_ptr<Store> registeredStoreForServiceInfo(const ServiceInfo* info) override;

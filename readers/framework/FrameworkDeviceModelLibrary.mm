@@ -113,6 +113,8 @@ using RetainedServiceInfo = Retained<DeviceModelLibrary::ServiceInfo>;
 using RetainedStore = Retained<DeviceModelLibrary::Store>;
 using RetainedItem = Retained<DeviceModelLibrary::Item>;
 
+constexpr const char* kURIKey = "kURIProp";
+
 // The value of a string constant that the framework exports, or nil.
 NSString* constantNamed(const char* name) {
   const auto* constant = static_cast<NSString* const*>(dlsym(RTLD_DEFAULT, name));
@@ -124,8 +126,9 @@ void setProperty(DeviceMap& properties, const char* constant, DeviceValue value)
 }
 
 DeviceValue propertiesOf(const DeviceModelLibrary::ServiceInfoSpec& spec) {
+  if (constantNamed(kURIKey) == nil) throw ATException::libraryFailure("the framework lacks the constant kURIProp");
   auto properties = std::make_shared<DeviceMap>();
-  setProperty(*properties, "kURIProp", spec.uri);
+  setProperty(*properties, kURIKey, spec.uri);
   setProperty(*properties, "kModelNameProp", spec.modelName);
   setProperty(*properties, "kVMSkipReachabilityCheckProp", spec.skipReachabilityCheck);
   return properties;
@@ -144,9 +147,11 @@ bool FrameworkDeviceModelLibrary::offersServiceInfoWithSpec() {
 
 std::unique_ptr<DeviceModelLibrary::ServiceInfo> FrameworkDeviceModelLibrary::serviceInfoWithSpec(
     const ServiceInfoSpec& spec) {
-  return guarded([&] {
+  return guarded([&]() -> std::unique_ptr<ServiceInfo> {
+    const Class serviceInfo = NSClassFromString(@"AVMServiceInfo");
+    if (serviceInfo == Nil) return nullptr;
     NSDictionary* properties = PropertyList::objectOf(propertiesOf(spec));
-    return RetainedServiceInfo::of([NSClassFromString(@"AVMServiceInfo") serviceInfoWithSpec:properties]);
+    return RetainedServiceInfo::of([serviceInfo serviceInfoWithSpec:properties]);
   });
 }
 

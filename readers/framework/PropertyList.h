@@ -20,15 +20,15 @@ inline constexpr std::size_t kLargestSize = std::size_t{64} << 20;
 inline constexpr std::size_t kSizeOfValue = 16;
 
 /// Values of our own, with nothing shared between places; nil is absent. A map's entries come in the order in which
-/// its enumerator visits them. An object of another kind, also as a key, becomes a value of another kind. Throws
-/// ATException for a text that is not Unicode, and for a list that goes too deep or is too large, such as one that
-/// holds itself.
+/// its enumerator visits them. An object of another kind, also as a key, becomes a value of another kind, and so does a
+/// text that is not Unicode. Throws ATException for a list that goes too deep or is too large, such as one that holds
+/// itself.
 DeviceValue deviceValueOf(id object);
 
 /// An autoreleased property list; nil for an absent value. Members of a list or map that are absent are left out.
 id objectOf(const DeviceValue& value);
 
-/// The same for single texts.
+/// The same for single texts. Throws ATException for one that is not Unicode.
 std::string stringOf(NSString* text);
 NSString* textOf(std::string_view string);
 

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -16,6 +17,13 @@ namespace {
 
 ATException unusable(const std::string& what) {
   return ATException::libraryFailure("the device-model library gave " + what);
+}
+
+// Absent for a text that is not Unicode, such as one with half of a surrogate pair.
+std::optional<std::string> unicodeOf(NSString* text) {
+  NSData* bytes = [text dataUsingEncoding:NSUTF8StringEncoding];
+  if (bytes == nil) return std::nullopt;
+  return Text::fromUTF8({static_cast<const char*>([bytes bytes]), [bytes length]});
 }
 
 std::string classNameOf(id object) {
@@ -36,9 +44,8 @@ std::string descriptionOf(id object) {
       },
       &question, &caught);
   for (char* text : {caught.name, caught.reason, caught.userInfo}) std::free(text);
-  NSData* bytes = [question.answer dataUsingEncoding:NSUTF8StringEncoding];
-  if (bytes == nil) return classNameOf(object);
-  return Text::fromUTF8({static_cast<const char*>([bytes bytes]), [bytes length]}).value_or(classNameOf(object));
+  const auto description = unicodeOf(question.answer);
+  return description ? *description : classNameOf(object);
 }
 
 // Foundation has no type of its own for booleans, only a class.
@@ -70,7 +77,7 @@ class Reader {
  public:
   DeviceValue read(id object, int nesting) {
     spend(PropertyList::kSizeOfValue);
-    if ([object isKindOfClass:[NSString class]]) return readText(object);
+    if (auto text = readText(object)) return std::move(*text);
     if ([object isKindOfClass:[NSNumber class]]) return numberOf(object);
     if ([object isKindOfClass:[NSArray class]]) return readList(object, nesting);
     if ([object isKindOfClass:[NSDictionary class]]) return readMap(object, nesting);
@@ -87,10 +94,12 @@ class Reader {
     if (nesting >= DeviceModelLibrary::kDeepestNesting) throw unusable("values that are nested too deeply");
   }
 
-  std::string readText(NSString* text) {
-    std::string string = PropertyList::stringOf(text);
-    spend(string.size());
-    return string;
+  // Absent for what is no text.
+  std::optional<std::string> readText(id object) {
+    if (![object isKindOfClass:[NSString class]]) return std::nullopt;
+    auto text = unicodeOf(object);
+    if (text) spend(text->size());
+    return text;
   }
 
   std::string readDescription(id object) {
@@ -113,14 +122,12 @@ class Reader {
     NSEnumerator* keys = [dictionary keyEnumerator];
     while (id key = [keys nextObject]) {
       spend(PropertyList::kSizeOfValue);
-      const bool isText = [key isKindOfClass:[NSString class]];
-      std::string name = isText ? readText(key) : readDescription(key);
       const id member = [dictionary objectForKey:key];
       if (member == nil) continue;
-      if (isText) {
-        map->add(std::move(name), read(member, nesting + 1));
+      if (auto name = readText(key)) {
+        map->add(std::move(*name), read(member, nesting + 1));
       } else {
-        map->addOtherKey(std::move(name), read(member, nesting + 1));
+        map->addOtherKey(readDescription(key), read(member, nesting + 1));
       }
     }
     return map;
@@ -164,9 +171,7 @@ id PropertyList::objectOf(const DeviceValue& value) {
 }
 
 std::string PropertyList::stringOf(NSString* text) {
-  NSData* bytes = [text dataUsingEncoding:NSUTF8StringEncoding];
-  if (bytes == nil) throw unusable("a text that is not Unicode");
-  auto string = Text::fromUTF8({static_cast<const char*>([bytes bytes]), [bytes length]});
+  auto string = unicodeOf(text);
   if (!string) throw unusable("a text that is not Unicode");
   return std::move(*string);
 }

@@ -254,6 +254,7 @@ static id mapNamed(NSString* name) {
   }
   if ([name isEqualToString:@"map-with-surrogate-key"])
     return [NSDictionary dictionaryWithObject:@"x" forKey:loneSurrogate()];
+  if ([name isEqualToString:@"map-with-surrogate"]) return mapWith(@"Unread", loneSurrogate());
   if ([name isEqualToString:@"map-with-date"]) return mapWith(@"MediaInfo", [NSDate date]);
   if ([name isEqualToString:@"map-without-members"]) {
     return [AVMDishonestDictionary dictionaryWithMember:nil visits:1 throws:NO];

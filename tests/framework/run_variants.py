@@ -35,7 +35,7 @@ LACKING = [
     ("WITHOUT_CORE_FACTORY", "media", "second set"),
     ("WITHOUT_STATUS_PROTOCOL", "media", "second set"),
     ("WITHOUT_SPEC", "no media", "first set"),  # found by URI alone, the device has no model name
-    ("WITHOUT_URI_KEY", "no media", "second set"),
+    ("WITHOUT_URI_KEY", "failure", "failure"),  # else another printer may answer
     ("WITHOUT_MODEL_NAME_KEY", "no media", "first set"),
     ("WITHOUT_SKIP_KEY", "media", "first set"),
 ]
@@ -48,7 +48,7 @@ EXCEPTIONS = ["throw", "throw-bare", "throw-surrogate", "throw-text", "throw-hos
 OTHER_KINDS = ["object", "date", "data", "null", "url", "class", "hostile-object"]
 TEXTS_AND_NUMBERS = ["text", "yes", "real", "unsigned", "list", "nested-64"]
 NO_END = ["cyclic-map", "cyclic-list", "shared", "endless-map", "endless-map-of-nothing", "throwing-map"]
-UNUSABLE = ["lone-surrogate", "map-with-surrogate-key", "map-with-date", "list-of-dates", "nested-65"]
+UNUSABLE = ["lone-surrogate", "map-with-date", "list-of-dates", "nested-65"]
 ANSWERS = [
     ("respondsToSelector:", "nil", "no media", "first set"),
     ("respondsToSelector:", "throw", "failure", "failure"),
@@ -59,7 +59,8 @@ ANSWERS = [
     *[("representedObject", answer, "failure", None) for answer in TEXTS_AND_NUMBERS + NO_END + UNUSABLE],
     ("representedObject", "empty-map", "no media", None),
     ("representedObject", "ordered-map", "no media", None),
-    ("representedObject", "map-with-number-key", "no media", None),  # it takes its place, and nobody looks for it
+    # It takes its place, and nobody looks for it.
+    *[("representedObject", f"map-with-{odd}", "no media", None) for odd in ("number-key", "surrogate-key", "surrogate")],
     *[(step, "nil", None, "second set") for step in STATUS_CHAIN],
     *[(step, answer, None, "failure") for step in STATUS_CHAIN for answer in EXCEPTIONS + OTHER_KINDS],
     *[("deviceFamilyName", answer, None, "failure")
