@@ -6,7 +6,7 @@ build_packages="g++ cmake ninja-build pkg-config libcups2-dev libfmt-dev liburip
 demo_packages="$build_packages cups-client diffutils"
 quick_packages="$demo_packages libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev python3
   python3-jsonschema"
-package_packages="$build_packages lintian fakeroot rpm dpkg-dev file"
+package_packages="$build_packages debhelper dpkg-dev lintian python3"
 test_packages="$quick_packages $package_packages clang-14 libclang-rt-14-dev openprinting-ppds valgrind cups
   cups-daemon dbus-daemon colord clang-tidy-14 cppcheck gdb strace gobjc++ libgnustep-base-dev libc++-14-dev musl-dev
   lld-14 llvm-14 zsh fish chromium chromium-driver python3-selenium poppler-utils ansible-core"
@@ -22,10 +22,15 @@ as_root() {
   if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi
 }
 
-# Everything that is made goes into the folder build/.
+# Everything that is made goes into the folder build/. What root makes there belongs to whom the checkout belongs, so that
+# commands with and without sudo can follow each other.
 check_checkout() {
-  mkdir -p build 2>/dev/null && [ -w build ] ||
+  local foreign
+  mkdir -p build 2>/dev/null ||
     die "The folder build/ cannot be written here. Copy the project to a folder of your own and try again."
+  foreign=$(find build -maxdepth 3 -path build/roots -prune -o ! -writable ! -type l -print -quit)
+  [ -z "$foreign" ] || die "$foreign cannot be written: it belongs to $(stat -c %U "$foreign"). To have all of build/: sudo chown -R $(id -un) build"
+  [ "$(id -u)" != 0 ] || trap "find build -path build/roots -prune -o -user root -exec chown -h --reference=. {} +" EXIT
 }
 
 is_installed() { dpkg-query -W -f '${Status}' "$1" 2>/dev/null | grep -q '^install ok installed$'; }
