@@ -1,5 +1,10 @@
 # What the tool and the stored device-model library need, from the system's packages.
 
+# Libraries for another processor are packages of another architecture, which the toolchain file names.
+if(AT_ARCHITECTURE)
+  set(of ":${AT_ARCHITECTURE}")
+endif()
+
 # Finds a package, or says which Debian package has it.
 macro(at_find_package name packages)
   find_package(${name} QUIET ${ARGN})
@@ -17,8 +22,8 @@ macro(at_find_module prefix module packages)
 endmacro()
 
 at_find_package(PkgConfig "pkg-config")
-at_find_package(Cups "libcups2-dev")
-at_find_package(fmt "libfmt-dev")
+at_find_package(Cups "libcups2-dev${of}")
+at_find_package(fmt "libfmt-dev${of}")
 at_find_package(nlohmann_json "nlohmann-json3-dev")
 
 # JSON without file paths, which nobody needs and macOS before 10.15 does not have.
@@ -38,7 +43,7 @@ target_link_libraries(fmt_without_locales INTERFACE fmt::fmt-header-only)
 target_compile_definitions(fmt_without_locales INTERFACE "FMT_STATIC_THOUSANDS_SEPARATOR=','")
 
 # utf8proc has a static library too, which costs no time at start-up.
-at_find_module(UTF8PROC libutf8proc "libutf8proc-dev")
+at_find_module(UTF8PROC libutf8proc "libutf8proc-dev${of}")
 add_library(utf8proc INTERFACE)
 find_library(UTF8PROC_STATIC NAMES libutf8proc.a)
 if(AT_STATIC_RUNTIME AND UTF8PROC_STATIC)
@@ -49,7 +54,7 @@ else()
   target_link_libraries(utf8proc INTERFACE PkgConfig::UTF8PROC)
 endif()
 
-at_find_module(URIPARSER liburiparser "liburiparser-dev")
+at_find_module(URIPARSER liburiparser "liburiparser-dev${of}")
 add_library(uriparser INTERFACE)
 target_link_libraries(uriparser INTERFACE PkgConfig::URIPARSER)
 
@@ -58,7 +63,7 @@ if(NOT APPLE)
   find_path(CSV_INCLUDE_DIR csv.h)
   find_library(CSV_LIBRARY NAMES csv)
   if(NOT CSV_INCLUDE_DIR OR NOT CSV_LIBRARY)
-    message(FATAL_ERROR "libcsv is missing. On Debian: apt-get install libcsv-dev")
+    message(FATAL_ERROR "libcsv is missing. On Debian: apt-get install libcsv-dev${of}")
   endif()
   add_library(csv INTERFACE)
   target_include_directories(csv SYSTEM INTERFACE "${CSV_INCLUDE_DIR}")

@@ -1,0 +1,2 @@
+set(AT_ARCHITECTURE armhf)
+include("${CMAKE_CURRENT_LIST_DIR}/debian.cmake")

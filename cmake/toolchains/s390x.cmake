@@ -1,0 +1,2 @@
+set(AT_ARCHITECTURE s390x)
+include("${CMAKE_CURRENT_LIST_DIR}/debian.cmake")
