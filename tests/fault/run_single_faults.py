@@ -119,6 +119,7 @@ class SingleFaults:
         for call, error in (*(("openat", error) for error in ("EMFILE", "ENFILE", "ENOMEM", "EIO", "EACCES")), ("read", "EIO"),
                             ("mmap", "ENOMEM")):
             self.system_call("the library cannot be loaded", call, error, library, nothing, when="1+")
+        self.system_call("standard output cannot be kept from the library", "openat", "EMFILE", "/dev/null", nothing)
         # What ends the bytes ends the file: reading goes on to no error that the tool could tell.
         cut = self.folder / "cut.ppd"
         large = self.folder / "large.ppd"

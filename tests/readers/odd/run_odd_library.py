@@ -12,6 +12,7 @@ import tempfile
 
 URI = "socket://192.0.2.10:9100"
 LIBRARY = "libQZVorantisModel.so.1"
+ENDED = "int main(int, const char **): The device-model library has ended the process"
 PLACES = ("load", "entry", "question", "release")
 
 
@@ -19,6 +20,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     for name in ("tool", "explain", "capture", "library-dir", "ppd"):
         parser.add_argument(f"--{name}", type=pathlib.Path, required=True)
+    parser.add_argument("--log", type=pathlib.Path, help="the log file of a diagnostic build")
     options = parser.parse_args()
     failed = 0
 
@@ -50,6 +52,11 @@ def main():
                run(tool, place, "close-all") == (1, b""))
         expect(f"the tool without a standard output, a library that prints ({place}): status 1",
                run(tool, place, "print", preexec_fn=lambda: os.close(1)) == (1, b""))
+    if options.log:
+        options.log.touch()
+        run(tool, "question", "exit")
+        expect("the log of a tool whose library exits ends with that", options.log.read_text().splitlines()[-1] == ENDED)
+        options.log.unlink()
     with tempfile.TemporaryDirectory() as folder:
         library = pathlib.Path(folder) / LIBRARY
         expect("the tool without a library: status 0", run(tool, library_dir=folder)[0] == 0)
