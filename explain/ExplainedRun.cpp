@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "driver/ATAutoSetupTool.h"
+#include "explain/judge/Consequences.h"
 #include "explain/judge/Judges.h"
 #include "explain/report/Warnings.h"
 #include "explain/report/Wording.h"
@@ -84,6 +85,7 @@ void explainRun(ATAutoSetupTool& tool, ExplainedRun& run) {
   const InputLines input = InputLines::ofFile(tool.PPDPath());
   runTool(tool, recorder, input, run);
   run.input = input.text();
+  Consequences::find(run.report, input.bytes(), run.result);
   Judges::judge({run.report, input, tool.PPD(), run.result}, warnings);
   warnings.sort();
 }

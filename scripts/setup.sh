@@ -5,7 +5,7 @@ build_packages="g++ cmake ninja-build pkg-config libcups2-dev libfmt-dev liburip
   nlohmann-json3-dev libcsv-dev libcli11-dev"
 demo_packages="$build_packages cups-client diffutils"
 quick_packages="$demo_packages libgtest-dev libgmock-dev librapidcheck-dev libbenchmark-dev python3
-  python3-jsonschema"
+  python3-jsonschema jq"
 package_packages="$build_packages debhelper dpkg-dev lintian python3"
 test_packages="$quick_packages $package_packages clang-14 libclang-rt-14-dev openprinting-ppds valgrind cups
   cups-daemon dbus-daemon colord clang-tidy-14 cppcheck gdb strace gobjc++ libgnustep-base-dev libc++-14-dev musl-dev

@@ -10,9 +10,7 @@
 
 namespace {
 
-constexpr std::size_t kLongestLine = 255;
-constexpr std::size_t kLongestKeyword = 40;
-constexpr std::size_t kLongestText = 80;
+constexpr std::string_view kProfile = "*cupsICCProfile ";
 
 // Of the line that begins at `start`. Searching for each of the two line ends is many times faster than for both at
 // once.
@@ -21,40 +19,12 @@ std::size_t endOfLine(std::string_view text, std::size_t start) {
   return start + std::min(line.find('\r'), line.size());
 }
 
-// One statement line, taken apart as libcups does: keyword, option keyword, text.
-struct Parts {
-  std::string_view keyword, option, text;
-};
-
-Parts partsOf(std::string_view line) {
-  Parts parts;
-  line.remove_prefix(1);
-  const auto keywordEnd = static_cast<std::size_t>(
-      std::find_if(line.begin(), line.end(), [](char each) { return each == ' ' || each == '\t' || each == ':'; }) -
-      line.begin());
-  parts.keyword = line.substr(0, keywordEnd);
-  line.remove_prefix(keywordEnd);
-  line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
-  if (line.starts_with(':')) return parts;
-  const auto optionEnd = static_cast<std::size_t>(
-      std::find_if(line.begin(), line.end(), [](char each) { return each == '/' || each == ':'; }) - line.begin());
-  parts.option = line.substr(0, optionEnd);
-  while (parts.option.ends_with(' ') || parts.option.ends_with('\t')) parts.option.remove_suffix(1);
-  line.remove_prefix(optionEnd);
-  if (line.starts_with('/')) parts.text = line.substr(1, std::min(line.find(':'), line.size()) - 1);
-  return parts;
-}
-
-// Printable ASCII characters, and blanks too.
-bool isPrintable(std::string_view keyword) {
-  return std::all_of(keyword.begin(), keyword.end(),
-                     [](char character) { return character >= ' ' && character <= '~'; });
-}
-
-// What CUPS refuses in the text of a statement; the zero byte ends its line.
-bool hasControlCharacter(std::string_view text) {
-  return std::any_of(text.begin(), text.end(),
-                     [](char character) { return character > 0 && character < ' ' && character != '\t'; });
+// Of a profile statement.
+std::string specOf(std::string_view line) {
+  line.remove_prefix(kProfile.size());
+  std::string_view spec = line.substr(0, line.find_first_of("/:"));
+  while (spec.ends_with(' ') || spec.ends_with('\t')) spec.remove_suffix(1);
+  return std::string(spec);
 }
 
 // Profiles are told apart by this number of their spec on macOS.
@@ -69,7 +39,6 @@ unsigned long profileNumber(std::string_view spec) {
 class Checker {
  public:
   std::vector<Warning> check(std::string_view text) {
-    if (text.starts_with("\xEF\xBB\xBF")) warn(WarningCode::byteOrderMark);
     for (std::size_t start = 0; start < text.size();) {
       const std::size_t end = endOfLine(text, start);
       checkLine(text.substr(start, end - start));
@@ -84,9 +53,6 @@ class Checker {
 
  private:
   void checkLine(std::string_view line) {
-    if (line.size() > kLongestLine) {
-      warn(WarningCode::lineTooLong, {{"bytes", line.size()}, {"statement", line}});
-    }
     if (line.find('\0') != std::string_view::npos) {
       warn(WarningCode::zeroByte, {{"statement", line}});
     }
@@ -97,13 +63,9 @@ class Checker {
       if (line.starts_with('*') && !line.starts_with("*%") && !line.starts_with("*End")) swallowed_.push_back(line);
       follow(line);
       if (!inQuotes_) warnOfSwallowed();
-    } else if (line.starts_with("*%") || line.find_first_not_of(" \t") == std::string_view::npos) {
-      return;
-    } else if (!line.starts_with('*')) {
-      warn(WarningCode::strayLine, {{"statement", line}});
-    } else {
+    } else if (line.starts_with('*') && !line.starts_with("*%")) {
       opening_ = line;
-      checkStatement(partsOf(line), line);
+      if (line.starts_with(kProfile)) checkProfile(specOf(line));
       follow(line.substr(std::min(line.find(':'), line.size())));  // in front of the colon, quotes do not count
     }
   }
@@ -119,30 +81,6 @@ class Checker {
                                   {"from", swallowed_.front()},
                                   {"to", swallowed_.back()}});
     swallowed_.clear();
-  }
-
-  void checkStatement(const Parts& parts, std::string_view line) {
-    for (const auto& [what, keyword] :
-         {std::pair("a main keyword", parts.keyword), {"an option keyword", parts.option}}) {
-      if (keyword.size() > kLongestKeyword) {
-        warn(WarningCode::keywordTooLong, {{"what", what}, {"bytes", keyword.size()}, {"statement", line}});
-      } else if (!isPrintable(keyword)) {
-        warn(WarningCode::keywordCharacters, {{"what", what}, {"statement", line}});
-      } else if (keyword.find(' ') != std::string_view::npos) {
-        warn(WarningCode::keywordCharacters, {{"what", what}, {"blank", line}});
-      }
-    }
-    checkText(parts, line);
-    if (parts.keyword == "cupsICCProfile") checkProfile(std::string(parts.option));
-  }
-
-  void checkText(const Parts& parts, std::string_view line) {
-    if (hasControlCharacter(parts.text)) {
-      warn(WarningCode::textCharacters, {{"statement", line}});
-    }
-    if (parts.text.size() > kLongestText) {
-      warn(WarningCode::textTooLong, {{"bytes", parts.text.size()}, {"statement", line}});
-    }
   }
 
   void checkProfile(const std::string& spec) {

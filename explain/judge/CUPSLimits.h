@@ -8,9 +8,8 @@
 #include "explain/judge/Evidence.h"
 #include "explain/report/Warnings.h"
 
-/// What CUPS makes of a PPD's text, tried on libcups 2.4: the limits that make it refuse a file, cut a text or swallow
-/// a statement. The tool follows its own rules also where CUPS refuses the result; whoever looks into a queue that
-/// misbehaves must be told.
+/// What CUPS leaves out of a PPD that it opens, without a word, tried on libcups 2.4: statements that a quote swallows,
+/// what stands behind a zero byte or a certain comment, a profile whose number another one has.
 namespace CUPSLimits {
 
 /// Every limit that the text breaks, in the order of its lines. Two texts that break the same limit in the same

@@ -2,6 +2,7 @@
 #include "explain/judge/Judges.h"
 
 #include "explain/judge/CUPSLimits.h"
+#include "explain/judge/ConsequencesJudge.h"
 #include "explain/judge/DeviceJudge.h"
 #include "explain/judge/InputJudge.h"
 #include "explain/judge/LeftoversJudge.h"
@@ -19,9 +20,9 @@ struct Judge {
 };
 
 constexpr Judge kJudges[] = {
-    {Of::everyRun, InputJudge::judge},    {Of::everyRun, CUPSLimits::judge}, {Of::success, UpdatersJudge::judge},
-    {Of::success, DeviceJudge::judge},    {Of::success, MediaJudge::judge},  {Of::success, ProfileJudge::judge},
-    {Of::success, LeftoversJudge::judge},
+    {Of::everyRun, InputJudge::judge},    {Of::everyRun, CUPSLimits::judge},        {Of::success, UpdatersJudge::judge},
+    {Of::success, DeviceJudge::judge},    {Of::success, MediaJudge::judge},         {Of::success, ProfileJudge::judge},
+    {Of::success, LeftoversJudge::judge}, {Of::everyRun, ConsequencesJudge::judge},
 };
 
 }  // namespace

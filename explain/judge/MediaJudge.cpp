@@ -3,7 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <cctype>
 #include <set>
 
 #include "base/Text.h"
@@ -24,7 +23,6 @@ class AddedMedium {
     const Report::Medium& device = medium_.device;
     DeviceTextJudge::judge("name", device.name, Place::inFrontOfColon, warnings_, about());
     DeviceTextJudge::judge("ID", device.ID, Place::behindColon, warnings_, about());
-    judgeName(*device.name);
     judgePostScript();
     judgeChoice();
   }
@@ -35,17 +33,6 @@ class AddedMedium {
   bool hasLanguages() const {
     const auto* languages = ppd_.supportedLocalizations();
     return languages != nullptr && !languages->empty();
-  }
-
-  // CUPS decodes hexadecimal digits between angle brackets in texts (PPD 4.3).
-  void judgeName(const std::string& name) {
-    if (hasLanguages() && name.find(':') != std::string::npos) {
-      warnings_.add(WarningCode::colonInText, {{"name", name}}, about());
-    }
-    const std::size_t bracket = name.find('<');
-    const bool isDecoded = bracket != std::string::npos && bracket + 1 < name.size() &&
-                           std::isxdigit(static_cast<unsigned char>(name[bracket + 1])) != 0;
-    if (isDecoded) warnings_.add(WarningCode::hexInText, {}, about());
   }
 
   void judgePostScript() {

@@ -75,9 +75,6 @@ class ProfileOfMedium {
     if (profile_.url) judgeURL(*profile_.url);
     if (profile_.path) judgePath(*profile_.path);
     if (profile_.path) judgeFile(*profile_.path);
-    if (profile_.spec && std::count(profile_.spec->begin(), profile_.spec->end(), '.') != 2) {
-      warn(WarningCode::specParts, {{"spec", *profile_.spec}});
-    }
   }
 
  private:

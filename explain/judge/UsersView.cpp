@@ -6,12 +6,12 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "explain/judge/NearMisses.h"
+#include "explain/judge/ProfileSelection.h"
 #include "updaters/PPDKeywords.h"
 
 namespace {
 
-using UsersView::Loss;
-using UsersView::Lost;
 using UsersView::Medium;
 using UsersView::SeenMedium;
 using UsersView::SeenProfile;
@@ -73,15 +73,15 @@ class View {
  private:
   void lookForChoice(const Medium& medium, SeenMedium& seen) const {
     if (option_ == nullptr) {
-      seen.lost.push_back({Loss::noOption, PPDKeyword::mediaOption, {}, {}});
+      seen.lost.push_back({Loss::noOption, PPDKeyword::mediaOption});
       return;
     }
     const auto choice = choices_.find(medium.choiceName.value_or(""));
     seen.isWritten = choice != choices_.end();
     if (!seen.isWritten) {
-      seen.lost.push_back({Loss::noChoice, medium.choiceName.value_or(""), option_->keyword, {}});
+      seen.lost.push_back({Loss::noChoice, medium.choiceName.value_or(""), option_->keyword});
     } else if (option_->group == kNotShownGroup) {
-      seen.lost.push_back({Loss::optionNotShown, option_->keyword, option_->group, {}});
+      seen.lost.push_back({Loss::optionNotShown, option_->keyword, option_->group});
     } else {
       lookAtName(medium, *choice->second, seen);
     }
@@ -92,7 +92,7 @@ class View {
       const std::string& language = reading_.languages[index];
       seen.shown.emplace_back(language, choice.texts[index]);
       if (!medium.isCustom || trimmed(choice.texts[index]) == trimmed(medium.name)) continue;
-      if (seen.lost.empty()) seen.lost.push_back({Loss::nameOtherwise, choice.texts[index], {}, {}});
+      if (seen.lost.empty()) seen.lost.push_back({Loss::nameOtherwise, choice.texts[index]});
       seen.lost.back().where += (seen.lost.back().where.empty() ? "" : " ") + language;
     }
   }
@@ -101,32 +101,42 @@ class View {
     const auto found = properties_.find(fmt::format("{}.{}", PPDKeyword::mediaOption, *medium.choiceName));
     if (medium.isCustom && medium.inherits) {
       if (found == properties_.end()) {
-        seen.lost.push_back({Loss::propertiesNotRead, *medium.choiceName, {}, {}});
+        seen.lost.push_back({Loss::propertiesNotRead, *medium.choiceName});
       } else if (found->second.empty()) {
-        seen.lost.push_back({Loss::propertiesEmpty, *medium.choiceName, {}, {}});
+        seen.lost.push_back({Loss::propertiesEmpty, *medium.choiceName});
       }
     }
-    lookAtGloss(medium, found == properties_.end() ? "" : found->second, seen);
+    if (found != properties_.end()) seen.properties = found->second;
+    lookAtGloss(medium, seen);
   }
 
-  void lookAtGloss(const Medium& medium, std::string_view properties, SeenMedium& seen) const {
-    const auto gloss = glossIn(properties);
+  void lookAtGloss(const Medium& medium, SeenMedium& seen) const {
+    const auto gloss = glossIn(seen.properties);
     if (!gloss) {
-      if (medium.gloss) seen.lost.push_back({Loss::glossNotSet, *medium.gloss, {}, {}});
+      if (medium.gloss) seen.lost.push_back({Loss::glossNotSet, *medium.gloss});
       return;
     }
     const CUPSReading::Option* option = reading_.option(PPDKeyword::glossEnhancer);
     if (option == nullptr) option = reading_.option(PPDKeyword::simplifiedGlossEnhancer);
     if (option != nullptr && option->choice(*gloss) != nullptr) return;
-    seen.lost.push_back(
-        {Loss::noGlossChoice, *gloss, option == nullptr ? PPDKeyword::glossEnhancer : option->keyword, {}});
+    seen.lost.push_back({Loss::noGlossChoice, *gloss, option == nullptr ? PPDKeyword::glossEnhancer : option->keyword});
   }
 
   SeenProfile of(const UsersView::Profile& profile) const {
     ProfileSelection::Answer answer = selection_.of(profile.spec, profile.path);
     if (answer.outcome == ProfileSelection::Outcome::selected) return {std::move(answer.choices), std::nullopt};
     const bool isBehind = answer.outcome == ProfileSelection::Outcome::behindAnother;
-    return {{}, Lost{lossOf(answer.outcome), profile.spec, isBehind ? answer.other : answer.option, answer.choice}};
+    Lost lost{lossOf(answer.outcome), profile.spec, isBehind ? answer.other : answer.option, answer.choice};
+    lost.near = choiceLike(answer.choice, reading_.option(answer.option));
+    return {{}, lost};
+  }
+
+  static std::string choiceLike(std::string_view wanted, const CUPSReading::Option* option) {
+    if (option == nullptr) return "";
+    std::vector<std::string> names;
+    for (const CUPSReading::Choice& choice : option->choices) names.push_back(choice.name);
+    const auto near = NearMisses::nearest(wanted, names);
+    return near ? names[near->index] : "";
   }
 
   const CUPSReading& reading_;
@@ -137,19 +147,6 @@ class View {
 };
 
 }  // namespace
-
-const char* UsersView::nameOf(Loss loss) {
-  static constexpr const char* kNames[] = {
-      "no-option",        "option-not-shown",  "no-choice",         "name-otherwise", "profile-not-read",
-      "profile-spec",     "profile-no-option", "profile-no-choice", "profile-behind", "properties-not-read",
-      "properties-empty", "gloss-not-set",     "no-gloss-choice"};
-  return kNames[static_cast<int>(loss)];
-}
-
-bool UsersView::SeenMedium::lostSomething() const {
-  return !lost.empty() || std::any_of(profiles.begin(), profiles.end(),
-                                      [](const SeenProfile& profile) { return profile.lost.has_value(); });
-}
 
 std::vector<std::string> UsersView::attributes() {
   std::vector<std::string> names = ProfileSelection::attributes();

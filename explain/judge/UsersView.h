@@ -7,36 +7,10 @@
 #include <vector>
 
 #include "explain/judge/CUPSReading.h"
-#include "explain/judge/ProfileSelection.h"
+#include "explain/report/Loss.h"
 
 /// What of a device's media a user finds in a print dialog that works with libcups.
 namespace UsersView {
-
-/// Why something of the device is not what the user finds.
-enum class Loss {
-  noOption,           ///< `what`, the media option, is not there
-  optionNotShown,     ///< the media option stands in the group `where`, which dialogs do not show
-  noChoice,           ///< the media option has no choice `what`
-  nameOtherwise,      ///< the choice is shown as `what` in the languages `where`
-  profileNotRead,     ///< libcups reads no profile statement with the spec `what`
-  profileSpec,        ///< the spec `what` has not three parts
-  profileNoOption,    ///< the spec `what` needs the option `where`
-  profileNoChoice,    ///< the spec `what` needs a choice that the option `where` does not have
-  profileBehind,      ///< the profile of the spec `where` is taken wherever that of `what` would be
-  propertiesNotRead,  ///< libcups reads no property statement of the choice `what`
-  propertiesEmpty,    ///< it reads one without content
-  glossNotSet,        ///< the properties have no gloss enhancer default that could hold that of the device, `what`
-  noGlossChoice       ///< the gloss enhancer default `what` is no choice of the option `where`
-};
-
-/// "no-choice", …: stable, for scripts.
-const char* nameOf(Loss loss);
-
-struct Lost {
-  Loss because;
-  std::string what, where;
-  std::string choice;  ///< of profileNoChoice
-};
 
 struct Profile {
   std::string spec, path;
@@ -60,10 +34,9 @@ struct SeenProfile {
 struct SeenMedium {
   bool isWritten = false;                                  ///< there is a choice
   std::vector<std::pair<std::string, std::string>> shown;  ///< languages and names, when the option is shown
+  std::string properties;                                  ///< as libcups reads them
   std::vector<Lost> lost;                                  ///< but for profiles
   std::vector<SeenProfile> profiles;                       ///< one for each of the medium's
-
-  bool lostSomething() const;
 };
 
 /// Statements that a reading must have been asked for.

@@ -54,8 +54,10 @@ class Filter {
                        [text](const std::string& choice) { return holdsWord(text, choice); });
   }
 
-  // What names no custom medium's choice, or this one's, may be what the medium was lost by.
+  // What costs more than a medium is of all media. What names no custom medium's choice, or this one's, may be what the
+  // medium was lost by.
   bool isOfAll(const Warning& warning) const {
+    if (kindOf(warning.code).gravity < Gravity::media) return true;
     const auto isOfOther = [this](const Warning::Fact& fact) {
       const auto* text = std::get_if<std::string>(&fact.value);
       return text != nullptr && namesAChoice(*text) && !isOfChoices(*text);

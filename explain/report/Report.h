@@ -5,8 +5,10 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "explain/report/Loss.h"
 #include "explain/report/Warning.h"
 
 /// What one run of the tool did, as data. The writers (TextReport, JSONReport, HTMLReport) make a report of it; nothing
@@ -63,7 +65,9 @@ struct Report {
   struct Profile {
     OptionalText name, spec, url, path;
     ProfileOutcome outcome = ProfileOutcome::skipped;
-    std::string reason;  ///< why it was skipped; else empty
+    std::string reason;                                           ///< why it was skipped; else empty
+    std::vector<std::pair<std::string, std::string>> selectedBy;  ///< options and choices with which CUPS takes it
+    std::optional<Lost> lost;
   };
 
   /// What became of one medium.
@@ -79,6 +83,12 @@ struct Report {
     std::vector<Profile> profiles;
     OptionalText profilesFailure;  ///< the error that ended the work on its profiles
     OptionalText glossBefore, glossAfter;
+    bool written = false;                                    ///< libcups reads its choice
+    std::vector<std::pair<std::string, std::string>> shown;  ///< languages and names, when a user finds it
+    std::string properties;                                  ///< in the end
+    std::vector<Lost> lost;                                  ///< but for profiles
+
+    bool lostSomething() const;
   };
 
   enum class ChangeKind { added, removed, changed, moved };
@@ -104,15 +114,34 @@ struct Report {
     std::size_t realChanges() const;
   };
 
+  struct Refusal {
+    std::size_t line = 0;   ///< of the PPD that was read, counted from 1; 0: none
+    std::string words;      ///< of libcups
+    std::string statement;  ///< the text of the line
+  };
+
+  /// What libcups makes of the PPD that is written.
+  struct CUPS {
+    bool opens = false;
+    std::optional<Refusal> refusal;  ///< of cupsd and of applications; absent when libcups crashed
+    std::optional<Refusal> strictRefusal;
+  };
+
   Arguments arguments;
   std::string failure;  ///< why the run failed, in words; empty when it succeeded
   std::optional<Parse> parse;
   std::optional<DeviceAnswer> device;
   std::vector<Updater> updaters;
+  std::optional<CUPS> cups;        ///< absent when nothing is written
+  std::optional<CUPS> cupsBefore;  ///< of the PPD as it was; absent when it could not be looked at
   std::vector<Warning> warnings;
 
   /// The last updater that asked for the device's media, or null. It removed nearly all that the others had made.
   const Updater* lastMediaUpdater() const;
 
+  Updater* lastMediaUpdater();
+
   bool succeeded() const { return failure.empty(); }
+  /// Whether something is written that CUPS does not open.
+  bool isRefused() const { return cups && !cups->opens; }
 };

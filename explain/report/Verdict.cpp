@@ -6,30 +6,35 @@
 #include <algorithm>
 #include <map>
 
+#include "explain/report/Wording.h"
+
 namespace {
 
-bool lostSomething(const Report::MediumOutcome& medium) {
-  const auto isSkipped = [](const Report::Profile& profile) {
-    return profile.outcome == Report::ProfileOutcome::skipped;
-  };
-  return medium.profilesFailure || (medium.device.custom && !medium.added) ||
-         std::any_of(medium.profiles.begin(), medium.profiles.end(), isSkipped);
+std::string refusal(const Report::CUPS& cups) {
+  if (!cups.refusal) return "libcups does not come to an end with it";
+  const std::string place = cups.refusal->line > 0 ? fmt::format(", line {}", cups.refusal->line) : "";
+  return fmt::format("{}{}", Wording::visible(cups.refusal->words), place);
 }
 
 }  // namespace
 
 Verdict::Colour Verdict::colourOf(const Report& report) {
   if (!report.succeeded()) return Colour::bad;
+  if (report.isRefused()) return Colour::refused;
   return report.warnings.empty() ? Colour::good : Colour::odd;
 }
 
 const char* Verdict::nameOf(Colour colour) {
-  static constexpr const char* kNames[] = {"good", "odd", "bad"};
+  static constexpr const char* kNames[] = {"good", "odd", "bad", "refused"};
   return kNames[static_cast<int>(colour)];
 }
 
 std::string Verdict::outcome(const Report& report) {
   if (!report.succeeded()) return "nothing is written (exit status 1)";
+  if (report.isRefused()) {
+    return fmt::format("refused: CUPS does not open the PPD that is written: {} (exit status 0)",
+                       refusal(*report.cups));
+  }
   return colourOf(report) == Colour::good ? "the PPD is set up (exit status 0)"
                                           : "the PPD is written, but look below (exit status 0)";
 }
@@ -42,8 +47,8 @@ std::optional<Verdict::MediaCounts> Verdict::mediaCounts(const Report& report) {
   if (updater == nullptr) return counts;
   for (const Report::MediumOutcome& medium : updater->media) {
     counts.custom += medium.device.custom;
-    counts.added += medium.added && report.succeeded();
-    counts.lost += lostSomething(medium);
+    counts.added += medium.device.custom && medium.written;
+    counts.lost += medium.lostSomething();
   }
   return counts;
 }

@@ -13,10 +13,11 @@
 /// anew.
 namespace Verdict {
 
-enum class Colour { good, odd, bad };  ///< good only when there is nothing to look at
+/// `good` only when there is nothing to look at; `refused`: something is written that CUPS does not open.
+enum class Colour { good, odd, bad, refused };
 
 Colour colourOf(const Report& report);
-/// "good", "odd" or "bad".
+/// "good", "odd", "bad" or "refused".
 const char* nameOf(Colour colour);
 
 /// Whether the PPD was written, with the exit status of the tool.
@@ -25,8 +26,8 @@ std::string outcome(const Report& report);
 struct MediaCounts {
   std::size_t onDevice = 0;
   std::size_t custom = 0;  ///< of the user's
-  std::size_t added = 0;   ///< of those, how many became choices
-  std::size_t lost = 0;    ///< were left out, or lost profiles
+  std::size_t added = 0;   ///< of those, how many became choices that CUPS reads
+  std::size_t lost = 0;    ///< are not found by users, or not with all that they have
 };
 
 /// What the last of the media updaters did; absent when the media of no device are known.

@@ -32,7 +32,7 @@ pre {{ background: var(--box); padding: .6rem; white-space: pre-wrap; }}
 ins, del {{ text-decoration: none; display: block; min-height: 1.4em; }}
 ins {{ background: var(--new); }} del {{ background: var(--old); }}
 ins::before {{ content: "+ "; }} del::before {{ content: "- "; }}
-.good {{ color: var(--good); }} .bad {{ color: var(--bad); }} .odd {{ color: var(--odd); }}
+.good {{ color: var(--good); }} .bad, .refused {{ color: var(--bad); }} .odd {{ color: var(--odd); }}
 input {{ font: inherit; width: 100%; max-width: 24rem; box-sizing: border-box; margin: .4rem 0; }}
 input::placeholder {{ color: var(--faint); }}
 @media print {{ input {{ display: none; }} body {{ margin: 0; max-width: none; }} }}

@@ -11,7 +11,7 @@ namespace {
 
 using JSON = nlohmann::ordered_json;
 
-constexpr int kSchemaVersion = 2;
+constexpr int kSchemaVersion = 3;
 
 JSON of(const Report::OptionalText& text) {
   return text ? JSON(*text) : JSON(nullptr);
@@ -51,6 +51,7 @@ JSON of(const Report::Medium& medium) {
 JSON of(const Report::Profile& profile);
 JSON of(const Report::MediumOutcome& medium);
 JSON of(const Report::Change& change);
+JSON of(const Lost& lost);
 JSON of(const Warning& warning);
 
 template <class Element>
@@ -74,6 +75,20 @@ JSON of(const Report::DeviceAnswer& device) {
   return json;
 }
 
+JSON of(const Lost& lost) {
+  JSON json = {{"code", nameOf(lost.because)}};
+  for (const auto& [name, text] : {std::pair("what", &lost.what), {"where", &lost.where}, {"choice", &lost.choice}}) {
+    if (!text->empty()) json[name] = *text;
+  }
+  return json;
+}
+
+JSON of(const std::vector<std::pair<std::string, std::string>>& pairs) {
+  JSON json = JSON::object();
+  for (const auto& [name, text] : pairs) json[name] = text;
+  return json;
+}
+
 JSON of(const Report::Profile& profile) {
   static constexpr const char* kOutcomes[] = {"added", "rewritten", "skipped"};
   return {{"name", of(profile.name)},
@@ -81,7 +96,9 @@ JSON of(const Report::Profile& profile) {
           {"URL", of(profile.url)},
           {"path", of(profile.path)},
           {"outcome", kOutcomes[static_cast<int>(profile.outcome)]},
-          {"reason", profile.reason}};
+          {"reason", profile.reason},
+          {"selectedBy", of(profile.selectedBy)},
+          {"lostBecause", profile.lost ? of(*profile.lost) : JSON(nullptr)}};
 }
 
 JSON of(const Report::MediumOutcome& medium) {
@@ -89,9 +106,13 @@ JSON of(const Report::MediumOutcome& medium) {
           {"choiceName", of(medium.choiceName)},
           {"choiceCode", of(medium.choiceCode)},
           {"added", medium.added},
+          {"written", medium.written},
+          {"shown", of(medium.shown)},
+          {"lostBecause", ofAll(medium.lost)},
           {"notAdded", medium.notAdded},
           {"parent", of(medium.parent)},
           {"inheritedProperties", of(medium.inherited)},
+          {"properties", medium.properties},
           {"profiles", ofAll(medium.profiles)},
           {"profilesFailure", of(medium.profilesFailure)},
           {"glossBefore", of(medium.glossBefore)},
@@ -130,6 +151,16 @@ JSON of(const Warning& warning) {
   return json;
 }
 
+JSON of(const std::optional<Report::Refusal>& refusal) {
+  if (!refusal) return nullptr;
+  return {{"line", refusal->line}, {"words", refusal->words}, {"statement", Wording::visible(refusal->statement)}};
+}
+
+JSON of(const std::optional<Report::CUPS>& cups) {
+  if (!cups) return nullptr;
+  return {{"opens", cups->opens}, {"refusal", of(cups->refusal)}, {"strictRefusal", of(cups->strictRefusal)}};
+}
+
 JSON verdictOf(const Report& report) {
   JSON json = {{"colour", Verdict::nameOf(Verdict::colourOf(report))},
                {"outcome", Verdict::outcome(report)},
@@ -153,6 +184,8 @@ std::string ReportWriters::json(const Report& report, bool full) {
   json["device"] = report.device ? of(*report.device) : JSON(nullptr);
   json["updaters"] = JSON::array();
   for (const Report::Updater& updater : report.updaters) json["updaters"].push_back(of(updater, full));
+  json["CUPS"] = of(report.cups);
+  json["CUPSBefore"] = of(report.cupsBefore);
   json["warnings"] = ofAll(report.warnings);
   return json.dump(1, ' ', true, JSON::error_handler_t::replace) + "\n";
 }

@@ -53,7 +53,7 @@ class TextWriter {
   }
 
   void verdict(const Report& report) {
-    static constexpr Colour kColours[] = {Colour::green, Colour::yellow, Colour::red};
+    static constexpr Colour kColours[] = {Colour::green, Colour::yellow, Colour::red, Colour::red};
     const Colour colour = kColours[static_cast<int>(Verdict::colourOf(report))];
     layout_.wrapped(layout_.inColour(colour, "Result") + "   ", std::string(9, ' '),
                     Verdict::outcome(report) + (report.succeeded() ? "" : ": " + visible(report.failure)));

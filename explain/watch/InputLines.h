@@ -34,6 +34,9 @@ class InputLines {
   /// Whether libcups found that a gzip file is not what was packed, by its checksum and the like.
   bool isDamaged() const { return isDamaged_; }
 
+  /// All that was read.
+  std::string_view bytes() const { return bytes_; }
+
   /// How many bytes the file has, unpacked when it is gzip; absent when it cannot be told (no regular file).
   const std::optional<std::uint64_t>& size() const { return size_; }
   /// How many bytes the reader gave before it came to what it took for the end.

@@ -26,7 +26,7 @@ def check_tables(call, expect, folder, example):
     made.write_bytes(call("--from-table", table, "--ppd", ppd, URI).stdout)
     odd = call("--check", made, ppd)
     expect("--check: what is odd, with the codes of the report", odd.returncode == 1 and not odd.stderr and
-           all(code in odd.stdout for code in (b"[id-inside-code]", b"[profile-missing]", b"[colon-in-text]")))
+           all(code in odd.stdout for code in (b"[id-inside-code]", b"[profile-missing]", b"[name-otherwise]")))
     other = call("--check", made, example.parent / "glossy/input.ppd")
     expect("--check: a PPD of another model", other.returncode == 1 and b"[no-device]" in other.stdout)
     expect("--check: a missing profile does not hide that nothing would be written",

@@ -9,7 +9,7 @@ import sys
 
 DOCUMENTS = ("README.md", "CONTRIBUTING.md", "SECURITY.md", "CHANGELOG.md", "docs/*.md")
 # Commands that are steps of the test command themselves, that the step "commands" runs, or that need a Mac.
-RUN_ELSEWHERE = ("./demo", "./test", "gdb ", "lpadmin ", "lpoptions ", "export ", "cmake --preset debug && ",
+RUN_ELSEWHERE = ("jq ", "./demo", "./test", "gdb ", "lpadmin ", "lpoptions ", "export ", "cmake --preset debug && ",
                  "cmake -S . -B build/plain && ", "cmake --install", "sudo cmake --install", "apt-get ", "dpkg-buildpackage -b", "install -D ",
                  "scripts/platforms ", "scripts/release", "python3 ",
                  "cmake --build --preset release --target ", "VorantisAutosetupTool ", "vorantis-autosetup-explain",

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "explain/report/MediumFilter.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "explain/report/Sentences.h"
@@ -24,10 +25,11 @@ Report reportOnTwoMedia() {
                      {Report::ChangeKind::added, "", "*Other: 1\n"}};
   report.device = Report::DeviceAnswer();
   report.device->media = {updater.media[0].device, updater.media[1].device};
-  report.warnings = {{WarningCode::hexInText, {}, AboutMedium{"Canvas", "4711"}},
-                     {WarningCode::hexInText, {}, AboutMedium{"Satin", "4712"}},
-                     {WarningCode::strayLine, {{"statement", "*MediaType Custom1/x"}}},
-                     {WarningCode::strayLine, {{"statement", "*MediaType Custom12/x"}}},
+  report.warnings = {{WarningCode::nameOtherwise, {}, AboutMedium{"Canvas", "4711"}},
+                     {WarningCode::nameOtherwise, {}, AboutMedium{"Satin", "4712"}},
+                     {WarningCode::choiceTwice, {{"choice", "Custom1"}, {"times", 2U}}},
+                     {WarningCode::choiceTwice, {{"choice", "Custom12"}, {"times", 2U}}},
+                     {WarningCode::cupsRefuses, {{"words", "*MediaType Custom12/x"}}},
                      {WarningCode::noMediaOption}};
   updater.removedMedia = {"Custom1"};
   report.updaters.push_back(updater);
@@ -45,11 +47,11 @@ TEST(MediumFilter, KeepsWhatIsAboutTheMedium) {
     EXPECT_EQ(report->updaters[0].media[0].choiceName, "Custom1");
     ASSERT_EQ(report->updaters[0].changes.size(), 1U);
     EXPECT_EQ(report->updaters[0].changes[0].after, "*MediaType Custom1/Canvas: \"\"\n");
-    ASSERT_EQ(report->warnings.size(), 3U);
-    EXPECT_EQ(report->warnings[0].code, WarningCode::hexInText);
-    EXPECT_EQ(Sentences::of(report->warnings[1]),
-              "CUPS refuses the whole PPD for a line that begins no statement: *MediaType Custom1/x");
-    EXPECT_EQ(report->warnings[2].code, WarningCode::noMediaOption);
+    ASSERT_EQ(report->warnings.size(), 4U);
+    EXPECT_EQ(report->warnings[0].code, WarningCode::nameOtherwise);
+    EXPECT_THAT(Sentences::of(report->warnings[1]), testing::HasSubstr("The choice Custom1 stands"));
+    EXPECT_EQ(report->warnings[2].code, WarningCode::cupsRefuses) << "though it names another one";
+    EXPECT_EQ(report->warnings[3].code, WarningCode::noMediaOption);
     EXPECT_TRUE(report->updaters[0].removedMedia.empty());
   }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "explain/report/Verdict.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -19,7 +20,7 @@ Report reportWith(const std::vector<Report::MediumOutcome>& media) {
 Report::MediumOutcome userMedium(bool added) {
   Report::MediumOutcome medium;
   medium.device.custom = true;
-  medium.added = added;
+  medium.added = medium.written = added;
   return medium;
 }
 
@@ -39,13 +40,30 @@ TEST(Verdict, IsGoodOnlyWhenNothingIsOdd) {
   EXPECT_EQ(Verdict::outcome(report), "nothing is written (exit status 1)");
 }
 
-TEST(Verdict, CountsMediaThatWereLeftOutOrLostProfiles) {
-  Report::MediumOutcome skipped = userMedium(true);
-  skipped.profiles.push_back(Report::Profile());
-  Report::MediumOutcome failed = userMedium(true);
-  failed.profilesFailure = "a reason";
-  EXPECT_EQ(Verdict::media(reportWith({skipped, failed, userMedium(true), userMedium(false)})),
-            "5 on the device; 4 are the user's, 3 became choices, 3 lost something");
+TEST(Verdict, IsRefusedWhenCUPSDoesNotOpenTheResult) {
+  Report report = reportWith({userMedium(true)});
+  report.cups = Report::CUPS{true, std::nullopt, std::nullopt};
+  EXPECT_EQ(Verdict::colourOf(report), Verdict::Colour::good);
+  report.cups = Report::CUPS{false, Report::Refusal{7, "Words", "*Statement"}, std::nullopt};
+  EXPECT_EQ(Verdict::colourOf(report), Verdict::Colour::refused);
+  EXPECT_STREQ(Verdict::nameOf(Verdict::Colour::refused), "refused");
+  EXPECT_EQ(Verdict::outcome(report),
+            "refused: CUPS does not open the PPD that is written: Words, line 7 (exit status 0)");
+  report.cups->refusal->line = 0;
+  EXPECT_EQ(Verdict::outcome(report), "refused: CUPS does not open the PPD that is written: Words (exit status 0)");
+  report.cups->refusal.reset();
+  EXPECT_THAT(Verdict::outcome(report), testing::HasSubstr("libcups does not come to an end"));
+}
+
+TEST(Verdict, CountsMediaThatLostSomething) {
+  Report::MediumOutcome medium = userMedium(true);
+  medium.lost.push_back({Loss::noChoice});
+  Report::MediumOutcome ofProfile = userMedium(true);
+  ofProfile.profiles.emplace_back();
+  ofProfile.profiles[0].lost = Lost{Loss::profileBehind};
+  ofProfile.profiles.emplace_back();
+  EXPECT_EQ(Verdict::media(reportWith({medium, ofProfile, userMedium(true), userMedium(false)})),
+            "5 on the device; 4 are the user's, 3 became choices, 2 lost something");
   EXPECT_EQ(Verdict::media(reportWith({Report::MediumOutcome()})),
             "2 on the device; 0 are the user's, 0 became choices, 0 lost something");
 }
@@ -53,7 +71,7 @@ TEST(Verdict, CountsMediaThatWereLeftOutOrLostProfiles) {
 TEST(Verdict, CountsWhatTheLastOfSeveralUpdatersDid) {
   Report report = reportWith({userMedium(false), userMedium(true)});
   report.updaters.push_back(report.updaters[0]);
-  report.updaters[1].media[0].added = true;
+  report.updaters[1].media[0].written = true;
   report.updaters.emplace_back();
   EXPECT_EQ(Verdict::media(report), "3 on the device; 2 are the user's, 2 became choices, 0 lost something");
 }

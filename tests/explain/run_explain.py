@@ -67,6 +67,18 @@ class Checks:
             lines = self.on_terminal(URI, ppd, columns=columns, NO_COLOR="1", PAGER="").decode().splitlines()
             self.expect(f"a terminal of {columns} columns: at most {width}", width - 30 < max(map(len, lines)) <= width)
 
+    def lost_media(self, folder, ppd):
+        """The line of docs/explain.md that tells which media of a folder of reports were lost, and why."""
+        (folder / "reports").mkdir()
+        other = folder / "other.ppd"  # its medium has no place for a profile of the device
+        other.write_text(pathlib.Path(ppd).read_text().replace("*cupsICCProfile .Plain.", "*Other .Plain."))
+        for number, path in enumerate([ppd, other]):
+            (folder / f"reports/{number}.json").write_bytes(self.call("-f", "json", URI, str(path)).stdout)
+        document = (self.options.examples.parent / "docs/explain.md").read_text()
+        command = next(line for line in document.split("\n") if line.startswith("jq "))
+        told = subprocess.run(["bash", "-c", command], cwd=folder, capture_output=True, text=True, check=False)
+        self.expect("jq tells what was lost and why", told.stdout == f"{URI} Plain Paper: profile-skipped\n")
+
     def pager(self, folder, ppd):
         """A pager is used on a terminal only, and its failure loses nothing."""
         paged = folder / "paged"
@@ -97,6 +109,7 @@ class Checks:
         self.views(folder, ppd)
         self.pager(folder, ppd)
         self.expect("JSON", json.loads(self.call("--format=json", URI, ppd).stdout)["succeeded"])
+        self.lost_media(folder, ppd)
         self.expect("HTML", self.call("-f", "html", URI, ppd).stdout.startswith(b"<!DOCTYPE html>"))
         written = folder / "written.ppd"
         tool = subprocess.run([self.options.tool, URI, ppd], env=self.environment, capture_output=True, check=True).stdout

@@ -4,10 +4,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
-using UsersView::Loss;
 
 namespace {
 
@@ -37,11 +38,10 @@ UsersView::SeenMedium seen(const UsersView::Medium& medium, const CUPSReading& r
 
 std::vector<std::string> losses(const UsersView::SeenMedium& medium) {
   std::vector<std::string> names;
-  for (const UsersView::Lost& lost : medium.lost) names.push_back(UsersView::nameOf(lost.because));
+  for (const Lost& lost : medium.lost) names.push_back(nameOf(lost.because));
   for (const UsersView::SeenProfile& profile : medium.profiles) {
-    if (profile.lost) names.push_back(UsersView::nameOf(profile.lost->because));
+    if (profile.lost) names.push_back(nameOf(profile.lost->because));
   }
-  EXPECT_EQ(medium.lostSomething(), !names.empty());
   return names;
 }
 
@@ -152,4 +152,21 @@ TEST(UsersView, TheGlossDefaultOfTheDeviceMustBeAChoice) {
 TEST(UsersView, NamesWhatAReadingIsAskedFor) {
   EXPECT_THAT(UsersView::attributes(), ElementsAre("cupsICCProfile", "cupsICCQualifier1", "cupsICCQualifier2",
                                                    "cupsICCQualifier3", "QZValueAttributes"));
+}
+
+TEST(UsersView, EachLossHasANameOfItsOwn) {
+  std::vector<std::string> names;
+  for (int loss = 0; loss <= static_cast<int>(Loss::noGlossChoice); ++loss) {
+    names.emplace_back(nameOf(static_cast<Loss>(loss)));
+  }
+  EXPECT_EQ(names.front(), "refused");
+  EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size());
+}
+
+TEST(UsersView, NamesAChoiceLikeTheOneThatAProfileNeeds) {
+  CUPSReading other = reading();
+  other.attributes.push_back({"cupsICCProfile", ".custom1.", "", "/b.icc"});
+  UsersView::Medium medium = canvas();
+  medium.profiles = {{".custom1.", "/b.icc"}};
+  EXPECT_EQ(seen(medium, other).profiles.at(0).lost->near, "Custom1");
 }
