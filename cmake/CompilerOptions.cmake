@@ -4,8 +4,7 @@ target_include_directories(at_options INTERFACE "${PROJECT_SOURCE_DIR}")
 target_compile_options(at_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
   $<$<COMPILE_LANGUAGE:CXX,OBJCXX>:-Wnon-virtual-dtor> $<$<COMPILE_LANGUAGE:CXX,OBJCXX>:-Woverloaded-virtual>)
-target_compile_definitions(at_options INTERFACE "AT_BUDGET_STATEMENTS=${AT_BUDGET_STATEMENTS}"
-  "AT_BUDGET_BYTES=${AT_BUDGET_BYTES}" "AT_LOG_FILE=\"${AT_LOG_FILE}\"")
+target_compile_definitions(at_options INTERFACE "AT_LOG_FILE=\"${AT_LOG_FILE}\"")
 target_compile_options(at_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
 # Files above 2 GiB, inode numbers and times of 64 bits, on processors of 32 bits too.
 target_compile_definitions(at_options INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)

@@ -57,7 +57,6 @@ const std::vector<std::string>& languagesOf(const ATPPD& ppd) {
 
 void setTextOfLocalizations(const ATPPD::Spec& spec, const ATPPDAttribute::Part& text, const ATPPD& ppd) {
   for (const auto& localization : ppd.localizationForAttributeWithName(PPDKeyword::profile, spec)) {
-    ppd.budget().spend(1, Text::orNull(text).size());
     localization->setText(text);
   }
 }
@@ -97,7 +96,6 @@ std::optional<ATPPD::Attributes> ATMediaTypePCL3PPDUpdater::cupsICCProfileAttrib
       "-[ATMediaTypePCL3PPDUpdater cupsICCProfileAttributesWithName:spec:url:ppd:]";
   const std::string key = fmt::format("{} {}/{}", PPDKeyword::profile, spec, name);
   LineComposer composer;
-  ppd.budget().spend(1, key.size());
   if (const auto line = composer.add("*", key, ": ", quoted(pathOf(url)), "\n");
       !PPDExtentions::isValidPPDLineLength(line)) {
     ATLog(kSignature, "INFO: Skip profile {} - line length > 256 bytes: {}", name, line);
@@ -106,7 +104,6 @@ std::optional<ATPPD::Attributes> ATMediaTypePCL3PPDUpdater::cupsICCProfileAttrib
   for (const std::string& language : languagesOf(ppd)) {
     if (language == "en") continue;
     const auto line = composer.add("*", language, ".", key, ": \"\"\n");
-    ppd.budget().spend(1, line.size());
     if (PPDExtentions::isValidPPDLineLength(line)) continue;
     ATLog(kSignature, "INFO: Skip profile {}, locale {} > 256 bytes limit: {}", name, language, line);
     return std::nullopt;
@@ -167,7 +164,6 @@ void ATMediaTypePCL3PPDUpdater::setProfile(const Record& record, const ProfileEn
   const auto profile = inPPD.attributeForName(PPDKeyword::profile, spec);
   if (profile == nullptr) return observer().didSkipProfile({url, name, path, spec}, ProfileProblem::noStatement);
   ATLog(kSetSignature, "Found factory ICC profile: {}", spec);
-  inPPD.budget().spend(1, name->size() + path->size());
   profile->setText(name);
   profile->setValue(quoted(path));
   setTextOfLocalizations(spec, name, inPPD);

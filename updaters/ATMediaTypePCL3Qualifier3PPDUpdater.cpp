@@ -85,7 +85,6 @@ std::optional<std::vector<std::string>> ATMediaTypePCL3Qualifier3PPDUpdater::qua
   std::vector<std::string> specs;
   for (const std::string& choiceName : choiceNamesForOption(ppd.optionForName(*optionName))) {
     specs.push_back(fmt::format(".{}.{}", qualifier.description(), choiceName));
-    ppd.budget().spend(0, specs.back().size());  // only looked for, but many choices times many media are
   }
   return specs;
 }

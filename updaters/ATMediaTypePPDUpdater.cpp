@@ -75,7 +75,10 @@ bool ATMediaTypePPDUpdater::updatePPD(ATPPD* ppd, const IATDataReader* usingData
 
   cleanupPPD(*ppd);
   AddedMedia added;
-  for (const Record& record : *mediaList) updateMedia(record, *ppd, added);
+  for (Record& record : *mediaList) {
+    updateMedia(record, *ppd, added);
+    record = {};  // what updaters made of it in place may be large
+  }
   addGroups(added, *ppd);
   const auto versionText = version.textFor("media list version").value_or("MEDIUM_LIST_VERSION_UNKNOWN");
   ppd->addPPDAttribute(
@@ -202,8 +205,6 @@ std::shared_ptr<ATPPDChoice> ATMediaTypePPDUpdater::choiceForMediaWithData(const
   }
   const std::string name = *mediaName.textFor("media name");
   ATPPDChoice::Localizations localizations = localizedNamesForMediaName(name, ppd);
-  const std::size_t lines = localizations.size() + 2;  // the choice's own, and perhaps one for English
-  ppd.budget().spend(lines, lines * (choiceName->size() + name.size()));
   const bool isText = validMediaUIName(name);
   // A name that cannot be the choice's text reaches the user through the English translation, which takes any
   // character.
@@ -240,7 +241,6 @@ void ATMediaTypePPDUpdater::addAttributesForMediaWithData(const Record& record, 
   observer_.didInherit(parentName, value);
   ATLog(kSignature, "Parent media name: {} attributes: {}", parentName, value);
   if (!value) return;
-  toPPD.budget().spend(1, value->size());
   const auto properties =
       ATPPDAttribute::initWithName(PPDKeyword::mediaProperties, propertiesSpec(*choiceName), std::nullopt, value);
   ATLog(kSignature, "Adding attributes for {}: {}", *choiceName, value);

@@ -78,7 +78,6 @@ void ATMediaTypePPDUpdater::updateDefaultGlossEnhancerForMediaWithData(const Rec
   if (const auto properties = propertiesOfMedia(choiceName.description(), inPPD)) {
     const auto choice = ppdNameForGlossEnhancerValue(deviceValue, inPPD);
     const std::string before(Text::orNull(properties->value()));
-    inPPD.budget().spend(1, before.size());
     properties->setValue(changeDefaultGlossEnhancer(choice, properties->value()));
     observer_.didSetGloss(choiceName.description(), before, Text::orNull(properties->value()));
   }

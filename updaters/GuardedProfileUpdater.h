@@ -7,7 +7,7 @@
 #include <string>
 
 #include "base/ATLog.h"
-#include "base/Budget.h"
+#include "ppd/lists/Budget.h"
 #include "base/Format.h"
 #include "updaters/ATMediaTypePCL3PPDUpdater.h"
 

@@ -28,20 +28,23 @@ void ATPPD::addString(const StatementString& string, PPDLineType type) {
     case PPDLineTypeChoiceContinuation:
     case PPDLineTypeChoiceEnd:
       return addLineToLastChild(string, type);
-    default:
-      ATLog("-[ATPPD addString:ofType:]", "ERROR: String {} of type {} is ignored!", string.view(),
-            static_cast<int>(type));
+    case PPDLineTypeInvalid:
+      break;
   }
+  ATLog("-[ATPPD addString:ofType:]", "ERROR: String {} of type {} is ignored!", string.view(),
+        static_cast<int>(type));
 }
 
 void ATPPD::addObject(const StatementString& string, PPDLineType type) {
   if (type == PPDLineTypeStatement) {
-    attributes_.append(ATPPDAttribute::attributeWithString(string));
-    editablePPDObjects().append(attributes_.back());
+    auto attribute = ATPPDAttribute::attributeWithString(string);
+    attribute->setBudget(sharedBudget());
+    attributes_.append(attribute);
+    append(std::move(attribute));
   } else if (type == PPDLineTypeOpenUI) {
-    editablePPDObjects().append(ATPPDOption::optionWithString(string));
+    append(ATPPDOption::optionWithString(string, sharedBudget()));
   } else {
-    editablePPDObjects().append(ATPPDObject::objectWithString(string, type));
+    append(ATPPDObject::objectWithString(string, type));
   }
 }
 
@@ -50,22 +53,22 @@ void ATPPD::addLineToLastChild(const StatementString& string, PPDLineType type) 
 }
 
 void ATPPD::addGroup(const StatementString& string) {
-  groups_.push_back(ATPPDGroup::groupWithString(string));
-  editablePPDObjects().append(groups_.back());
+  groups_.push_back(ATPPDGroup::groupWithString(string, sharedBudget()));
+  append(groups_.back());
   groupOpened_ = true;
 }
 
 ATPPD::AttributePtr ATPPD::attributeForName(std::string_view name, const Spec& spec) const {
-  const auto position = index_.first(attributes_, name, spec);
-  return position ? attributes_.at(*position) : nullptr;
+  const auto position = index_.first(asked(), name, spec);
+  return position ? attributes_.found(*position) : nullptr;
 }
 
 ATPPD::Attributes ATPPD::attributesForName(std::string_view name) const {
-  return attributesAt(index_.all(attributes_, name, std::nullopt));
+  return attributesAt(index_.all(asked(), name, std::nullopt));
 }
 
 ATPPD::Attributes ATPPD::attributesForName(std::string_view name, std::string_view inSpec) const {
-  return attributesAt(index_.allWithSpecContaining(attributes_, name, inSpec));
+  return attributesAt(index_.allWithSpecContaining(asked(), name, inSpec));
 }
 
 ATPPD::Attributes ATPPD::localizationForAttributeWithName(std::string_view name, const Spec& spec) const {
@@ -73,7 +76,7 @@ ATPPD::Attributes ATPPD::localizationForAttributeWithName(std::string_view name,
   const auto* languages = supportedLocalizations();
   if (languages == nullptr) return {};
   for (const std::string& language : *languages) {
-    const auto found = index_.all(attributes_, std::string(language).append(".").append(name), spec);
+    const auto found = index_.all(asked(), std::string(language).append(".").append(name), spec);
     positions.insert(positions.end(), found.begin(), found.end());
   }
   std::sort(positions.begin(), positions.end());
@@ -84,31 +87,39 @@ ATPPD::Attributes ATPPD::localizationForAttributeWithName(std::string_view name,
 ATPPD::Attributes ATPPD::attributesAt(const StatementIndex::Positions& positions) const {
   Attributes found;
   found.reserve(positions.size());
-  for (const auto position : positions) found.push_back(attributes_.at(position));
+  for (const auto position : positions) found.push_back(attributes_.found(position));
   return found;
 }
 
 std::shared_ptr<ATPPDGroup> ATPPD::groupForName(std::string_view name) const {
-  for (const auto& group : groups_) {
-    if (group->name() == name) return group;
-  }
-  return nullptr;
+  return foundGroups_.find(name, groups_.size(), [&]() -> std::shared_ptr<ATPPDGroup> {
+    for (const auto& group : groups_) {
+      budget().visit();
+      if (group->name() == name) return group;
+    }
+    return nullptr;
+  });
 }
 
 std::shared_ptr<ATPPDOption> ATPPD::optionForName(std::string_view name) const {
-  for (const auto& group : groups_) {
-    if (auto option = group->optionForName(name)) return option;
-  }
-  return nullptr;
+  return foundOptions_.find(name, budget().left().options, [&]() -> std::shared_ptr<ATPPDOption> {
+    for (const auto& group : groups_) {
+      budget().visit();
+      if (auto option = group->optionForName(name)) return option;
+    }
+    return nullptr;
+  });
 }
 
 void ATPPD::addPPDAttribute(const AttributePtr& attribute) {
   if (attribute == nullptr) return;
   ATLog("-[ATPPD addPPDAttribute:]", "Adding {} attribute with value {}", attribute->name(), attribute->value());
+  budget().changeStatement(attribute->sizeOfLines());
+  attribute->setBudget(sharedBudget());
   if (attributes_.empty()) {
-    appendObjectToPPDObjects(attribute);
+    append(attribute);
   } else if (const auto last = PPDObjects().positionOf(attributes_.back().get())) {
-    editablePPDObjects().insertAfter(*last, attribute);
+    insertAfter(*last, attribute);
   }
   attributes_.append(attribute);
 }
@@ -138,6 +149,7 @@ const std::vector<std::string>* ATPPD::supportedLocalizations() const {
     const auto content = value ? PPDExtentions::quotedValueContent(*value) : std::nullopt;
     if (content) {
       const auto languages = Text::split(*content, Text::isWhiteSpace);
+      budget().addOptions(languages.size());  // each makes a line for every choice and profile
       supportedLocalizations_.emplace(languages.begin(), languages.end());
     }
   }

@@ -7,11 +7,11 @@
 #include <string_view>
 #include <vector>
 
-#include "base/Budget.h"
 #include "ppd/document/ATPPDAttribute.h"
 #include "ppd/document/ATPPDCompoundObject.h"
 #include "ppd/document/ATPPDGroup.h"
 #include "ppd/document/StatementIndex.h"
+#include "ppd/lists/Found.h"
 
 /// The PPD document: the root of the tree. It hands every line of the file to the object that owns it, and offers the
 /// look-ups and edits of the updaters. Written back, an unchanged document gives the bytes that were read.
@@ -25,7 +25,7 @@ class ATPPD : public ATPPDCompoundObject {
   using AttributeList = ObjectList<ATPPDAttribute>;
   using Spec = std::optional<std::string_view>;
 
-  ATPPD() = default;
+  ATPPD() : ATPPDCompoundObject(std::make_shared<Budget>()), attributes_(&budget()) {}
 
   /// Takes the next line of the file. A line of no known type is dropped and logged; a line for the last child is
   /// dropped when there is none.
@@ -67,14 +67,19 @@ class ATPPD : public ATPPDCompoundObject {
   /// kept), or null without a quoted value. Kept once found, also when the attribute changes later.
   const std::vector<std::string>* supportedLocalizations() const;
 
-  /// What updaters may still make of this document; they spend it where they compose.
-  Budget& budget() const { return budget_; }
+  /// What the run may still make of this document and ask it. It is spent here, in the tree and in its lists.
+  Budget& budget() const { return *sharedBudget(); }
 
   /// Whether a group has been opened and not yet closed.
   bool groupOpened() const { return groupOpened_; }
   void setGroupOpened(bool opened) { groupOpened_ = opened; }
 
  private:
+  // The attributes, for a look-up, which costs a visit also when it comes to none.
+  const AttributeList& asked() const {
+    budget().visit();
+    return attributes_;
+  }
   void addObject(const StatementString& string, PPDLineType type);
   void addLineToLastChild(const StatementString& string, PPDLineType type);
   void addGroup(const StatementString& string);
@@ -85,5 +90,6 @@ class ATPPD : public ATPPDCompoundObject {
   bool groupOpened_ = false;
   mutable std::optional<std::vector<std::string>> supportedLocalizations_;
   mutable StatementIndex index_;  // of attributes_
-  mutable Budget budget_;
+  mutable Found<ATPPDGroup> foundGroups_;
+  mutable Found<ATPPDOption> foundOptions_;
 };

@@ -108,6 +108,7 @@ void ATPPDAttribute::settleFoundParts() const {
 }
 
 void ATPPDAttribute::setPart(OwnPart Settled::*which, Found bit, const Part& part) {
+  if (budget_ != nullptr) budget_->needBytes(Text::orNull(part).size());
   OwnPart copy = OwnPart(part);  // before anything else: it may be one of the parts
   found_ = static_cast<std::uint8_t>(found_ & ~bit);
   settled().*which = std::move(copy);
@@ -190,6 +191,7 @@ std::optional<StatementString> ATPPDAttribute::attributeString() const {
 }
 
 void ATPPDAttribute::setAttributeString(std::optional<StatementString> string) {
+  if (budget_ != nullptr && string) budget_->changeStatement(string->size());
   settleFoundParts();
   settled().line = std::move(string);
 }

@@ -6,9 +6,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
-#include "base/TokenScanner.h"
+#include "ppd/lines/TokenScanner.h"
 #include "ppd/document/ATPPDObject.h"
+#include "ppd/lists/Budget.h"
 
 /// One main-keyword statement, `*name spec/text: value` (PPD 4.3). It keeps its lines as they were read and takes its
 /// four parts out of them only when asked; a change of a part composes one canonical line, "*name spec/text: value" and
@@ -58,6 +60,9 @@ class ATPPDAttribute : public ATPPDObject {
   /// The value of a statement of several lines.
   static std::optional<std::string> valueFromAttributeStrings(const LineList& lines);
 
+  /// From which budget changes are spent; null: from none. A document gives its own to the attributes that it gets.
+  void setBudget(std::shared_ptr<Budget> budget) { budget_ = std::move(budget); }
+
   /// Composes the canonical line from the four parts. A text without a spec is left out; an absent name or value
   /// prints as "(null)".
   void updateAttributeString();
@@ -87,6 +92,7 @@ class ATPPDAttribute : public ATPPDObject {
   void settleFoundParts() const;
   void setPart(OwnPart Settled::*which, Found bit, const Part& part);
 
+  std::shared_ptr<Budget> budget_;
   mutable std::unique_ptr<Settled> settled_;
   mutable std::uint8_t found_ = 0;  // the parts that were found in the line and are not settled: they are read there
 };

@@ -5,7 +5,7 @@
 
 #include "base/ATLog.h"
 #include "base/Text.h"
-#include "base/TokenScanner.h"
+#include "ppd/lines/TokenScanner.h"
 #include "ppd/lines/LineComposer.h"
 #include "ppd/lines/PPDExtentions.h"
 

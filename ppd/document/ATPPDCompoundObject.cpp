@@ -19,7 +19,26 @@ void ATPPDCompoundObject::setPPDObjects(const PPDObjectList& objects) {
 
 void ATPPDCompoundObject::appendObjectToPPDObjects(std::shared_ptr<IATPPDObject> object) {
   if (object == nullptr) throw ATException::wrongType("no object to append");
+  append(std::move(object));
+}
+
+void ATPPDCompoundObject::append(std::shared_ptr<IATPPDObject> object) {
+  spendObject();
   PPDObjects_.append(std::move(object));
+}
+
+void ATPPDCompoundObject::insertBefore(PPDObjectList::Position position, std::shared_ptr<IATPPDObject> object) {
+  spendObject();
+  PPDObjects_.insertBefore(position, std::move(object));
+}
+
+void ATPPDCompoundObject::insertAfter(PPDObjectList::Position position, std::shared_ptr<IATPPDObject> object) {
+  spendObject();
+  PPDObjects_.insertAfter(position, std::move(object));
+}
+
+void ATPPDCompoundObject::spendObject() const {
+  if (budget_ != nullptr) budget_->addObject();
 }
 
 void ATPPDCompoundObject::insertObjectToPPDObjects(std::shared_ptr<IATPPDObject> object, std::size_t atIndex) {
@@ -27,7 +46,7 @@ void ATPPDCompoundObject::insertObjectToPPDObjects(std::shared_ptr<IATPPDObject>
   if (atIndex > PPDObjects_.size()) {
     throw ATException::outOfRange("-[ATPPDCompoundObject insertObjectToPPDObjects:atIndex:]");
   }
-  PPDObjects_.insertBefore(PPDObjects_.positionOfIndex(atIndex), std::move(object));
+  insertBefore(PPDObjects_.positionOfIndex(atIndex), std::move(object));
 }
 
 void ATPPDCompoundObject::removeObjectFromPPDObjects(const IATPPDObject* object) {

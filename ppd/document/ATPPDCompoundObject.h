@@ -3,16 +3,20 @@
 
 #include <cstddef>
 #include <memory>
+#include <utility>
 
 #include "ppd/document/IATPPDObject.h"
+#include "ppd/lists/Budget.h"
 #include "ppd/lists/ObjectList.h"
 
-/// An object of the tree that is made of other objects, which it owns.
+/// An object of the tree that is made of other objects, which it owns. The objects of a document share its budget, and
+/// each object that comes into one is spent from it here.
 class ATPPDCompoundObject : public IATPPDObject {
  public:
   using PPDObjectList = ObjectList<IATPPDObject>;
 
-  ATPPDCompoundObject() = default;
+  /// Null: no budget, as for an object that belongs to no document.
+  explicit ATPPDCompoundObject(std::shared_ptr<Budget> budget = nullptr) : budget_(std::move(budget)) {}
 
   /// Abstract: throws ATException unless a subclass overrides it.
   void addString(const StatementString& string, PPDLineType type) override;
@@ -33,9 +37,16 @@ class ATPPDCompoundObject : public IATPPDObject {
   void removeObjectFromPPDObjects(const IATPPDObject* object);
 
  protected:
-  /// The children, for the class's own edits.
-  PPDObjectList& editablePPDObjects() { return PPDObjects_; }
+  /// The class's own edits of the children; places are positions in `PPDObjects`.
+  void append(std::shared_ptr<IATPPDObject> object);
+  void insertBefore(PPDObjectList::Position position, std::shared_ptr<IATPPDObject> object);
+  void insertAfter(PPDObjectList::Position position, std::shared_ptr<IATPPDObject> object);
+
+  const std::shared_ptr<Budget>& sharedBudget() const { return budget_; }
 
  private:
+  void spendObject() const;
+
+  std::shared_ptr<Budget> budget_;
   PPDObjectList PPDObjects_;
 };

@@ -6,7 +6,7 @@
 #include "base/ATException.h"
 #include "base/ATLog.h"
 #include "base/Text.h"
-#include "base/TokenScanner.h"
+#include "ppd/lines/TokenScanner.h"
 #include "ppd/document/ATPPDObject.h"
 
 namespace {
@@ -21,8 +21,9 @@ std::string nameFromOpenGroupStatement(std::string_view statement) {
 
 }  // namespace
 
-std::shared_ptr<ATPPDGroup> ATPPDGroup::groupWithString(const StatementString& string) {
-  auto group = std::make_shared<ATPPDGroup>();
+std::shared_ptr<ATPPDGroup> ATPPDGroup::groupWithString(const StatementString& string,
+                                                        std::shared_ptr<Budget> budget) {
+  auto group = std::make_shared<ATPPDGroup>(std::move(budget));
   group->addString(string, PPDLineTypeOpenGroup);
   return group;
 }
@@ -34,12 +35,10 @@ void ATPPDGroup::addString(const StatementString& string, PPDLineType type) {
     case PPDLineTypeEnd:
     case PPDLineTypeOpenGroup:
     case PPDLineTypeCloseGroup:
-      editablePPDObjects().append(ATPPDObject::objectWithString(string, type));
-      break;
+      return append(ATPPDObject::objectWithString(string, type));
     case PPDLineTypeOpenUI:
-      options_.push_back(ATPPDOption::optionWithString(string));
-      editablePPDObjects().append(options_.back());
-      break;
+      options_.push_back(ATPPDOption::optionWithString(string, sharedBudget()));
+      return append(options_.back());
     case PPDLineTypeComment:
     case PPDLineTypeCloseUI:
     case PPDLineTypeOrderDependency:
@@ -50,11 +49,11 @@ void ATPPDGroup::addString(const StatementString& string, PPDLineType type) {
     case PPDLineTypeChoiceEnd:
       // Whatever stands last takes it, an option that is closed already included: the text keeps its place.
       if (!PPDObjects().empty()) PPDObjects().back()->addString(string, type);
+      return;
+    case PPDLineTypeInvalid:
       break;
-    default:
-      ATLog("-[ATPPDGroup addString:ofType:]", "String {} of type {} is ignored!", string.view(),
-            static_cast<int>(type));
   }
+  ATLog("-[ATPPDGroup addString:ofType:]", "String {} of type {} is ignored!", string.view(), static_cast<int>(type));
 }
 
 const std::string& ATPPDGroup::name() const {
@@ -69,8 +68,11 @@ const std::string& ATPPDGroup::name() const {
 }
 
 std::shared_ptr<ATPPDOption> ATPPDGroup::optionForName(std::string_view name) const {
-  for (const auto& option : options_) {
-    if (option->name() == name) return option;
-  }
-  return nullptr;
+  return found_.find(name, options_.size(), [&]() -> std::shared_ptr<ATPPDOption> {
+    for (const auto& option : options_) {
+      if (sharedBudget() != nullptr) sharedBudget()->visit();
+      if (option->name() == name) return option;
+    }
+    return nullptr;
+  });
 }

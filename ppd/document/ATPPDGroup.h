@@ -5,18 +5,21 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ppd/document/ATPPDCompoundObject.h"
 #include "ppd/document/ATPPDOption.h"
+#include "ppd/lists/Found.h"
 
 /// Everything between an OpenGroup statement and its CloseGroup statement (PPD 4.3).
 class ATPPDGroup : public ATPPDCompoundObject {
  public:
-  ATPPDGroup() = default;
+  explicit ATPPDGroup(std::shared_ptr<Budget> budget = nullptr) : ATPPDCompoundObject(std::move(budget)) {}
 
-  /// A new group whose first object holds the OpenGroup statement.
-  static std::shared_ptr<ATPPDGroup> groupWithString(const StatementString& string);
+  /// A new group whose first object holds the OpenGroup statement; `budget` is the document's, or null.
+  static std::shared_ptr<ATPPDGroup> groupWithString(const StatementString& string,
+                                                     std::shared_ptr<Budget> budget = nullptr);
 
   /// Takes one line of the block; a line of no known type is dropped and logged.
   void addString(const StatementString& string, PPDLineType type) override;
@@ -34,5 +37,6 @@ class ATPPDGroup : public ATPPDCompoundObject {
 
  private:
   std::vector<std::shared_ptr<ATPPDOption>> options_;
+  mutable Found<ATPPDOption> found_;
   mutable std::optional<std::string> name_;
 };

@@ -25,6 +25,13 @@ class ATPPDObject : public IATPPDObject {
     for (std::size_t index = 0; index < container_.size(); ++index) take(container_[index]);
   }
 
+  /// The bytes of the lines that are written.
+  std::size_t sizeOfLines() const {
+    std::size_t size = 0;
+    giveStringsTo([&size](const StatementString& string) { size += string.size(); });
+    return size;
+  }
+
   /// The lines as they were given, in order.
   const LineList& container() const { return container_; }
 

@@ -7,7 +7,7 @@
 
 #include "base/ATLog.h"
 #include "base/Text.h"
-#include "base/TokenScanner.h"
+#include "ppd/lines/TokenScanner.h"
 #include "ppd/lines/PPDExtentions.h"
 
 namespace {
@@ -26,8 +26,14 @@ bool hasCodeContaining(const std::shared_ptr<ATPPDChoice>& choice, std::string_v
 
 }  // namespace
 
-std::shared_ptr<ATPPDOption> ATPPDOption::optionWithString(const StatementString& string) {
-  auto option = std::make_shared<ATPPDOption>();
+ATPPDOption::ATPPDOption(std::shared_ptr<Budget> budget)
+    : ATPPDCompoundObject(std::move(budget)), choices_(sharedBudget().get()) {
+  if (sharedBudget() != nullptr) sharedBudget()->addOptions(1);
+}
+
+std::shared_ptr<ATPPDOption> ATPPDOption::optionWithString(const StatementString& string,
+                                                           std::shared_ptr<Budget> budget) {
+  auto option = std::make_shared<ATPPDOption>(std::move(budget));
   option->addString(string, PPDLineTypeOpenUI);
   return option;
 }
@@ -42,22 +48,25 @@ void ATPPDOption::addString(const StatementString& string, PPDLineType type) {
     case PPDLineTypeCloseUI:
     case PPDLineTypeOrderDependency:
     case PPDLineTypeNewLine:
-      editablePPDObjects().append(ATPPDObject::objectWithString(string, type));
-      break;
+      return append(ATPPDObject::objectWithString(string, type));
     case PPDLineTypeChoice: {
       auto choice = ATPPDChoice::choiceWithString(string);
       choices_.append(choice);
-      editablePPDObjects().append(std::move(choice));
-      break;
+      return append(std::move(choice));
     }
     case PPDLineTypeChoiceContinuation:
     case PPDLineTypeChoiceEnd:
       if (!PPDObjects().empty()) PPDObjects().back()->addString(string, type);
+      return;
+    case PPDLineTypeInvalid:
+    case PPDLineTypeStatement:
+    case PPDLineTypeContinuation:
+    case PPDLineTypeEnd:
+    case PPDLineTypeOpenGroup:
+    case PPDLineTypeCloseGroup:
       break;
-    default:
-      ATLog("-[ATPPDOption addString:ofType:]", "String {} of type {} is ignored!", string.view(),
-            static_cast<int>(type));
   }
+  ATLog("-[ATPPDOption addString:ofType:]", "String {} of type {} is ignored!", string.view(), static_cast<int>(type));
 }
 
 const std::string& ATPPDOption::name() const {
@@ -77,8 +86,9 @@ const std::optional<std::string>& ATPPDOption::defaultValue() const {
 void ATPPDOption::addChoice(const std::shared_ptr<ATPPDChoice>& choice) {
   ATLog("-[ATPPDOption addChoice:]", "Adding choice {}", choice ? choice->name() : std::nullopt);
   if (choice == nullptr || choices_.positionOf(choice.get())) return;
+  if (sharedBudget() != nullptr) sharedBudget()->changeStatement(choice->sizeOfLines());
   choices_.append(choice);
-  if (endsWithCloseUI()) editablePPDObjects().insertBefore(PPDObjects().lastPosition(), choice);
+  if (endsWithCloseUI()) insertBefore(PPDObjects().lastPosition(), choice);
 }
 
 bool ATPPDOption::endsWithCloseUI() const {
@@ -97,7 +107,7 @@ void ATPPDOption::removeChoice(std::shared_ptr<ATPPDChoice> choice) {  // NOLINT
 
 std::shared_ptr<ATPPDChoice> ATPPDOption::choiceForName(std::string_view name) const {
   const auto position = choiceNames_.first(choices_, name);
-  return position ? choices_.at(*position) : nullptr;
+  return position ? choices_.found(*position) : nullptr;
 }
 
 std::shared_ptr<ATPPDChoice> ATPPDOption::choiceWithCodeContaining(std::string_view part) const {

@@ -16,10 +16,11 @@ class ATPPDOption : public ATPPDCompoundObject {
  public:
   using ChoiceList = ObjectList<ATPPDChoice>;
 
-  ATPPDOption() = default;
+  explicit ATPPDOption(std::shared_ptr<Budget> budget = nullptr);
 
-  /// A new option whose first object holds the OpenUI statement.
-  static std::shared_ptr<ATPPDOption> optionWithString(const StatementString& string);
+  /// A new option whose first object holds the OpenUI statement; `budget` is the document's, or null.
+  static std::shared_ptr<ATPPDOption> optionWithString(const StatementString& string,
+                                                       std::shared_ptr<Budget> budget = nullptr);
 
   /// Takes one line of the block; a line of a type that has no place in one is dropped and logged.
   void addString(const StatementString& string, PPDLineType type) override;

@@ -2,17 +2,23 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
+#include <map>
 #include <optional>
+#include <string>
 #include <string_view>
-#include <unordered_map>
 
 #include "ppd/document/ATPPDAttribute.h"
 #include "ppd/lists/NameIndex.h"
 #include "ppd/lists/PartIndex.h"
+#include "ppd/lists/ShorterFirst.h"
 
 /// Finds a document's statements by name, and by name and spec, as a walk does that asks each for its name and, when
 /// that fits, for its spec. What NameIndex says of names holds for specs as well: thousands of statements
 /// of the name without a spec make each of its look-ups by spec as slow as a walk.
+///
+/// The first look-up is a walk: a run without updaters asks for nothing but their names, and an index of all statements
+/// would be a third of its memory.
 class StatementIndex {
  public:
   using List = ObjectList<ATPPDAttribute>;
@@ -30,19 +36,25 @@ class StatementIndex {
  private:
   // The specs of one name, as far as the walks have come.
   struct Specs {
-    std::unordered_multimap<std::size_t, Position> byHash;  // the statement itself is asked whether it is the one
-    Positions present, without;                             // had one, had none
-    std::size_t asked = 0;                                  // of the first so many positions of the name
-    PartIndex parts;
-    std::size_t inParts = 0;  // the first so many that are present
+    std::multimap<std::size_t, Position> byHash;  // the statement itself is asked whether it is the one
+    PartIndex parts;                              // of the first so many that had a spec
+    Positions present;                            // had one
+    std::size_t inParts = 0;
+    std::deque<Position> open;  // had none, or have not been asked; ascending
+    std::size_t taken = 0;      // the first so many positions of the name are in one of these
+    std::size_t cameLater = 0;  // NameIndex::Named::cameLater then
   };
 
-  void forgetWhenNamesCame(const List& list);
-  Specs& specsOf(const List& list, std::string_view name);
+  std::optional<Position> firstWithSpec(const List& list, std::string_view name, std::string_view spec);
+  std::optional<Position> askOpen(const List& list, std::string_view name, Specs& specs, std::string_view spec,
+                                  std::optional<Position> end);
+  Specs& specsOf(std::string_view name);
   Specs& allSpecs(const List& list, std::string_view name);
-  static bool askNextSpec(const List& list, const Positions& positions, Specs& specs, const Spec& spec);
-  static Positions askedWithSpec(const List& list, Specs& specs, std::string_view spec);
+  static Spec askSpec(const List& list, Specs& specs, Position position);
+  static std::optional<Position> firstAskedWithSpec(const List& list, Specs& specs, std::string_view spec);
+  static Positions askedWithSpec(const List& list, const Specs& specs, std::string_view spec);
 
+  bool wasAsked_ = false;
   NameIndex<ATPPDAttribute> names_;
-  NameIndex<ATPPDAttribute>::MapByText<Specs> specs_;
+  std::map<std::string, Specs, ShorterFirst> specs_;
 };

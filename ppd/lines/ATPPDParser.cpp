@@ -101,9 +101,11 @@ PPDLineType ATPPDParser::typeOfString(std::string_view string) {
     case PPDLineTypeChoiceContinuation:
       if (isEndStatementPPDStatement(string)) return PPDLineTypeChoiceEnd;
       return hasAsteriskPrefix(string) ? typeInUIBlock(string) : PPDLineTypeChoiceContinuation;
-    default:
-      return PPDLineTypeInvalid;
+    case PPDLineTypeComment:  // these two never come last
+    case PPDLineTypeNewLine:
+      break;
   }
+  return PPDLineTypeInvalid;
 }
 
 PPDLineType ATPPDParser::typeAtTopLevel(std::string_view string) {

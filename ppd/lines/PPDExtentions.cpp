@@ -5,7 +5,7 @@
 
 #include "base/ATLog.h"
 #include "base/Text.h"
-#include "base/TokenScanner.h"
+#include "ppd/lines/TokenScanner.h"
 
 namespace PPDExtentions {
 namespace {

@@ -10,13 +10,18 @@
 #include <utility>
 #include <vector>
 
+#include "ppd/lists/Budget.h"
+
 /// An ordered list of shared objects that is filled by appending and then edited in the middle: inserting before or
 /// after a place, and finding and removing an object by identity, take constant time however long the list is. An
 /// object may stand in the list more than once; from then on, finding any object walks the list.
 ///
 /// The objects are nodes of a linked list that live in one vector. An object keeps its `Position` there, counted from 1
 /// in the order of insertion, for as long as the list lives; in a list that is only appended to and removed from,
-/// positions are in list order. Tested in tests/ppd/ObjectListTest.cpp.
+/// positions are in list order. What is at an iterator, and the iterator itself, stay good while others are inserted
+/// and removed; an iterator whose own object is removed must not be used again.
+///
+/// A list with a budget spends a visit for each object that is come to. Tested in tests/ppd/ObjectListTest.cpp.
 template <class Object>
 class ObjectList {
  public:
@@ -45,7 +50,9 @@ class ObjectList {
     Position position_;
   };
 
-  ObjectList() {
+  ObjectList() : ObjectList(nullptr) {}
+  /// `budget` is not owned and must outlive the list; null: what is visited costs nothing.
+  explicit ObjectList(Budget* budget) : budget_(budget) {
     nodes_.reserve(8);  // a UI block of few lines; growing from 1 would take three allocations more
     nodes_.push_back({nullptr, kEnd, kEnd});
   }
@@ -61,7 +68,12 @@ class ObjectList {
   const std::shared_ptr<Object>& back() const { return at(lastPosition()); }
   Position lastPosition() const { return nodes_[kEnd].before; }
   /// The object at a position that was given out, or null when it has been removed.
-  const std::shared_ptr<Object>& at(Position position) const { return nodes_[position].object; }
+  const std::shared_ptr<Object>& at(Position position) const {
+    if (budget_ != nullptr) budget_->visit();
+    return nodes_[position].object;
+  }
+  /// The object at a position at which a look-up has just found it: not visited again.
+  const std::shared_ptr<Object>& found(Position position) const { return nodes_[position].object; }
   /// All positions that were given out lie below this one.
   Position positionsEnd() const { return static_cast<Position>(nodes_.size()); }
 
@@ -124,7 +136,7 @@ class ObjectList {
   }
 
   void noteForFinding(Position position) const {
-    if (!positions_.emplace(at(position).get(), position).second) repeats_ = true;
+    if (!positions_.emplace(nodes_[position].object.get(), position).second) repeats_ = true;
   }
 
   std::optional<Position> walkTo(const Object* object) const {
@@ -134,6 +146,7 @@ class ObjectList {
     return std::nullopt;
   }
 
+  Budget* budget_;  // not owned
   std::vector<Node> nodes_;
   std::size_t size_ = 0;
   mutable std::unordered_map<const Object*, Position> positions_;  // of a repeated object, of any occurrence

@@ -184,33 +184,63 @@ TEST_F(NameIndexTest, AnObjectMayStandTwice) {
   EXPECT_EQ(first("A"), twice);
 }
 
+TEST_F(NameIndexTest, AsksWhatHadNoNameOnlyAsFarAsAWalkComes) {
+  const Pointer early = add(null);
+  const Pointer a = add("A");
+  const Pointer late = add(null);
+  ASSERT_EQ(first("none"), nullptr);
+  const int asked = late->asked;
+  late->itsName = "A";
+  EXPECT_EQ(first("A"), a);
+  EXPECT_EQ(late->asked, asked);
+  early->itsName = "B";
+  EXPECT_EQ(first("B"), early);
+  EXPECT_EQ(late->asked, asked);
+  remove(a);
+  EXPECT_EQ(first("A"), late);
+}
+
 TEST_F(NameIndexTest, GoesThroughAllOfAName) {
   add("A");
   add("B");
   add("A");
   add(null);
   add("A");
-  EXPECT_THAT(index.asked("A"), IsEmpty());
-  EXPECT_TRUE(index.askNext(list, "A"));
-  EXPECT_THAT(index.asked("A"), ElementsAre(1));
-  EXPECT_TRUE(index.askNext(list, "A"));
-  EXPECT_THAT(index.asked("A"), ElementsAre(1, 3));
-  EXPECT_TRUE(index.askNext(list, "A"));
-  EXPECT_FALSE(index.askNext(list, "A"));
-  EXPECT_THAT(index.asked("A"), ElementsAre(1, 3, 5));
-  EXPECT_THAT(index.asked("B"), ElementsAre(2));
+  EXPECT_THAT(index.of("A").positions, IsEmpty());
+  EXPECT_EQ(index.askNext(list, "A"), 1U);
+  EXPECT_THAT(index.of("A").positions, ElementsAre(1));
+  EXPECT_EQ(index.askNext(list, "A"), 3U);
+  EXPECT_EQ(index.askNext(list, "A"), 5U);
+  EXPECT_EQ(index.askNext(list, "A"), null);
+  EXPECT_THAT(index.of("A").positions, ElementsAre(1, 3, 5));
+  EXPECT_THAT(index.of("B").positions, ElementsAre(2));
+  EXPECT_EQ(index.namelessFrom(0), 4U);
+  EXPECT_EQ(index.namelessFrom(5), null);
 }
 
-TEST_F(NameIndexTest, TellsWhenItBeginsAnew) {
+TEST_F(NameIndexTest, CountsTheNamesThatCameLater) {
   const Pointer nameless = add(null);
   add("A");
-  EXPECT_FALSE(index.forgetWhenNamesCame(list));
-  EXPECT_FALSE(index.askNext(list, "B"));
-  EXPECT_FALSE(index.forgetWhenNamesCame(list));
+  index.askAll(list, "A");
+  EXPECT_EQ(index.of("A").cameLater, 0U);
   nameless->itsName = "A";
-  EXPECT_TRUE(index.forgetWhenNamesCame(list));
-  EXPECT_THAT(index.asked("A"), IsEmpty());
-  EXPECT_FALSE(index.forgetWhenNamesCame(list));
+  index.askAll(list, "B");
+  EXPECT_EQ(index.of("A").cameLater, 1U);
+  EXPECT_THAT(index.of("A").positions, ElementsAre(1, 2));
+  EXPECT_EQ(index.namelessFrom(0), null);
+}
+
+TEST_F(NameIndexTest, SpendsAVisitForEachObjectThatIsAsked) {
+  Budget budget;
+  List spending(&budget);
+  for (const char* name : {"A", "B", "C"}) spending.append(thing(name));
+  budget.restore({0, 0, 0, 0, 4});
+  EXPECT_EQ(index.first(spending, "B"), 2U);
+  EXPECT_EQ(budget.left().visits, 2U);
+  EXPECT_EQ(index.first(spending, "B"), 2U);
+  EXPECT_EQ(budget.left().visits, 1U);
+  EXPECT_EQ(index.first(spending, "C"), 3U);
+  EXPECT_THROW(index.first(spending, "A"), BudgetExceeded);
 }
 
 TEST(NameIndex, EqualsAWalkUnderRandomEdits) {
@@ -242,10 +272,19 @@ TEST(NameIndex, EqualsAWalkUnderRandomEdits) {
         default: {
           const std::string name = anyName();
           std::optional<List::Position> expected;
+          const auto askedBehind = [&] {  // objects that a walk does not come to
+            int asked = 0;
+            for (const auto& object : list) {
+              if (expected && *list.positionOf(object.get()) > *expected) asked += object->asked;
+            }
+            return asked;
+          };
           for (List::Position position = 1; position < list.positionsEnd() && !expected; ++position) {
             if (list.at(position) != nullptr && list.at(position)->itsName == name) expected = position;
           }
+          const int asked = askedBehind();
           ASSERT_EQ(index.first(list, name), expected) << name;
+          ASSERT_EQ(askedBehind(), asked) << name;
         }
       }
     }

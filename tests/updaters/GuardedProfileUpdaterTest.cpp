@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "base/ATException.h"
-#include "base/Budget.h"
+#include "ppd/lists/Budget.h"
 
 TEST(GuardedProfileUpdater, RunsTheOperationOnceAndHasNoReasonWhenItSucceeds) {
   int runs = 0;

@@ -1,88 +1,168 @@
 // SPDX-License-Identifier: MIT
 //
-// What the updaters take out of a run's budget, statements and bytes worked out by hand.
+// What setups take out of a run's budget: a large real one at most a tenth of each amount, and nothing can be done that
+// takes nothing.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <string>
 
-#include "base/Budget.h"
 #include "tests/updaters/TestDevice.h"
 #include "tests/updaters/TestDocument.h"
-#include "updaters/ATMediaTypePCL3Qualifier3PPDUpdater.h"
+#include "updaters/ATPPDUpdatersFactory.h"
 
 namespace {
 
-using Updater = ATMediaTypePCL3Qualifier3PPDUpdater;
-using Operation = std::function<void(ATPPD&)>;
+constexpr std::size_t kMedia = 200;
+constexpr std::size_t kRealMedia = 2000;  // what is spent grows with the media
+const std::string kLanguages =
+    "*cupsLanguages: \"en de fr it es pt nl da sv nb fi pl cs hu ru tr ja ko zh_CN zh_TW\"\n";
 
-const std::string kLanguages = "*cupsLanguages: \"en de fr\"\n";
-const std::string kPlain = mediaTypes("*MediaType Plain/Plain: \"12\"\n");
-const std::string kProperties = "*QZValueAttributes MediaType.Plain: \"defaultGE='off-ge'\"\n";  // a value of 20 bytes
-
-// Whether the operation is done in a document whose budget holds just so much.
-bool fits(const std::string& document, const Operation& operation, std::size_t statements, std::size_t bytes) {
-  const auto ppd = documentFromText(document);
-  ppd->budget().spend(Budget::kStatements - statements, Budget::kBytes - bytes);
-  try {
-    operation(*ppd);
-  } catch (const BudgetExceeded&) {
-    return false;
-  }
-  return true;
+std::string factoryPPD(const std::string& updater) {
+  return "*PPD-Adobe: \"4.3\"\n" + kLanguages + "*QZPPDUpdaters: \"" + updater +
+         "\"\n*cupsICCQualifier1: \"QZGlossEnhancerSimplified\"\n*cupsICCQualifier3: \"OutputMode\"\n" +
+         mediaTypes("*MediaType Plain/Plain: \"QZMediaID(12)\"\n") + simplifiedGlossOption("False") +
+         optionWithChoices("OutputMode", "Fast", {"Fast", "Normal", "Best"}) +
+         "*QZValueAttributes MediaType.Plain: \"glossy=YES;defaultGE='off-ge'\"\n"
+         "*cupsICCProfile False.Plain.Best/Plain: \"/p/plain.icc\"\n"
+         "*QZcupsICCProfile False.Plain.Best/Plain: \"Plain;;/p/plain.icc\"\n";
 }
 
-void expectSpent(const std::string& document, const Operation& operation, std::size_t statements, std::size_t bytes) {
-  EXPECT_TRUE(fits(document, operation, statements, bytes));
-  if (statements > 0) {
-    EXPECT_FALSE(fits(document, operation, statements - 1, bytes));
+DeviceValue manyMedia() {
+  auto records = std::make_shared<DeviceValue::List>();
+  for (std::size_t number = 0; number < kMedia; ++number) {
+    const std::string name = fmt::format("A medium of the user's with a longer name, number {}", number);
+    auto profiles = std::make_shared<DeviceValue::List>();
+    for (const char* gloss : {"OFF", "FULLPAGE", "INKEDAREA"}) {
+      profiles->push_back(profile(name, fmt::format("file:///Library/Profiles/{}-{}.icc", number, gloss), gloss,
+                                  std::string("Mode") + gloss));
+    }
+    records->push_back(mapOf({{"MediaName", name},
+                              {"ID", fmt::format("ID-{:05}", number)},
+                              {"CategoryName", "Custom"},
+                              {"CategoryID", "CUSTOM"},
+                              {"ParentID", "12"},
+                              {"DefaultGlossEnhancer", "FULLPAGE"},
+                              {"ICCProfiles", profiles}}));
   }
-  EXPECT_FALSE(fits(document, operation, statements, bytes - 1));
+  return mapOf({{"MedaListVersion", "17"}, {"MediaList", records}});
+}
+
+void setUp(ATPPD& ppd) {
+  FakeReader reader(manyMedia());
+  for (const auto& updater : ATPPDUpdatersFactory::defaultFactory().updatersForPPD(ppd)) {
+    ASSERT_TRUE(updater->updatePPD(&ppd, &reader));
+  }
+}
+
+void expectAtMostATenth(const std::string& what, std::size_t all, std::size_t left) {
+  const std::size_t spent = (all - left) * (kRealMedia / kMedia);
+  EXPECT_LE(spent * 10, all) << what << ": " << spent << " of " << all;
+}
+
+void expectAtMostATenth(const Budget& budget) {
+  expectAtMostATenth("objects", Budget::kAll.objects, budget.left().objects);
+  expectAtMostATenth("options", Budget::kAll.options, budget.left().options);
+  expectAtMostATenth("statements", Budget::kAll.statements, budget.left().statements);
+  expectAtMostATenth("bytes", Budget::kAll.bytes, budget.left().bytes);
+  expectAtMostATenth("visits", Budget::kAll.visits, budget.left().visits);
+}
+
+struct SpentBudgetTest : testing::TestWithParam<const char*> {};
+
+INSTANTIATE_TEST_SUITE_P(Updaters, SpentBudgetTest,
+                         testing::Values("ATMediaTypePSPPDUpdater", "ATMediaTypePCL3PPDUpdater",
+                                         "ATMediaTypePCL3Qualifier3PPDUpdater", "ATMediaTypePCL3Qualifier1PPDUpdater",
+                                         "ATGlossyProfilePCL3PPDUpdater"),
+                         [](const auto& updater) { return std::string(updater.param); });
+
+// What an operation on a small document takes.
+Budget::Amounts spentBy(const std::string& document, const std::function<void(ATPPD&)>& operation) {
+  const auto ppd = documentFromText(document);
+  ppd->budget().restore(Budget::kAll);
+  operation(*ppd);
+  const Budget::Amounts& left = ppd->budget().left();
+  return {Budget::kAll.objects - left.objects, Budget::kAll.options - left.options,
+          Budget::kAll.statements - left.statements, Budget::kAll.bytes - left.bytes, Budget::kAll.visits - left.visits};
 }
 
 }  // namespace
 
-TEST(SpentBudget, OfAChoiceIsALineForEachLanguageAndTwoMore) {
-  const auto record = mapOf({{"PPDName", "Custom1"}, {"MediaName", "Canvas"}, {"ID", "4711"}});
-  const Operation add = [&](ATPPD& ppd) { Updater().addMediaWithData(record, ppd); };
-  expectSpent(kPlain, add, 2, 26);               // "Custom1" and "Canvas", twice
-  expectSpent(kLanguages + kPlain, add, 4, 52);  // "de" and "fr"
+TEST_P(SpentBudgetTest, ALargeSetupTakesAtMostATenth) {
+  const auto ppd = documentFromText(factoryPPD(GetParam()));
+  setUp(*ppd);
+  expectAtMostATenth(ppd->budget());
+  const auto again = documentFromText(textOf(*ppd));
+  setUp(*again);
+  expectAtMostATenth(again->budget());
 }
 
-TEST(SpentBudget, OfInheritedPropertiesIsTheirValue) {
-  const auto record = mapOf({{"PPDName", "Custom1"}, {"MediaName", "Canvas"}, {"ParentID", "12"}});
-  expectSpent(
-      kPlain + kProperties, [&](ATPPD& ppd) { Updater().addAttributesForMediaWithData(record, ppd); }, 1, 20);
+TEST(SpentBudget, EveryObjectThatIsReadIsSpent) {
+  const auto ppd = documentFromText("*A: 1\n\n*% comment\n" + mediaTypes("*MediaType P/P: \"\"\n"));
+  // Three objects, a group with its opening and closing lines, an option with its four lines.
+  EXPECT_EQ(Budget::kAll.objects - ppd->budget().left().objects, 3U + 3U + 5U);
+  EXPECT_EQ(Budget::kAll.options - ppd->budget().left().options, 1U);
 }
 
-TEST(SpentBudget, OfADefaultGlossIsTheValueBefore) {
-  const auto record = mapOf({{"ID", "12"}, {"DefaultGlossEnhancer", "FULLPAGE"}});
-  expectSpent(
-      fullGlossOption("off-ge") + kPlain + kProperties,
-      [&](ATPPD& ppd) { Updater().updateDefaultGlossEnhancerForMediaWithData(record, ppd); }, 1, 20);
+TEST(SpentBudget, ALanguageCountsAsAnOption) {
+  EXPECT_EQ(spentBy("*cupsLanguages: \"de fr\"\n", [](ATPPD& ppd) { ppd.supportedLocalizations(); }).options, 2U);
 }
 
-TEST(SpentBudget, OfAProfileIsItsKeyAndALineForEachLanguage) {
-  const Operation build = [](ATPPD& ppd) {
-    Updater().cupsICCProfileAttributesWithName("Canvas", ".Custom1.", "/c.icc", ppd);
-  };
-  expectSpent("*PPD-Adobe: \"4.3\"\n", build, 1, 31);  // "cupsICCProfile .Custom1./Canvas"
-  expectSpent(kLanguages, build, 3, 31 + 2 * 40);      // "*de.", the key, and ": """ with a line feed
+TEST(SpentBudget, AnAddedStatementIsSpentWithItsBytes) {
+  const auto spent = spentBy("*A: 1\n", [](ATPPD& ppd) {
+    ppd.addPPDAttribute(ATPPDAttribute::attributeWithString("*B: 2345\n"));
+  });
+  EXPECT_EQ(spent.objects, 1U);
+  EXPECT_EQ(spent.statements, 1U);
+  EXPECT_EQ(spent.bytes, 9U);
 }
 
-TEST(SpentBudget, OfAProfileThatIsSetIsNameAndPathAndTheNameOnceMoreForEachLanguage) {
-  const std::string document = kLanguages + "*cupsICCProfile .Plain./Factory: \"/f.icc\"\n";
-  const std::string localized = "*de.cupsICCProfile .Plain./Fabrik: \"\"\n";
-  const auto record = mediumWithProfiles("Plain", listOf({profile("Canvas", "file:///c.icc")}));
-  const Operation set = [&](ATPPD& ppd) { Updater().setICCProfileForMediaWithData(record, ppd); };
-  expectSpent(document, set, 1, 12);
-  expectSpent(document + localized, set, 2, 18);
+TEST(SpentBudget, AChangedStatementIsSpentWithItsBytes) {
+  const auto spent = spentBy("*A: 1\n", [](ATPPD& ppd) { ppd.attributeForName("A")->setValue("2345"); });
+  EXPECT_EQ(spent.statements, 1U);
+  EXPECT_EQ(spent.bytes, 9U);
 }
 
-TEST(SpentBudget, OfTheSpecsThatAreLookedForIsTheirText) {
-  const std::string document =
-      "*cupsICCQualifier3: \"OutputMode\"\n" + optionWithChoices("OutputMode", "Fast", {"Fast", "Best"});
-  const auto record = mapOf({{"PPDName", "Custom1"}});
-  expectSpent(
-      document, [&](ATPPD& ppd) { Updater().qualified3PossibleProfileSpecsForMediaData(record, ppd); }, 0, 26);
+TEST(SpentBudget, AValueThatIsTooLongIsNotComposed) {
+  const auto ppd = documentFromText("*A: 1\n");
+  const auto attribute = ppd->attributeForName("A");
+  ppd->budget().restore({0, 0, 1, 3, 0});
+  EXPECT_THROW(attribute->setValue("2345"), BudgetExceeded);
+  EXPECT_EQ(textOf(*ppd), "*A: 1\n");
+}
+
+TEST(SpentBudget, AnAddedChoiceIsSpentWithAllItsLines) {
+  const auto spent = spentBy(mediaTypes(""), [](ATPPD& ppd) {
+    ppd.optionForName("MediaType")->addChoice(ATPPDChoice::initWithName("C", "t", "x", "MediaType", {{"de", "u"}}));
+  });
+  EXPECT_EQ(spent.objects, 1U);
+  EXPECT_EQ(spent.statements, 1U);
+  EXPECT_EQ(spent.bytes, std::string("*MediaType C/t: \"x\"\n*de.MediaType C/u: \"\"\n").size());
+}
+
+TEST(SpentBudget, ALookUpIsSpentThatFindsNothing) {
+  EXPECT_EQ(spentBy("", [](ATPPD& ppd) { ppd.attributeForName("A"); }).visits, 1U);
+  EXPECT_EQ(spentBy("", [](ATPPD& ppd) { ppd.attributesForName("A"); }).visits, 1U);
+  EXPECT_EQ(spentBy("", [](ATPPD& ppd) { ppd.attributesForName("A", "B"); }).visits, 1U);
+}
+
+TEST(SpentBudget, ALookUpOfLocalizationsIsSpentForEachLanguage) {
+  const auto spent = spentBy("", [](ATPPD& ppd) { ppd.localizationForAttributeWithName("A", "B"); });
+  const auto twoMore =
+      spentBy("*cupsLanguages: \"de fr\"\n", [](ATPPD& ppd) { ppd.localizationForAttributeWithName("A", "B"); });
+  EXPECT_GE(twoMore.visits, spent.visits + 2);
+}
+
+TEST(SpentBudget, GroupsAndOptionsAreSpentThatAreWalkedThrough) {
+  const std::string document = optionWithChoices("A", "x", {}) + optionWithChoices("B", "x", {});
+  EXPECT_EQ(spentBy(document, [](ATPPD& ppd) { ppd.groupForName("BGroup"); }).visits, 2U);
+  EXPECT_EQ(spentBy(document, [](ATPPD& ppd) { ppd.optionForName("none"); }).visits, 4U);
+}
+
+TEST(SpentBudget, ALoopOverChoicesIsSpent) {
+  const auto spent = spentBy(optionWithChoices("A", "x", {"x", "y", "z"}), [](ATPPD& ppd) {
+    for (const auto& choice : ppd.groupForName("AGroup")->options()[0]->choices()) choice->name();
+  });
+  EXPECT_EQ(spent.visits, 1U + 3U);
 }

@@ -62,7 +62,22 @@ inline std::vector<std::string> inProfilesOf(const DeviceValue& record, const ch
   return values;
 }
 
-/// A reader that knows what it is told.
+/// The value, with lists and maps of its own.
+inline DeviceValue copyOf(const DeviceValue& value) {
+  if (const auto list = value.list()) {
+    auto copy = std::make_shared<DeviceValue::List>();
+    for (const DeviceValue& element : *list) copy->push_back(copyOf(element));
+    return copy;
+  }
+  if (const auto map = value.map()) {
+    auto copy = std::make_shared<DeviceMap>();
+    for (const auto& [key, element] : map->entries()) copy->add(key, copyOf(element));
+    return copy;
+  }
+  return value;
+}
+
+/// A reader that knows what it is told, and gives each time values of its own.
 class FakeReader : public IATDataReader {
  public:
   FakeReader() = default;
@@ -70,7 +85,7 @@ class FakeReader : public IATDataReader {
 
   DeviceValue dataForKey(std::string_view key) const override {
     keys.emplace_back(key);
-    return data_;
+    return copyOf(data_);
   }
   DeviceValue familyNameForKey(std::string_view /*key*/) const override { return {}; }
   std::optional<std::string> printerURI() const override { return uri; }

@@ -177,7 +177,11 @@ TEST(UpdateObserver, HearsTheMediaBeforeAnybodyChangesThem) {
   const auto ppd = documentFromText(kPlain);
   RecordingObserver observer(*ppd);
   const DeviceValue profiles = listOf({profile("N", "/n", "OFF")});
-  const FakeReader reader(mediaList({customWith(profiles)}));
+  struct : FakeReader {
+    DeviceValue shared;
+    DeviceValue dataForKey(std::string_view /*key*/) const override { return shared; }
+  } reader;
+  reader.shared = mediaList({customWith(profiles)});
   EXPECT_TRUE(ATGlossyProfilePCL3PPDUpdater(observer).updatePPD(ppd.get(), &reader));
   EXPECT_NE(observer.events[0].find("GlossEnhancer = OFF"), std::string::npos) << observer.events[0];
   EXPECT_TRUE(profiles.list()->front().valueForKey("GlossEnhancer").equals("off-ge"));

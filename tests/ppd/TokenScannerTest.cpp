@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "base/TokenScanner.h"
+#include "ppd/lines/TokenScanner.h"
 
 #include <gtest/gtest.h>
 
