@@ -7,6 +7,11 @@
 #include "base/Text.h"
 #include "ppd/lines/PPDExtentions.h"
 
+ATPPD::~ATPPD() {
+  budget().restore(Budget::kUnlimited);
+  for (const auto& attribute : attributes_) attribute->setBudget(nullptr);
+}
+
 void ATPPD::addString(const StatementString& string, PPDLineType type) {
   switch (type) {
     case PPDLineTypeOpenGroup:
@@ -38,7 +43,7 @@ void ATPPD::addString(const StatementString& string, PPDLineType type) {
 void ATPPD::addObject(const StatementString& string, PPDLineType type) {
   if (type == PPDLineTypeStatement) {
     auto attribute = ATPPDAttribute::attributeWithString(string);
-    attribute->setBudget(sharedBudget());
+    attribute->setBudget(&budget());
     attributes_.append(attribute);
     append(std::move(attribute));
   } else if (type == PPDLineTypeOpenUI) {
@@ -73,15 +78,23 @@ ATPPD::Attributes ATPPD::attributesForName(std::string_view name, std::string_vi
 
 ATPPD::Attributes ATPPD::localizationForAttributeWithName(std::string_view name, const Spec& spec) const {
   StatementIndex::Positions positions;
-  const auto* languages = supportedLocalizations();
-  if (languages == nullptr) return {};
-  for (const std::string& language : *languages) {
-    const auto found = index_.all(asked(), std::string(language).append(".").append(name), spec);
+  if (supportedLocalizations() == nullptr) return {};
+  for (const std::string& localizedName : localizedNames(name)) {
+    const auto found = index_.all(asked(), localizedName, spec);
     positions.insert(positions.end(), found.begin(), found.end());
   }
   std::sort(positions.begin(), positions.end());
   positions.erase(std::unique(positions.begin(), positions.end()), positions.end());  // a language may be listed twice
   return attributesAt(positions);
+}
+
+// In each supported language. The languages do not change once they are known.
+const std::vector<std::string>& ATPPD::localizedNames(std::string_view name) const {
+  const auto known = localizedNames_.find(name);
+  if (known != localizedNames_.end()) return known->second;
+  std::vector<std::string>& names = localizedNames_[std::string(name)];
+  for (const std::string& language : *supportedLocalizations()) names.push_back(language + "." + std::string(name));
+  return names;
 }
 
 ATPPD::Attributes ATPPD::attributesAt(const StatementIndex::Positions& positions) const {
@@ -115,7 +128,7 @@ void ATPPD::addPPDAttribute(const AttributePtr& attribute) {
   if (attribute == nullptr) return;
   ATLog("-[ATPPD addPPDAttribute:]", "Adding {} attribute with value {}", attribute->name(), attribute->value());
   budget().changeStatement(attribute->sizeOfLines());
-  attribute->setBudget(sharedBudget());
+  attribute->setBudget(&budget());
   if (attributes_.empty()) {
     append(attribute);
   } else if (const auto last = PPDObjects().positionOf(attributes_.back().get())) {
@@ -129,6 +142,7 @@ void ATPPD::removePPDAttribute(AttributePtr attribute) {  // NOLINT(performance-
   ATLog("-[ATPPD removePPDAttribute:]", "Removing attribute {}...", attribute ? attribute->name() : std::nullopt);
   if (attribute == nullptr) return;
   if (const auto position = attributes_.positionOf(attribute.get())) attributes_.removeAt(*position);
+  attribute->setBudget(nullptr);
   removeObjectFromPPDObjects(attribute.get());
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -26,6 +27,8 @@ class ATPPD : public ATPPDCompoundObject {
   using Spec = std::optional<std::string_view>;
 
   ATPPD() : ATPPDCompoundObject(std::make_shared<Budget>()), attributes_(&budget()) {}
+  /// What others still hold of the attributes costs nothing any more.
+  ~ATPPD() override;
 
   /// Takes the next line of the file. A line of no known type is dropped and logged; a line for the last child is
   /// dropped when there is none.
@@ -80,6 +83,7 @@ class ATPPD : public ATPPDCompoundObject {
     budget().visit();
     return attributes_;
   }
+  const std::vector<std::string>& localizedNames(std::string_view name) const;
   void addObject(const StatementString& string, PPDLineType type);
   void addLineToLastChild(const StatementString& string, PPDLineType type);
   void addGroup(const StatementString& string);
@@ -90,6 +94,7 @@ class ATPPD : public ATPPDCompoundObject {
   bool groupOpened_ = false;
   mutable std::optional<std::vector<std::string>> supportedLocalizations_;
   mutable StatementIndex index_;  // of attributes_
+  mutable std::map<std::string, std::vector<std::string>, ShorterFirst> localizedNames_;  // by name
   mutable Found<ATPPDGroup> foundGroups_;
   mutable Found<ATPPDOption> foundOptions_;
 };

@@ -15,7 +15,8 @@ bool isEmpty(const Part& part) {
 }
 
 bool isSameString(const Part& one, const Part& other) {
-  return one && other && one->data() == other->data() && one->size() == other->size();
+  if (!one || !other) return !one && !other;
+  return one->data() == other->data() && one->size() == other->size();
 }
 
 std::string composedLine(const Part& name, const Part& spec, const Part& text, const Part& value) {
@@ -80,6 +81,18 @@ Part ATPPDAttribute::part(OwnPart Settled::*which, Found bit, Find find) const {
   return found;
 }
 
+// A part that can be set is kept in bytes of its own, by which it is known when it is set to itself.
+template <class Find>
+Part ATPPDAttribute::ownPart(OwnPart Settled::*which, Find find) const {
+  if (settled_ != nullptr && settled_.get()->*which) return settled_.get()->*which;
+  const Part line = firstLine();
+  const Part found = line ? find(*line) : std::nullopt;
+  if (!found) return std::nullopt;
+  OwnPart& own = settled().*which;
+  own.emplace(*found);
+  return own;
+}
+
 Part ATPPDAttribute::name() const {
   return part(&Settled::name, kName, nameFromAttributeString);
 }
@@ -89,38 +102,35 @@ Part ATPPDAttribute::spec() const {
 }
 
 Part ATPPDAttribute::text() const {
-  return part(&Settled::text, kText, [this](std::string_view line) { return textFromAttributeString(line); });
+  return ownPart(&Settled::text, [this](std::string_view line) { return textFromAttributeString(line); });
 }
 
 Part ATPPDAttribute::value() const {
   const bool isOneLine = isCanonical() || container().size() == 1;
   if (!isOneLine && !settled().value) settled_->value = valueFromAttributeStrings(container());
-  return part(&Settled::value, kValue, valueFromAttributeString);
+  return ownPart(&Settled::value, valueFromAttributeString);
 }
 
 // Before the lines change: what was found in them stays as it was found.
 void ATPPDAttribute::settleFoundParts() const {
   if ((found_ & kName) != 0) settled().name = OwnPart(name());
   if ((found_ & kSpec) != 0) settled().spec = OwnPart(spec());
-  if ((found_ & kText) != 0) settled().text = OwnPart(text());
-  if ((found_ & kValue) != 0) settled().value = OwnPart(value());
   found_ = 0;
 }
 
-void ATPPDAttribute::setPart(OwnPart Settled::*which, Found bit, const Part& part) {
+void ATPPDAttribute::setPart(OwnPart Settled::*which, const Part& part) {
   if (budget_ != nullptr) budget_->needBytes(Text::orNull(part).size());
   OwnPart copy = OwnPart(part);  // before anything else: it may be one of the parts
-  found_ = static_cast<std::uint8_t>(found_ & ~bit);
   settled().*which = std::move(copy);
   updateAttributeString();
 }
 
 void ATPPDAttribute::setText(const Part& text) {
-  if (!isSameString(text, this->text())) setPart(&Settled::text, kText, text);
+  if (!isSameString(text, this->text())) setPart(&Settled::text, text);
 }
 
 void ATPPDAttribute::setValue(const Part& value) {
-  if (!isSameString(value, this->value())) setPart(&Settled::value, kValue, value);
+  if (!isSameString(value, this->value())) setPart(&Settled::value, value);
 }
 
 Part ATPPDAttribute::nameFromAttributeString(std::string_view line) {

@@ -6,7 +6,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "ppd/lines/TokenScanner.h"
 #include "ppd/document/ATPPDObject.h"
@@ -18,7 +17,7 @@
 ///
 /// A part that was found or set stays as it is, whatever the lines become; one that is absent is looked for again at
 /// every request, in the line as it is written then.
-class ATPPDAttribute : public ATPPDObject {
+class ATPPDAttribute : public ATPPDObject, public Listed<ATPPDAttribute> {
  public:
   /// UTF-8, or absent. What the getters return is valid until the attribute changes or goes.
   using Part = std::optional<std::string_view>;
@@ -47,8 +46,8 @@ class ATPPDAttribute : public ATPPDObject {
   /// What follows the first colon, trimmed, double quotes kept; of several lines what reaches to the closing quote.
   Part value() const;
 
-  /// Replace the part and compose the canonical line. Only a part that is set to itself (the very bytes that the
-  /// getter returned) changes nothing: an equal string composes the line.
+  /// Replace the part and compose the canonical line. Only a part that is set to itself (the very bytes that this
+  /// attribute's getter returned, or absent to absent) changes nothing: an equal string composes the line.
   virtual void setText(const Part& text);
   virtual void setValue(const Part& value);
 
@@ -60,8 +59,9 @@ class ATPPDAttribute : public ATPPDObject {
   /// The value of a statement of several lines.
   static std::optional<std::string> valueFromAttributeStrings(const LineList& lines);
 
-  /// From which budget changes are spent; null: from none. A document gives its own to the attributes that it gets.
-  void setBudget(std::shared_ptr<Budget> budget) { budget_ = std::move(budget); }
+  /// From which budget changes are spent (not owned, must live as long as it is set here); null: from none. A document
+  /// gives its own to the attributes that it has.
+  void setBudget(Budget* budget) { budget_ = budget; }
 
   /// Composes the canonical line from the four parts. A text without a spec is left out; an absent name or value
   /// prints as "(null)".
@@ -81,7 +81,7 @@ class ATPPDAttribute : public ATPPDObject {
     OwnPart name, spec, text, value;
     std::optional<StatementString> line;
   };
-  enum Found : std::uint8_t { kName = 1, kSpec = 2, kText = 4, kValue = 8 };
+  enum Found : std::uint8_t { kName = 1, kSpec = 2 };
 
   Settled& settled() const;
   bool isCanonical() const { return settled_ != nullptr && settled_->line; }
@@ -89,10 +89,12 @@ class ATPPDAttribute : public ATPPDObject {
   std::optional<TokenScanner> scannerBehindName(std::string_view line) const;
   template <class Find>
   Part part(OwnPart Settled::*which, Found bit, Find find) const;
+  template <class Find>
+  Part ownPart(OwnPart Settled::*which, Find find) const;
   void settleFoundParts() const;
-  void setPart(OwnPart Settled::*which, Found bit, const Part& part);
+  void setPart(OwnPart Settled::*which, const Part& part);
 
-  std::shared_ptr<Budget> budget_;
-  mutable std::unique_ptr<Settled> settled_;
   mutable std::uint8_t found_ = 0;  // the parts that were found in the line and are not settled: they are read there
+  Budget* budget_ = nullptr;
+  mutable std::unique_ptr<Settled> settled_;
 };

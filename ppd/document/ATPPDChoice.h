@@ -11,7 +11,7 @@
 #include "ppd/document/ATPPDObject.h"
 
 /// One choice of a UI option, `*option name/text: "code"`, with its further lines if it has any (PPD 4.3).
-class ATPPDChoice : public ATPPDObject {
+class ATPPDChoice : public ATPPDObject, public Listed<ATPPDChoice> {
  public:
   /// Language code and localized text, in the order in which the lines are written.
   using Localizations = std::vector<std::pair<std::string_view, std::string_view>>;

@@ -5,9 +5,10 @@
 
 #include "ppd/lines/PPDLineType.h"
 #include "ppd/lines/StatementString.h"
+#include "ppd/lists/ObjectList.h"
 
 /// What every object of the PPD tree does: takes lines one by one, and gives them back.
-class IATPPDObject {
+class IATPPDObject : public Listed<IATPPDObject> {
  public:
   /// Takes a line of an object. It lives at least as long as the object is not changed.
   using TakeString = std::function<void(const StatementString& string)>;

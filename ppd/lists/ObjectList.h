@@ -6,15 +6,26 @@
 #include <iterator>
 #include <memory>
 #include <optional>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "ppd/lists/Budget.h"
 
+template <class Object>
+class ObjectList;
+
+/// What objects have that stand in an `ObjectList<Object>`: their place there.
+template <class Object>
+class Listed {
+ private:
+  friend ObjectList<Object>;
+  mutable std::uint32_t place_ = 0;  // in the list that took the object in last; 0: none has
+};
+
 /// An ordered list of shared objects that is filled by appending and then edited in the middle: inserting before or
 /// after a place, and finding and removing an object by identity, take constant time however long the list is. An
-/// object may stand in the list more than once; from then on, finding any object walks the list.
+/// object may stand in the list more than once, or in several lists; finding it then walks through the list, and in
+/// the former case so does finding any other from then on.
 ///
 /// The objects are nodes of a linked list that live in one vector. An object keeps its `Position` there, counted from 1
 /// in the order of insertion, for as long as the list lives; in a list that is only appended to and removed from,
@@ -81,13 +92,15 @@ class ObjectList {
 
   /// Inserts before the object at `position`.
   Position insertBefore(Position position, std::shared_ptr<Object> object) {
+    Position& place = placeOf(object.get());
+    if (place != 0 && !repeats_) repeats_ = walkTo(object.get()).has_value();
     const Position added = positionsEnd();
+    place = added;
     const Position before = nodes_[position].before;
     nodes_.push_back({std::move(object), before, position});
     nodes_[before].behind = added;
     nodes_[position].before = added;
     ++size_;
-    if (!positions_.empty()) noteForFinding(added);
     return added;
   }
 
@@ -105,17 +118,16 @@ class ObjectList {
 
   /// The position of this very object, the first one in list order, or absent.
   std::optional<Position> positionOf(const Object* object) const {
-    if (positions_.empty()) noteAllForFinding();
-    const auto found = positions_.find(object);
-    if (found == positions_.end()) return std::nullopt;
-    return repeats_ ? walkTo(object) : found->second;
+    const Position place = placeOf(object);
+    if (place == 0) return std::nullopt;
+    const bool stands = place < nodes_.size() && nodes_[place].object.get() == object;
+    return stands && !repeats_ ? place : walkTo(object);
   }
 
   void removeAt(Position position) {
     Node& node = nodes_[position];
     nodes_[node.before].behind = node.behind;
     nodes_[node.behind].before = node.before;
-    if (!repeats_) positions_.erase(node.object.get());
     node.object.reset();
     --size_;
   }
@@ -129,15 +141,8 @@ class ObjectList {
     Position behind;
   };
 
-  // At the first question: a list that is only read through and written back never pays for it.
-  void noteAllForFinding() const {
-    positions_.reserve(size_);
-    for (auto each = begin(); each != end(); ++each) noteForFinding(each.position_);
-  }
-
-  void noteForFinding(Position position) const {
-    if (!positions_.emplace(nodes_[position].object.get(), position).second) repeats_ = true;
-  }
+  // 0 for what has never been in a list of this kind.
+  static Position& placeOf(const Object* object) { return object->Listed<Object>::place_; }
 
   std::optional<Position> walkTo(const Object* object) const {
     for (auto each = begin(); each != end(); ++each) {
@@ -149,6 +154,5 @@ class ObjectList {
   Budget* budget_;  // not owned
   std::vector<Node> nodes_;
   std::size_t size_ = 0;
-  mutable std::unordered_map<const Object*, Position> positions_;  // of a repeated object, of any occurrence
-  mutable bool repeats_ = false;
+  bool repeats_ = false;  // an object may stand here more than once
 };

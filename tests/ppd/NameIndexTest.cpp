@@ -19,7 +19,7 @@ namespace {
 constexpr std::nullopt_t null = std::nullopt;
 
 // Counts how often it is asked.
-struct Thing {
+struct Thing : Listed<Thing> {
   std::optional<std::string> itsName;
   mutable int asked = 0;
 

@@ -15,16 +15,24 @@ using testing::IsEmpty;
 
 namespace {
 
-using List = ObjectList<int>;
-using Pointer = std::shared_ptr<int>;
+struct Thing : Listed<Thing> {
+  explicit Thing(int given) : value(given) {}
+  int value;
+};
+bool operator==(const Thing& thing, int value) {
+  return thing.value == value;
+}
+
+using List = ObjectList<Thing>;
+using Pointer = std::shared_ptr<Thing>;
 
 Pointer object(int value) {
-  return std::make_shared<int>(value);
+  return std::make_shared<Thing>(value);
 }
 
 std::vector<int> valuesOf(const List& list) {
   std::vector<int> values;
-  for (const Pointer& each : list) values.push_back(*each);
+  for (const Pointer& each : list) values.push_back(each->value);
   return values;
 }
 
@@ -274,11 +282,50 @@ TEST(ObjectList, EqualsAPlainVectorUnderRandomEdits) {
   }
 }
 
+TEST(ObjectList, AnObjectMayStandInSeveralLists) {
+  List list;
+  List other;
+  const Pointer one = object(1);
+  const Pointer two = object(2);
+  other.append(object(3));
+  list.append(one);
+  list.append(two);
+  other.append(two);
+  other.append(one);
+  EXPECT_EQ(list.positionOf(one.get()), 1U);
+  EXPECT_EQ(list.positionOf(two.get()), 2U);
+  EXPECT_EQ(other.positionOf(one.get()), 3U);
+  list.removeAt(1);
+  EXPECT_EQ(list.positionOf(one.get()), std::nullopt);
+  EXPECT_EQ(other.positionOf(one.get()), 3U);
+  other.removeAt(3);
+  list.append(one);
+  list.append(one);
+  list.removeAt(*list.positionOf(one.get()));
+  EXPECT_THAT(valuesOf(list), ElementsAre(2, 1));
+  EXPECT_EQ(list.positionOf(one.get()), 4U);
+}
+
+TEST(ObjectList, WithABudgetSpendsAVisitForEachObjectThatIsComeTo) {
+  Budget budget;
+  List list(&budget);
+  for (int value = 1; value <= 3; ++value) list.append(object(value));
+  EXPECT_EQ(budget.left().visits, Budget::kAll.visits);
+  EXPECT_THAT(valuesOf(list), ElementsAre(1, 2, 3));
+  EXPECT_EQ(Budget::kAll.visits - budget.left().visits, 3U);
+  list.at(2);
+  EXPECT_EQ(Budget::kAll.visits - budget.left().visits, 4U);
+  list.found(2);
+  EXPECT_EQ(Budget::kAll.visits - budget.left().visits, 4U);
+  budget.restore({0, 0, 0, 0, 2});
+  EXPECT_THROW(valuesOf(list), BudgetExceeded);
+}
+
 TEST(ObjectList, StaysUsableWhenItsObjectsWereTakenOver) {
-  ObjectList<int> list;
-  list.append(std::make_shared<int>(1));
-  ObjectList<int> other = std::move(list);
-  list.append(std::make_shared<int>(2));  // NOLINT(bugprone-use-after-move): that is what is tested
+  List list;
+  list.append(object(1));
+  List other = std::move(list);
+  list.append(object(2));  // NOLINT(bugprone-use-after-move): that is what is tested
   EXPECT_EQ(other.size(), 1U);
   EXPECT_EQ(*other.back(), 1);
   EXPECT_EQ(*list.back(), 2);
