@@ -36,8 +36,7 @@ void ATPPD::addString(const StatementString& string, PPDLineType type) {
     case PPDLineTypeInvalid:
       break;
   }
-  ATLog("-[ATPPD addString:ofType:]", "ERROR: String {} of type {} is ignored!", string.view(),
-        static_cast<int>(type));
+  ATLog("-[ATPPD addString:ofType:]", "ERROR: String {} of type {} is ignored!", string.view(), static_cast<int>(type));
 }
 
 void ATPPD::addObject(const StatementString& string, PPDLineType type) {

@@ -93,7 +93,7 @@ class ATPPD : public ATPPDCompoundObject {
   std::vector<std::shared_ptr<ATPPDGroup>> groups_;
   bool groupOpened_ = false;
   mutable std::optional<std::vector<std::string>> supportedLocalizations_;
-  mutable StatementIndex index_;  // of attributes_
+  mutable StatementIndex index_;                                                          // of attributes_
   mutable std::map<std::string, std::vector<std::string>, ShorterFirst> localizedNames_;  // by name
   mutable Found<ATPPDGroup> foundGroups_;
   mutable Found<ATPPDOption> foundOptions_;

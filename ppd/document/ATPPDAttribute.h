@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "ppd/lines/TokenScanner.h"
 #include "ppd/document/ATPPDObject.h"
+#include "ppd/lines/TokenScanner.h"
 #include "ppd/lists/Budget.h"
 
 /// One main-keyword statement, `*name spec/text: value` (PPD 4.3). It keeps its lines as they were read and takes its

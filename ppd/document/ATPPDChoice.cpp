@@ -5,9 +5,9 @@
 
 #include "base/ATLog.h"
 #include "base/Text.h"
-#include "ppd/lines/TokenScanner.h"
 #include "ppd/lines/LineComposer.h"
 #include "ppd/lines/PPDExtentions.h"
+#include "ppd/lines/TokenScanner.h"
 
 namespace {
 

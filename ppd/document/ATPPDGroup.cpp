@@ -6,8 +6,8 @@
 #include "base/ATException.h"
 #include "base/ATLog.h"
 #include "base/Text.h"
-#include "ppd/lines/TokenScanner.h"
 #include "ppd/document/ATPPDObject.h"
+#include "ppd/lines/TokenScanner.h"
 
 namespace {
 
@@ -21,8 +21,7 @@ std::string nameFromOpenGroupStatement(std::string_view statement) {
 
 }  // namespace
 
-std::shared_ptr<ATPPDGroup> ATPPDGroup::groupWithString(const StatementString& string,
-                                                        std::shared_ptr<Budget> budget) {
+std::shared_ptr<ATPPDGroup> ATPPDGroup::groupWithString(const StatementString& string, std::shared_ptr<Budget> budget) {
   auto group = std::make_shared<ATPPDGroup>(std::move(budget));
   group->addString(string, PPDLineTypeOpenGroup);
   return group;

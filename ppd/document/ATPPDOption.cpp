@@ -7,8 +7,8 @@
 
 #include "base/ATLog.h"
 #include "base/Text.h"
-#include "ppd/lines/TokenScanner.h"
 #include "ppd/lines/PPDExtentions.h"
+#include "ppd/lines/TokenScanner.h"
 
 namespace {
 

@@ -106,9 +106,8 @@ StatementIndex::Positions StatementIndex::allWithSpecContaining(const List& list
 StatementIndex::Specs& StatementIndex::allSpecs(const List& list, std::string_view name) {
   names_.askAll(list, name);
   Specs& specs = specsOf(name);
-  std::erase_if(specs.open, [&](Position position) {
-    return askSpec(list, specs, position) || list.at(position) == nullptr;
-  });
+  std::erase_if(specs.open,
+                [&](Position position) { return askSpec(list, specs, position) || list.at(position) == nullptr; });
   return specs;
 }
 

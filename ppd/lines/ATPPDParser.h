@@ -15,7 +15,7 @@
 
 /// Reads a PPD line by line, types each line and hands it to the delegate. It remembers only the type of the last
 /// significant line and whether the last statement's quoted value was closed; it builds no objects and does not look
-/// into statements. The first malformed line ends the parse with a numbered error.
+/// into statements. The first malformed line ends the parse with a numbered error. It reads one file at a time.
 class ATPPDParser {
  public:
   ATPPDParser() = default;
@@ -26,7 +26,8 @@ class ATPPDParser {
   bool parsePPDFileAtPath(const std::optional<std::string>& path);
 
   /// The next line as the CUPS reader gives it, at most 254 bytes with its own line end; a longer one comes in
-  /// pieces. Absent at the end of the file and for bytes that are not UTF-8.
+  /// pieces. Absent at the end of the file and for bytes that are not UTF-8. The file is read ahead; a call with
+  /// another file begins with that one, where it stands.
   std::optional<StatementString> newLineFromFile(cups_file_t* file);
 
   /// Types the line and hands it on; false when it was rejected (the error has been reported).

@@ -20,6 +20,10 @@ std::size_t sizeOfPiece(std::string_view bytes) {
 }  // namespace
 
 std::optional<StatementString> PieceReader::next(cups_file_t* file) {
+  if (file != file_) {
+    *this = PieceReader();
+    file_ = file;
+  }
   while (read_ - taken_ <= kLongestPiece && !isAtEnd_) fill(file);
   char* const bytes = block_.get() + taken_;
   const std::size_t size = sizeOfPiece({bytes, read_ - taken_});

@@ -26,12 +26,14 @@ class PieceReader {
   /// Opens the file for reading; null when CUPS cannot.
   static File open(const std::string& path) { return File(cupsFileOpen(path.c_str(), "r")); }
 
-  /// The next piece, or absent at the end. Pieces share blocks of memory. It must be the same file each time.
+  /// The next piece, or absent at the end. Pieces share blocks of memory, and the file is read ahead: a reader reads
+  /// one file at a time, and another one from where that stands.
   std::optional<StatementString> next(cups_file_t* file);
 
  private:
   void fill(cups_file_t* file);
 
+  cups_file_t* file_ = nullptr;  // not owned
   std::shared_ptr<char[]> block_;
   std::size_t taken_ = 0;  // bytes of the block that are in pieces
   std::size_t read_ = 0;   // bytes of the block that are there

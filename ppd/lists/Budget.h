@@ -17,7 +17,8 @@ class BudgetExceeded : public ATException {
 /// updaters cannot forget it, and need not know of it.
 ///
 /// No real queue comes near the bounds: of 2,000 media with 3 profiles in 20 languages, set up once more, each is at
-/// least ten times what is spent (tests/updaters/SpentBudgetTest.cpp). At the bounds, a run takes less than 10 s and 1 GB.
+/// least ten times what is spent (tests/updaters/SpentBudgetTest.cpp). At the bounds, a run takes less than 10 s and 1
+/// GB.
 class Budget {
  public:
   struct Amounts {

@@ -76,7 +76,8 @@ class NameIndex {
   /// Asks again the objects without a name from `begin` to in front of `end`, up to one that has the given name now.
   std::optional<Position> askNamelessAgain(const List& list, std::optional<std::string_view> name, Position begin,
                                            Position end) {
-    for (auto each = std::lower_bound(nameless_.begin(), nameless_.end(), begin); each != nameless_.end() && *each < end;) {
+    for (auto each = std::lower_bound(nameless_.begin(), nameless_.end(), begin);
+         each != nameless_.end() && *each < end;) {
       const Position position = *each;
       const auto& object = list.at(position);
       if (object != nullptr && !object->name()) {

@@ -118,7 +118,7 @@ class ObjectList {
 
   /// The position of this very object, the first one in list order, or absent.
   std::optional<Position> positionOf(const Object* object) const {
-    const Position place = placeOf(object);
+    const Position place = object == nullptr ? 0 : placeOf(object);
     if (place == 0) return std::nullopt;
     const bool stands = place < nodes_.size() && nodes_[place].object.get() == object;
     return stands && !repeats_ ? place : walkTo(object);

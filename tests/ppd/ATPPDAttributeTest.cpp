@@ -516,3 +516,24 @@ TEST(ATPPDAttribute, AnAbsentNameAndValueAreWrittenAsNull) {
   attribute.setText("t");
   EXPECT_THAT(linesOf(attribute), ElementsAre("*(null): (null)\n"));
 }
+
+TEST(ATPPDAttribute, ThePartOfAnotherIsNotItsOwnThoughTheBytesAreShared) {
+  const StatementString line("*A S/T:  1\n");
+  for (const bool asksItself : {false, true}) {
+    const auto one = ATPPDAttribute::attributeWithString(line);
+    const auto other = ATPPDAttribute::attributeWithString(line);
+    if (asksItself) one->value();
+    one->setValue(other->value());
+    EXPECT_THAT(linesOf(*one), ElementsAre("*A S/T: 1\n"));
+    other->setText(other->text());
+    EXPECT_THAT(linesOf(*other), ElementsAre("*A S/T:  1\n"));
+  }
+}
+
+TEST(ATPPDAttribute, AbsentSetToAbsentChangesNothing) {
+  const auto attribute = ATPPDAttribute::attributeWithString("*A  S\n");
+  attribute->setValue(std::nullopt);
+  attribute->setText(std::nullopt);
+  EXPECT_THAT(linesOf(*attribute), ElementsAre("*A  S\n"));
+  EXPECT_FALSE(attribute->attributeString());
+}

@@ -619,3 +619,15 @@ TEST(ATPPDOption, AChoiceMayBeRemovedByTheReferenceThatItsListGives) {
   EXPECT_TRUE(option->choices().empty());
   EXPECT_EQ(option->PPDObjects().size(), 1U);
 }
+
+TEST(ATPPDOption, AChoiceWithoutLinesThatGetsACodeLaterIsFoundByIt) {
+  const auto option = mediaType();
+  const auto later = std::make_shared<ATPPDChoice>();
+  const ChoicePtr behind = choice("Behind", "471");
+  option->addChoice(later);
+  option->addChoice(behind);
+  EXPECT_EQ(option->choiceWithCodeContaining("471"), behind);
+  later->addString("*MediaType Later/Later: \"4711\"\n", PPDLineTypeChoice);
+  EXPECT_EQ(option->choiceWithCodeContaining("471"), later);
+  EXPECT_EQ(option->choiceForName("Later"), later);
+}

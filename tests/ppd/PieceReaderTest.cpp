@@ -179,3 +179,15 @@ TEST(PieceReader, TheFirstEndIsTheEnd) {
   EXPECT_EQ(pieceBehind("b\n"), "none");
   unlink(path.c_str());
 }
+
+TEST(PieceReader, AnotherFileIsReadFromWhereItStands) {
+  const TemporaryFile one("a\nb\nc\n");
+  const TemporaryFile other("x\ny\n");
+  const auto file = PieceReader::open(one.path());
+  const auto otherFile = PieceReader::open(other.path());
+  PieceReader reader;
+  EXPECT_EQ(reader.next(file.get())->view(), "a\n");
+  EXPECT_EQ(reader.next(otherFile.get())->view(), "x\n");
+  EXPECT_EQ(reader.next(otherFile.get())->view(), "y\n");
+  EXPECT_FALSE(reader.next(otherFile.get()));
+}

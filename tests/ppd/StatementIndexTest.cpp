@@ -450,6 +450,33 @@ class RandomStatements {
 
 }  // namespace
 
+TEST_F(StatementIndexTest, WhatIsInFrontOfAMatchIsNotAskedForWhatIsBehindIt) {
+  add("*X: 1\n");
+  const AttributePtr b = add("junk: 1\n");
+  EXPECT_THAT(all("none"), IsEmpty());
+  b->setAttributeString("*Bar: 2\n");
+  EXPECT_EQ(first("X"), 1U);
+  b->setAttributeString("*Q: 3\n");
+  EXPECT_EQ(first("Q"), 2U);
+  EXPECT_EQ(first("Bar"), null);
+}
+
+TEST_F(StatementIndexTest, AMatchAmongStatementsWithoutANameOrASpecIsTheFirstInListOrder) {
+  const AttributePtr nameless = add("junk: 1\n");
+  const AttributePtr specless = add("*A: 2\n");
+  const AttributePtr otherNameless = add("junk: 3\n");
+  EXPECT_EQ(first("A", "S"), null);
+  EXPECT_EQ(first("A", "S"), null);
+  otherNameless->setAttributeString("*A S: 3\n");
+  EXPECT_EQ(first("A", "S"), 3U);
+  specless->setAttributeString("*A S: 2\n");
+  EXPECT_EQ(first("A", "S"), 2U);
+  EXPECT_EQ(first("A", "S"), 2U);
+  nameless->setAttributeString("*A S: 1\n");
+  EXPECT_EQ(first("A", "S"), 1U);
+  EXPECT_THAT(all("A", "S"), ElementsAre(1, 2, 3));
+}
+
 TEST(StatementIndex, EqualsAWalkUnderRandomEdits) {
   for (unsigned seed = 1; seed <= 200; ++seed) {
     RandomStatements statements(seed);

@@ -84,7 +84,8 @@ Budget::Amounts spentBy(const std::string& document, const std::function<void(AT
   operation(*ppd);
   const Budget::Amounts& left = ppd->budget().left();
   return {Budget::kAll.objects - left.objects, Budget::kAll.options - left.options,
-          Budget::kAll.statements - left.statements, Budget::kAll.bytes - left.bytes, Budget::kAll.visits - left.visits};
+          Budget::kAll.statements - left.statements, Budget::kAll.bytes - left.bytes,
+          Budget::kAll.visits - left.visits};
 }
 
 }  // namespace
@@ -110,9 +111,8 @@ TEST(SpentBudget, ALanguageCountsAsAnOption) {
 }
 
 TEST(SpentBudget, AnAddedStatementIsSpentWithItsBytes) {
-  const auto spent = spentBy("*A: 1\n", [](ATPPD& ppd) {
-    ppd.addPPDAttribute(ATPPDAttribute::attributeWithString("*B: 2345\n"));
-  });
+  const auto spent =
+      spentBy("*A: 1\n", [](ATPPD& ppd) { ppd.addPPDAttribute(ATPPDAttribute::attributeWithString("*B: 2345\n")); });
   EXPECT_EQ(spent.objects, 1U);
   EXPECT_EQ(spent.statements, 1U);
   EXPECT_EQ(spent.bytes, 9U);
