@@ -9,6 +9,7 @@
 #include "ppd/lines/ATPPDParser.h"
 #include "readers/ATDeviceDataReader.h"
 #include "readers/ATPPDDataReader.h"
+#include "readers/DeviceModelLibrary.h"
 #include "updaters/PPDKeywords.h"
 
 namespace {
@@ -82,7 +83,7 @@ ATAutoSetupTool::ATAutoSetupTool(std::optional<std::string> printerURI, std::str
 
 bool ATAutoSetupTool::run(ATOutput& output) {
   if (!parse()) return false;
-  observer_->didParse(PPD_);
+  tell([this](RunObserver& observer) { observer.didParse(PPD_); });
   return update() && write(output);
 }
 
@@ -98,6 +99,7 @@ bool ATAutoSetupTool::parse() {
 bool ATAutoSetupTool::update() {
   const auto updaters = ATPPDUpdatersFactory::defaultFactory().updatersForPPD(PPD_, observer_->ofUpdates());
   if (updaters.empty()) return true;
+  DeviceModelLibrary::defaultLibrary().beginRun();
   const auto reader = dataReader();
   const bool updated = std::all_of(updaters.begin(), updaters.end(),
                                    [&](const auto& updater) { return updateWith(*updater, reader.get()); });
@@ -106,10 +108,19 @@ bool ATAutoSetupTool::update() {
 }
 
 bool ATAutoSetupTool::updateWith(const IATPPDUpdater& updater, const IATDataReader* reader) {
-  observer_->willUpdate(PPD_);
+  tell([this](RunObserver& observer) { observer.willUpdate(PPD_); });
   const bool updated = updater.updatePPD(&PPD_, reader);
-  observer_->didUpdate(PPD_, updated);
+  const UpdateResult result = updated ? UpdateResult::succeeded : UpdateResult::failed;
+  tell([&](RunObserver& observer) { observer.didUpdate(PPD_, result); });
   return updated;
+}
+
+// What an observer asks of the document is no work of the run.
+void ATAutoSetupTool::tell(const std::function<void(RunObserver&)>& what) {
+  const Budget::Amounts left = PPD_.budget().left();
+  PPD_.budget().restore(Budget::kUnlimited);
+  what(*observer_);
+  PPD_.budget().restore(left);
 }
 
 std::unique_ptr<IATDataReader> ATAutoSetupTool::dataReader() const {

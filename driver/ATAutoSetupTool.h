@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -46,6 +47,7 @@ class ATAutoSetupTool : public IATPPDParserDelegate {
   ATAutoSetupTool(std::optional<std::string> printerURI, std::string PPDPath, std::optional<std::string> printerID);
   bool parse();
   bool update();
+  void tell(const std::function<void(RunObserver&)>& what);
   bool updateWith(const IATPPDUpdater& updater, const IATDataReader* reader);
   bool write(ATOutput& output) const;
   std::unique_ptr<IATDataReader> dataReader() const;

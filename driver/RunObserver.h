@@ -4,6 +4,8 @@
 #include "ppd/document/ATPPD.h"
 #include "updaters/UpdateObserver.h"
 
+enum class UpdateResult { failed, succeeded };
+
 /// Is told how far a run has come. Nothing that it is given outlives the call. Every operation does nothing unless it
 /// is overridden; the tool has no observer.
 class RunObserver {
@@ -23,5 +25,5 @@ class RunObserver {
   virtual void didParse(const ATPPD& /*ppd*/) {}
   /// Around one updater's work on the document; an exception leaves out the second.
   virtual void willUpdate(const ATPPD& /*ppd*/) {}
-  virtual void didUpdate(const ATPPD& /*ppd*/, bool /*succeeded*/) {}
+  virtual void didUpdate(const ATPPD& /*ppd*/, UpdateResult /*result*/) {}
 };

@@ -74,6 +74,7 @@ void runTool(ATAutoSetupTool& tool, RunRecorder& recorder, const InputLines& inp
       report.failure = whyNothingIsWritten(report);
     }
   } catch (const std::exception& error) {
+    tool.PPD().budget().restore(Budget::kUnlimited);
     recorder.didThrow(error, tool.PPD());
   }
 }
@@ -86,6 +87,7 @@ void explainRun(ATAutoSetupTool& tool, ExplainedRun& run) {
   runTool(tool, recorder, input, run);
   run.input = input.text();
   Consequences::find(run.report, input.bytes(), run.result);
+  tool.PPD().budget().restore(Budget::kUnlimited);  // what follows only looks
   Judges::judge({run.report, input, tool.PPD(), run.result}, warnings);
   warnings.sort();
 }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "readers/DeviceValue.h"
+#include "readers/ValueBudget.h"
 
 /// The maker's device-model library `QZVorantisModel` as the readers and updaters use it: the operations that they
 /// need, under the library's own names. Each back end (a shared object with a C interface; the Objective-C framework
@@ -47,6 +48,10 @@ class DeviceModelLibrary {
   /// Puts another library (not owned) in its place, or with null the process's own back; for tests.
   static void setDefaultLibrary(DeviceModelLibrary* library);
 
+  /// Begins a run: what the library may give it is counted from here. Process-wide as the library is, so that no run
+  /// pays for another.
+  virtual void beginRun() { valueBudget_ = ValueBudget(); }
+
   /// Whether the class `AVMDataStoreFactory` is there, which tells whether the library is loaded.
   virtual bool isAvailable() = 0;
   /// Whether the class `AVMServiceInfo` is there and offers `serviceInfoWithSpec:`; older libraries do not.
@@ -72,4 +77,11 @@ class DeviceModelLibrary {
 
   /// `deviceFamilyName` of the status interface (`AVMDeviceStatus`) that a new status factory gives for the device.
   virtual DeviceValue deviceFamilyName(const ServiceInfo* info) = 0;
+
+ protected:
+  /// What back ends spend for the values that they give.
+  ValueBudget& valueBudget() { return valueBudget_; }
+
+ private:
+  ValueBudget valueBudget_;
 };

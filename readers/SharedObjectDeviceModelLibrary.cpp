@@ -92,13 +92,14 @@ const QZVMInterface* loadInterface(const char* fileName) {
 // Makes values of the tool's own from the library's.
 class Reader {
  public:
-  explicit Reader(const QZVMInterface& library) : library_(library) {}
+  Reader(const QZVMInterface& library, ValueBudget& budget) : library_(library), budget_(budget) {}
 
   DeviceValue read(const QZVMValue* value, int nesting = 0) const {
     if (value == nullptr) throw ATException::libraryFailure("the device-model library gave a null value");
+    budget_.spendValue();
     switch (library_.kind(value)) {
       case QZVM_STRING:
-        return stringOf(library_.stringValue(value));
+        return text(library_.stringValue(value));
       case QZVM_INTEGER:
         return library_.integerValue(value);
       case QZVM_UNSIGNED:
@@ -121,6 +122,11 @@ class Reader {
       throw ATException::libraryFailure("the device-model library's value is nested too deeply");
   }
 
+  std::string text(QZVMText given) const {
+    budget_.spend(given.size);
+    return stringOf(given);
+  }
+
   DeviceValue readList(const QZVMValue* value, int nesting) const {
     checkNesting(nesting);
     auto list = std::make_shared<DeviceValue::List>();
@@ -136,12 +142,14 @@ class Reader {
     auto map = std::make_shared<DeviceMap>();
     const std::size_t count = library_.count(value);
     for (std::size_t index = 0; index < count; ++index) {
-      map->add(stringOf(library_.keyAt(value, index)), read(library_.valueAt(value, index), nesting + 1));
+      budget_.spendValue();
+      map->add(text(library_.keyAt(value, index)), read(library_.valueAt(value, index), nesting + 1));
     }
     return map;
   }
 
   const QZVMInterface& library_;
+  ValueBudget& budget_;
 };
 
 }  // namespace
@@ -214,5 +222,5 @@ DeviceValue SharedObjectDeviceModelLibrary::deviceFamilyName(const ServiceInfo* 
 
 DeviceValue SharedObjectDeviceModelLibrary::takeValue(QZVMValue* value) {
   const std::unique_ptr<QZVMValue, void (*)(QZVMValue*)> owner(value, interface_->releaseValue);
-  return Reader(*interface_).read(value);
+  return Reader(*interface_, valueBudget()).read(value);
 }

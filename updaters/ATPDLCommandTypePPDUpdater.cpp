@@ -141,12 +141,12 @@ std::string ATPDLCommandTypePPDUpdater::getDeviceFamilyName(const std::string& p
   DeviceModelLibrary& library = DeviceModelLibrary::defaultLibrary();
   if (!library.isAvailable()) {
     ATLog(kSignature, "QZVorantisModel framework is not loaded");
-    observer_.didReadFamily("", false);
+    observer_.didReadFamily(std::nullopt);
     return {};
   }
   std::string family = familyInIdentification(identificationString(library, printerURI));
   ATLog(kSignature, "pinwax ==> ATAutoSetupTool == getDeviceFamilyName == Family name extracted {}", family);
-  observer_.didReadFamily(family, true);
+  observer_.didReadFamily(family);
   return family;
 }
 

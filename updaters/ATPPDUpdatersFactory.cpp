@@ -58,7 +58,7 @@ ATPPDUpdatersFactory::Updaters ATPPDUpdatersFactory::updatersForPPD(const ATPPD&
     const auto* kind =
         std::find_if(std::begin(kKinds), std::end(kKinds), [name](const Kind& each) { return each.name == name; });
     const bool isKnown = kind != std::end(kKinds);
-    observer.didNameUpdater(name, isKnown);
+    observer.didNameUpdater(name, isKnown ? UpdaterKind::known : UpdaterKind::unknown);
     if (isKnown) updaters.push_back(kind->make(observer));
   }
   return updaters;

@@ -32,6 +32,9 @@ enum class ProfileProblem {
   noStatement,       ///< it was to be set, and the PPD has no statement of its spec
 };
 
+/// What a name in the PPD's list of updaters stands for.
+enum class UpdaterKind { unknown, known };
+
 /// A profile entry as an updater worked it out; what it had not come to is absent.
 struct ObservedProfile {
   const std::optional<std::string>& url;
@@ -54,12 +57,12 @@ class UpdateObserver {
   }
 
   /// A component of the PPD's list of updaters; it may be empty.
-  virtual void didNameUpdater(std::string_view /*name*/, bool /*isKnown*/) {}
+  virtual void didNameUpdater(std::string_view /*name*/, UpdaterKind /*kind*/) {}
 
   /// The media list dictionary, before anybody changed it in place.
   virtual void didReadMedia(const DeviceValue& /*mediaList*/) {}
-  /// The family code, possibly empty, and whether there was a library to ask.
-  virtual void didReadFamily(const std::string& /*familyCode*/, bool /*libraryAvailable*/) {}
+  /// The family code, or absent when there is no library to ask; it may be empty.
+  virtual void didReadFamily(const std::optional<std::string>& /*familyCode*/) {}
 
   /// Cleaning up: a medium of an earlier setup goes; with it, a profile statement whose spec contains its name; a
   /// profile statement is set to the factory's, which may be what it was, or is made from it.

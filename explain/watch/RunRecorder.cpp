@@ -31,13 +31,13 @@ void RunRecorder::didParse(const ATPPD& ppd) {
   }
 }
 
-void RunRecorder::didNameUpdater(std::string_view name, bool isKnown) {
+void RunRecorder::didNameUpdater(std::string_view name, UpdaterKind kind) {
   if (name.empty()) return;
   Report::Updater updater;
   updater.name = name;
-  updater.known = isKnown;
+  updater.known = kind == UpdaterKind::known;
   report_.updaters.push_back(std::move(updater));
-  if (!isKnown) warn(WarningCode::unknownUpdater, {{"updater", name}});
+  if (kind == UpdaterKind::unknown) warn(WarningCode::unknownUpdater, {{"updater", name}});
 }
 
 void RunRecorder::willUpdate(const ATPPD& ppd) {
@@ -46,8 +46,9 @@ void RunRecorder::willUpdate(const ATPPD& ppd) {
   before_.emplace(ppd);
 }
 
-void RunRecorder::didUpdate(const ATPPD& ppd, bool succeeded) {
-  endUpdate(ppd, succeeded ? Report::UpdaterOutcome::succeeded : Report::UpdaterOutcome::failed);
+void RunRecorder::didUpdate(const ATPPD& ppd, UpdateResult result) {
+  endUpdate(ppd,
+            result == UpdateResult::succeeded ? Report::UpdaterOutcome::succeeded : Report::UpdaterOutcome::failed);
 }
 
 void RunRecorder::didThrow(const std::exception& error, const ATPPD& ppd) {
@@ -115,10 +116,10 @@ void RunRecorder::warnOfMissingKey(const DeviceValue& record, const Report::Medi
   }
 }
 
-void RunRecorder::didReadFamily(const std::string& familyCode, bool libraryAvailable) {
+void RunRecorder::didReadFamily(const std::optional<std::string>& familyCode) {
   if (!report_.device) report_.device = Report::DeviceAnswer();
-  report_.device->libraryAvailable = libraryAvailable;
-  report_.device->familyCode = familyCode;
+  report_.device->libraryAvailable = familyCode.has_value();
+  report_.device->familyCode = familyCode.value_or("");
 }
 
 // The last name of a group statement that this run wrote comes with what stands behind it, and removes nothing.

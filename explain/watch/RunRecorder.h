@@ -27,11 +27,11 @@ class RunRecorder : public RunObserver, public UpdateObserver {
   UpdateObserver& ofUpdates() override { return *this; }
   void didParse(const ATPPD& ppd) override;
   void willUpdate(const ATPPD& ppd) override;
-  void didUpdate(const ATPPD& ppd, bool succeeded) override;
+  void didUpdate(const ATPPD& ppd, UpdateResult result) override;
 
-  void didNameUpdater(std::string_view name, bool isKnown) override;
+  void didNameUpdater(std::string_view name, UpdaterKind kind) override;
   void didReadMedia(const DeviceValue& mediaList) override;
-  void didReadFamily(const std::string& familyCode, bool libraryAvailable) override;
+  void didReadFamily(const std::optional<std::string>& familyCode) override;
   void willRemoveMedium(std::string_view choiceName) override;
   void willRemoveProfile(const ATPPDAttribute& profile, std::string_view forChoiceName) override;
   void willRestoreProfile(const ATPPDAttribute& profile) override;

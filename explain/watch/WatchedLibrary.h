@@ -28,6 +28,7 @@ class WatchedLibrary : public DeviceModelLibrary {
   /// The media of the last custom media that were read, in their order.
   const std::vector<StoredMedium>& storedMedia() const { return storedMedia_; }
 
+  void beginRun() override { library_.beginRun(); }
   bool isAvailable() override { return library_.isAvailable(); }
   bool offersServiceInfoWithSpec() override { return library_.offersServiceInfoWithSpec(); }
   std::unique_ptr<ServiceInfo> serviceInfoWithSpec(const ServiceInfoSpec& spec) override;

@@ -179,7 +179,7 @@ std::unique_ptr<DeviceModelLibrary::Item> FrameworkDeviceModelLibrary::itemForKe
 
 DeviceValue FrameworkDeviceModelLibrary::representedObject(const Item* item) {
   if (item == nullptr) return {};
-  return guarded([&] { return PropertyList::deviceValueOf([RetainedItem::object(item) representedObject]); });
+  return guarded([&] { return PropertyList::deviceValueOf([RetainedItem::object(item) representedObject], valueBudget()); });
 }
 
 DeviceValue FrameworkDeviceModelLibrary::deviceFamilyName(const ServiceInfo* info) {
@@ -190,6 +190,6 @@ DeviceValue FrameworkDeviceModelLibrary::deviceFamilyName(const ServiceInfo* inf
     // An operation whose name begins with "new" gives an object that the caller owns.
     const id factory = [[NSClassFromString(@"AVMCoreFactory") newStatusFactory] autorelease];
     const id device = [factory interfaceForProtocol:status serviceInfo:RetainedServiceInfo::object(info)];
-    return PropertyList::deviceValueOf([device deviceFamilyName]);
+    return PropertyList::deviceValueOf([device deviceFamilyName], valueBudget());
   });
 }

@@ -3,27 +3,21 @@
 
 #import <Foundation/Foundation.h>
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
 #include "readers/DeviceValue.h"
+#include "readers/ValueBudget.h"
 
 /// Device values as Foundation's property lists, and back: NSString, NSNumber, NSArray and NSDictionary with string
 /// keys. For Objective-C++ only.
 namespace PropertyList {
 
-/// How large a property list may be: kSizeOfValue for each value and each key, and the bytes of its texts. Only a
-/// library gone wrong has more: an enumerator without an end, or lists that hold one another so often that they cannot
-/// be written out.
-inline constexpr std::size_t kLargestSize = std::size_t{64} << 20;
-inline constexpr std::size_t kSizeOfValue = 16;
-
 /// Values of our own, with nothing shared between places; nil is absent. A map's entries come in the order in which
 /// its enumerator visits them. An object of another kind, also as a key, becomes a value of another kind, and so does a
-/// text that is not Unicode. Throws ATException for a list that goes too deep or is too large, such as one that holds
-/// itself.
-DeviceValue deviceValueOf(id object);
+/// text that is not Unicode. Throws ATException for a list that goes too deep, or takes more than there is in the budget,
+/// such as one that holds itself.
+DeviceValue deviceValueOf(id object, ValueBudget& budget);
 
 /// An autoreleased property list; nil for an absent value. Members of a list or map that are absent are left out.
 id objectOf(const DeviceValue& value);

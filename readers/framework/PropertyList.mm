@@ -72,11 +72,12 @@ DeviceValue numberOf(NSNumber* number) {
   return static_cast<std::int64_t>([number longLongValue]);
 }
 
-// Reads one property list, adding up its size.
 class Reader {
  public:
+  explicit Reader(ValueBudget& budget) : budget_(budget) {}
+
   DeviceValue read(id object, int nesting) {
-    spend(PropertyList::kSizeOfValue);
+    budget_.spendValue();
     if (auto text = readText(object)) return std::move(*text);
     if ([object isKindOfClass:[NSNumber class]]) return numberOf(object);
     if ([object isKindOfClass:[NSArray class]]) return readList(object, nesting);
@@ -85,11 +86,6 @@ class Reader {
   }
 
  private:
-  void spend(std::size_t size) {
-    if (size > left_) throw unusable("more than can be right");
-    left_ -= size;
-  }
-
   static void checkNesting(int nesting) {
     if (nesting >= DeviceModelLibrary::kDeepestNesting) throw unusable("values that are nested too deeply");
   }
@@ -98,13 +94,13 @@ class Reader {
   std::optional<std::string> readText(id object) {
     if (![object isKindOfClass:[NSString class]]) return std::nullopt;
     auto text = unicodeOf(object);
-    if (text) spend(text->size());
+    if (text) budget_.spend(text->size());
     return text;
   }
 
   std::string readDescription(id object) {
     std::string description = descriptionOf(object);
-    spend(description.size());
+    budget_.spend(description.size());
     return description;
   }
 
@@ -121,7 +117,7 @@ class Reader {
     auto map = std::make_shared<DeviceMap>();
     NSEnumerator* keys = [dictionary keyEnumerator];
     while (id key = [keys nextObject]) {
-      spend(PropertyList::kSizeOfValue);
+      budget_.spendValue();
       const id member = [dictionary objectForKey:key];
       if (member == nil) continue;
       if (auto name = readText(key)) {
@@ -133,7 +129,7 @@ class Reader {
     return map;
   }
 
-  std::size_t left_ = PropertyList::kLargestSize;
+  ValueBudget& budget_;
 };
 
 id arrayOf(const DeviceValue::List& list) {
@@ -155,8 +151,8 @@ id dictionaryOf(const DeviceMap& map) {
 
 }  // namespace
 
-DeviceValue PropertyList::deviceValueOf(id object) {
-  return object == nil ? DeviceValue() : Reader().read(object, 0);
+DeviceValue PropertyList::deviceValueOf(id object, ValueBudget& budget) {
+  return object == nil ? DeviceValue() : Reader(budget).read(object, 0);
 }
 
 id PropertyList::objectOf(const DeviceValue& value) {

@@ -40,15 +40,15 @@ class RecordingRunObserver : public RunObserver, public UpdateObserver {
   UpdateObserver& ofUpdates() override { return *this; }
   void didParse(const ATPPD& ppd) override { add("parsed", ppd); }
   void willUpdate(const ATPPD& ppd) override { add("updating", ppd); }
-  void didUpdate(const ATPPD& ppd, bool succeeded) override { add(succeeded ? "updated" : "failed", ppd); }
+  void didUpdate(const ATPPD& ppd, UpdateResult result) override {
+    add(result == UpdateResult::succeeded ? "updated" : "failed", ppd);
+  }
 
-  void didNameUpdater(std::string_view name, bool isKnown) override {
-    events.push_back((isKnown ? "known " : "unknown ") + std::string(name));
+  void didNameUpdater(std::string_view name, UpdaterKind kind) override {
+    events.push_back((kind == UpdaterKind::known ? "known " : "unknown ") + std::string(name));
   }
   void didReadMedia(const DeviceValue& /*mediaList*/) override { events.emplace_back("media"); }
-  void didReadFamily(const std::string& /*familyCode*/, bool /*libraryAvailable*/) override {
-    events.emplace_back("family");
-  }
+  void didReadFamily(const std::optional<std::string>& /*familyCode*/) override { events.emplace_back("family"); }
 
  private:
   void add(const char* event, const ATPPD& ppd) {

@@ -5,7 +5,8 @@
 
 DeviceValue throughFoundation(const DeviceValue& value) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  DeviceValue result = PropertyList::deviceValueOf(PropertyList::objectOf(value));
+  ValueBudget budget;
+  DeviceValue result = PropertyList::deviceValueOf(PropertyList::objectOf(value), budget);
   [pool drain];
   return result;
 }

@@ -19,14 +19,14 @@ class RecordingObserver : public UpdateObserver {
   std::vector<std::string> events;
   bool recordsSearches = false;
 
-  void didNameUpdater(std::string_view name, bool isKnown) override {
-    events.push_back(fmt::format("named '{}' {}", name, isKnown ? "known" : "unknown"));
+  void didNameUpdater(std::string_view name, UpdaterKind kind) override {
+    events.push_back(fmt::format("named '{}' {}", name, kind == UpdaterKind::known ? "known" : "unknown"));
   }
   void didReadMedia(const DeviceValue& mediaList) override {
     events.push_back("media " + mediaList.valueForKey("MediaList").description());
   }
-  void didReadFamily(const std::string& familyCode, bool libraryAvailable) override {
-    events.push_back(fmt::format("family '{}' {}", familyCode, libraryAvailable ? "of the library" : "of no library"));
+  void didReadFamily(const std::optional<std::string>& familyCode) override {
+    events.push_back(fmt::format("family '{}' {}", familyCode.value_or(""), familyCode ? "of the library" : "of no library"));
   }
   void willRemoveMedium(std::string_view choiceName) override {
     events.push_back(fmt::format("removing {} {}", choiceName, thereOrNot(hasChoice(choiceName))));
