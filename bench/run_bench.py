@@ -8,8 +8,9 @@
   setup   on a PPD of 200 KB, for a device of real size (50 media, 10 languages) and a large one (200 media, 20
           languages), with 3 profiles for each medium, the tool's instructions over those that ppdOpenFile spends on
           reading the result once, for a first setup and for one on its result; and the memory above the floor program's
-  growth  the exponent with which instructions grow in lines, media, profiles and in what an earlier setup left, from
-          runs of four sizes each (1 is proportional); a quadratic share of a tenth at the largest size shows as 1.04
+  growth  the exponent with which instructions grow in lines, media, profiles, languages, groups, options, choices,
+          statements and in what an earlier setup left, from runs of three sizes each (1 is proportional); a quadratic
+          share of a tenth at the largest size shows as 1.04
 
 Times are the smallest of many runs that take turns with those they are compared with. Instructions are counted with
 valgrind's callgrind and are the same in each run. The benchmark measures and never fails.
@@ -27,7 +28,7 @@ URI = "socket://192.0.2.10:9100"
 LANGUAGES = "en de fr it es pt nl da sv fi no pl cs hu ru tr ja ko zh_CN zh_TW"
 FACTORY = """*PPD-Adobe: "4.3"
 *ModelName: "Z9"
-*cupsLanguages: "{languages}"
+*cupsLanguages: "{languages}
 *QZPPDUpdaters: "{updater}"
 *cupsICCQualifier1: "QZGlossEnhancerSimplified"
 *cupsICCQualifier3: "OutputMode"
@@ -36,12 +37,21 @@ FACTORY = """*PPD-Adobe: "4.3"
 *OpenUI *MediaType/Media Type: PickOne
 *DefaultMediaType: Plain
 *MediaType Plain/Plain: "(factory-1001)"
-*CloseUI: *MediaType
+{choices}*CloseUI: *MediaType
 *OpenUI *QZGlossEnhancerSimplified/Gloss: Boolean
 *DefaultQZGlossEnhancerSimplified: False
 *CloseUI: *QZGlossEnhancerSimplified
 *CloseGroup: QZImagingOptions
 """
+
+
+UPDATERS = {
+    "PostScript": "ATMediaTypePSPPDUpdater",
+    "PCL3": "ATMediaTypePCL3PPDUpdater",
+    "third qualifier": "ATMediaTypePCL3Qualifier3PPDUpdater",
+    "first qualifier": "ATMediaTypePCL3Qualifier1PPDUpdater",
+    "glossy": "ATGlossyProfilePCL3PPDUpdater",
+}
 
 
 class Bench:
@@ -102,17 +112,24 @@ class Bench:
         return int(re.search(r"^summary: (\d+)", counts.read_text(), re.MULTILINE).group(1))
 
     def setups(self, media, languages):
-        ppd, snapshot = self.setup("ATMediaTypePCL3PPDUpdater", media, 3, plain=200_000, languages=languages)
-        again, _ = self.setup("ATMediaTypePCL3PPDUpdater", media, 3, plain=200_000, languages=languages, twice=True)
-        size = again.stat().st_size
-        once = self.instructions([self.options.ppdopenfile, again])
+        print(f"setups of {media} media with 3 profiles (none for PostScript) and {languages} languages:")
+        for name, updater in UPDATERS.items():
+            profiles = 0 if name == "PostScript" else 3
+            ppd, snapshot = self.setup(updater, media, profiles, plain=200_000, languages=languages)
+            once = [self.figures(ppd, snapshot)]
+            again, _ = self.setup(updater, media, profiles, plain=200_000, languages=languages, twice=True)
+            libcups = self.instructions([self.options.ppdopenfile, again])
+            size = again.stat().st_size
+            once.append(self.figures(again, snapshot))
+            (first, memory), (second, memory_again) = once
+            print(f"  {name:16} result {size} bytes   instructions / ppdOpenFile of the result {first / libcups:.2f}, again "
+                  f"{second / libcups:.2f}   memory above the floor / result {memory / size:.1f}, again {memory_again / size:.1f}",
+                  flush=True)
+
+    def figures(self, ppd, snapshot):
+        """Instructions of a run, and its memory above the floor program's."""
         floor = self.measure(20, [self.options.floor, ppd])[0][3]
-        print(f"a setup of {media} media with 3 profiles and {languages} languages, result of {size} bytes:")
-        for name, given in (("first", ppd), ("on its result", again)):
-            counted = self.instructions(self.tool(given), snapshot)
-            memory = self.measure(20, self.tool(given), snapshot=snapshot)[0][3] - floor
-            print(f"  {name:14} instructions / ppdOpenFile of the result {counted / once:.3f}   "
-                  f"memory above the floor program / result {memory / size:.2f}")
+        return self.instructions(self.tool(ppd), snapshot), self.measure(20, self.tool(ppd), snapshot=snapshot)[0][3] - floor
 
     def growth(self, name, sizes, make):
         """Prints the instructions for the sizes, and the exponent fitted to those above start-up."""
@@ -124,10 +141,13 @@ class Bench:
         counts = ", ".join(f"{size}: {count / 1e6:.0f}" for size, count in points)
         print(f"  {name:44} exponent {fitted_exponent(points):.2f}   millions {counts}", flush=True)
 
-    def setup(self, updater, media, profiles=0, twice=False, statements="", plain=0, languages=20):
+    def setup(self, updater, media, profiles=0, twice=False, statements="", plain=0, languages=20, choices=0):
         """A PPD and a snapshot with so many media; twice: the PPD is the result of an earlier setup; plain: how many
         bytes of other statements the PPD has."""
-        factory = FACTORY.format(languages=" ".join(LANGUAGES.split()[:languages]), updater=updater, statements=statements)
+        listed = LANGUAGES.split()[:languages] + [f"l{number}" for number in range(20, languages)]
+        lines = "\n".join(" ".join(listed[start:start + 20]) for start in range(0, len(listed), 20))
+        more = "".join(f'*MediaType M{number}/M: "(factory-M{number})"\n' for number in range(choices))
+        factory = FACTORY.format(languages=lines + ('"\n*End' if len(listed) > 20 else '"'), updater=updater, statements=statements, choices=more)
         factory += plain_ppd(plain).split("\n", maxsplit=4)[4] if plain else ""
         ppd = self.write("setup.ppd", factory)
         snapshot = self.write("setup.json", json.dumps(snapshot_of(media, profiles)))
@@ -176,6 +196,15 @@ def fitted_exponent(points):
     return sum((x - mean_x) * (y - mean_y) for x, y in zip(xs, ys)) / sum((x - mean_x) ** 2 for x in xs)
 
 
+def groups(count):
+    return "".join(f"*OpenGroup: G{i}/G\n*CloseGroup: G{i}/G\n" for i in range(count))
+
+
+def options_of_a_group(count):
+    options = "".join(f"*OpenUI *O{i}/O: PickOne\n*DefaultO{i}: A\n*O{i} A/A: \"\"\n*CloseUI: *O{i}\n" for i in range(count))
+    return f"*OpenGroup: G/G\n{options}*CloseGroup: G/G\n"
+
+
 def factory_statements(count):
     return "".join(f'*cupsICCProfile False.M{i}.Best/P {i}: "/p/{i}.icc"\n*QZcupsICCProfile False.M{i}.Best/P {i}: "P {i};;/p/{i}.icc"\n'
                    for i in range(count))
@@ -193,20 +222,22 @@ def main():
         bench.setups(50, 10)
         bench.setups(200, 20)
         print("growth (the tool's instructions above start-up):")
-        bench.growth("lines, no updaters", (5_000, 10_000, 20_000, 40_000),
+        bench.growth("lines, no updaters", (10_000, 20_000, 40_000),
                      lambda n: (bench.write("lines.ppd", plain_ppd(n * 43)), None))
-        media = (250, 500, 1000, 2000)
-        postscript, pcl3 = "ATMediaTypePSPPDUpdater", "ATMediaTypePCL3PPDUpdater"
-        bench.growth("media, 20 languages, PostScript", media, lambda n: bench.setup(postscript, n))
-        bench.growth("media again, on an earlier setup, PostScript", media, lambda n: bench.setup(postscript, n, twice=True))
-        bench.growth("media with 3 profiles, 20 languages, PCL3", media, lambda n: bench.setup(pcl3, n, 3))
-        bench.growth("the same again, on an earlier setup", media, lambda n: bench.setup(pcl3, n, 3, twice=True))
-        for updater in ("ATMediaTypePCL3Qualifier3PPDUpdater", "ATMediaTypePCL3Qualifier1PPDUpdater",
-                        "ATGlossyProfilePCL3PPDUpdater"):
-            bench.growth(f"media again, 3 profiles, {updater[11:-10]}", media,
-                         lambda n, updater=updater: bench.setup(updater, n, 3, twice=True))
-        bench.growth("factory profile statements, qualifier 1", (500, 1000, 2000, 4000),
-                     lambda n: bench.setup("ATMediaTypePCL3Qualifier1PPDUpdater", 1, 1, statements=factory_statements(n)))
+        media = (500, 1000, 2000)
+        for name, updater in UPDATERS.items():
+            profiles = 0 if name == "PostScript" else 3
+            bench.growth(f"media, {name}", media, lambda n, u=updater, p=profiles: bench.setup(u, n, p))
+            bench.growth(f"media on an earlier setup, {name}", media, lambda n, u=updater, p=profiles: bench.setup(u, n, p, twice=True))
+        pcl3 = UPDATERS["PCL3"]
+        bench.growth("profiles of 50 media", (10, 20, 40), lambda n: bench.setup(pcl3, 50, n))
+        bench.growth("languages, 200 media", (25, 50, 100), lambda n: bench.setup(pcl3, 200, 3, languages=n))
+        bench.growth("media and groups", media, lambda n: bench.setup(pcl3, n, 3, statements=groups(n)))
+        bench.growth("media and options", media, lambda n: bench.setup(pcl3, n, 3, statements=options_of_a_group(n)))
+        bench.growth("media and choices", media, lambda n: bench.setup(pcl3, n, 3, choices=n))
+        bench.growth("media and statements", media, lambda n: bench.setup(pcl3, n, 3, statements=factory_statements(n)))
+        bench.growth("factory profile statements, first qualifier", (1000, 2000, 4000),
+                     lambda n: bench.setup(UPDATERS["first qualifier"], 1, 1, statements=factory_statements(n)))
 
 
 if __name__ == "__main__":

@@ -40,7 +40,7 @@ struct Error : std::runtime_error {
 };
 
 /// Reads JSON text (RFC 8259): UTF-8, objects in the order of the text, of repeated keys the last value at the first
-/// one's place. Throws Error for anything else, and for more than 64 levels of nesting.
+/// one's place. Throws Error for anything else, and for more than 64 levels of nesting or 4,000,000 values.
 Value parseJSON(std::string_view text);
 
 /// The text without what stands in the objects and lists that are nested deeper than so many levels: these are empty

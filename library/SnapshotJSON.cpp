@@ -10,6 +10,7 @@ namespace snapshot {
 namespace {
 
 constexpr std::size_t kDeepestNesting = 64;
+constexpr std::size_t kMostValues = 4'000'000;  // thirty times what 2,000 media have, and a third of a gigabyte
 
 [[noreturn]] void fail(std::string_view text, std::size_t position, const std::string& reason) {
   const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(position, text.size()));
@@ -22,6 +23,7 @@ constexpr std::size_t kDeepestNesting = 64;
 class Builder : public nlohmann::json_sax<nlohmann::json> {
  public:
   bool null() override {
+    if (!count()) return false;
     entry().isNull = true;
     return true;
   }
@@ -62,8 +64,9 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
     return false;
   }
 
-  /// Whether reading ended because an object or array would have been nested too deeply.
+  /// Whether reading ended because an object or array would have been nested too deeply, or of too many values.
   bool isTooDeep() const { return isTooDeep_; }
+  bool isTooMuch() const { return values_ > kMostValues; }
 
   /// The value that was read. Throws Error when there is none.
   Value result(std::string_view text) {
@@ -89,15 +92,19 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
     return isKeyed ? entries_.back() : entries_.emplace_back();
   }
 
+  // Whether there may be one value more.
+  bool count() { return ++values_ <= kMostValues; }
+
   template <class Content>
   bool put(const Content& content) {
+    if (!count()) return false;
     entry().value.value.template emplace<Content>(content);
     return true;
   }
 
   bool open(bool isObject) {
     isTooDeep_ = open_.size() == kDeepestNesting;
-    if (isTooDeep_) return false;
+    if (isTooDeep_ || !count()) return false;
     entry();
     open_.push_back({isObject, entries_.size()});
     return true;
@@ -141,6 +148,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
   std::vector<Open> open_;
   std::vector<Entry*> sorted_;
   bool isTooDeep_ = false;
+  std::size_t values_ = 0;
   std::string error_;
   std::size_t errorPosition_ = 0;  // counted from 1
 };
@@ -200,6 +208,7 @@ Value parseJSON(std::string_view text) {
   Builder builder;
   nlohmann::json::sax_parse(text.begin(), text.end(), &builder);
   if (builder.isTooDeep()) fail(text, placeOfDeepestNesting(text), "nested deeper than 64 levels");
+  if (builder.isTooMuch()) throw Error("more than 4,000,000 values");
   return builder.result(text);
 }
 

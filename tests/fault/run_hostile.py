@@ -187,6 +187,15 @@ INPUTS = {
 }
 
 
+# In a small process: what a large one has taken would count as its child's memory.
+MEASURE = """import resource, subprocess, sys
+with open(sys.argv[1], "wb") as output:
+    status = subprocess.run(sys.argv[2:], stdout=output, stderr=output).returncode
+usage = resource.getrusage(resource.RUSAGE_CHILDREN)
+print(status, usage.ru_utime + usage.ru_stime, usage.ru_maxrss * 1024)
+"""
+
+
 class Hostile:
     def __init__(self, options, folder):
         self.tool, self.folder, self.failed, self.passed = options.tool, folder, 0, 0
@@ -198,11 +207,11 @@ class Hostile:
         paths[0].write_bytes(ppd)
         paths[1].write_text(device_snapshot)
         environment = {**self.environment, "QZVORANTISMODEL_SNAPSHOT": str(paths[1]) if device_snapshot else ""}
-        with tempfile.TemporaryFile() as output:
-            process = subprocess.Popen([self.tool, URI, paths[0]], env=environment, stdin=subprocess.DEVNULL, stdout=output, stderr=output)
-            _, status, usage = os.wait4(process.pid, 0)
-            process.returncode = os.waitstatus_to_exitcode(status)
-            return process.returncode, usage.ru_utime + usage.ru_stime, usage.ru_maxrss * 1024, output.seek(0, os.SEEK_END)
+        with tempfile.NamedTemporaryFile() as output:
+            command = [sys.executable, "-c", MEASURE, output.name, self.tool, URI, str(paths[0])]
+            result = subprocess.run(command, env=environment, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=True)
+            status, seconds, memory = result.stdout.split()
+            return int(status), float(seconds), int(memory), os.path.getsize(output.name)
 
     def row(self, name, ppd, device_snapshot):
         status, seconds, memory, written = self.run(ppd, device_snapshot)

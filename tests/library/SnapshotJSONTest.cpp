@@ -280,3 +280,12 @@ TEST(SnapshotJSON, ErrorNamesTheLineOfTheMistake) {
 TEST(SnapshotJSON, ErrorNamesTheLineThatAnOpenStringStandsOn) {
   EXPECT_THAT(errorOf("{\n\"a\": \"open\n}\n"), HasSubstr("line 2: "));
 }
+
+TEST(SnapshotJSON, OfFourMillionValuesOneMoreIsAnError) {
+  std::string list = "[";
+  for (int count = 1; count < 4'000'000; ++count) list += "1,";
+  list.back() = ']';
+  EXPECT_EQ(snapshot::parseJSON(list).array()->size(), 3'999'999U);
+  list.insert(1, "1,");
+  EXPECT_EQ(errorOf(list), "more than 4,000,000 values");
+}
