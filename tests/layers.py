@@ -9,7 +9,7 @@ import sys
 MAY_INCLUDE = {
     "base": [],
     "ppd/lines": ["base"],
-    "ppd/lists": [],
+    "ppd/lists": ["base/ATException.h"],
     "ppd/document": ["base", "ppd/lines", "ppd/lists"],
     "readers": ["base", "library/QZVorantisModel.h"],
     "readers/framework": ["base", "readers"],
