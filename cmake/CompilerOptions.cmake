@@ -17,7 +17,7 @@ if(AT_SANITIZE)
 endif()
 # What Debian builds its packages with (dpkg-buildflags, hardening=+all). Fortified functions need optimisation; the
 # sanitizers check more themselves. Control-flow protection is left out: the C library's start files do not have it on
-# Debian 12, and one object without it takes it from the whole program.
+# Debian 12 and 13, and one object without it takes it from the whole program.
 if(AT_HARDENING AND NOT AT_SANITIZE AND NOT APPLE AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
   target_compile_options(at_options INTERFACE -fstack-protector-strong -Wformat-security)
   target_compile_definitions(at_options INTERFACE _FORTIFY_SOURCE=2)

@@ -11,8 +11,8 @@ make_root() {  # SUITE NAME
     mirror=$(awk '/^URIs:/ { print $2; exit }' /etc/apt/sources.list.d/*.sources /dev/null 2>/dev/null || true)
     rm -rf "$base.new"
     debootstrap --variant=minbase "$1" "$base.new" ${mirror:+"$mirror"} >"$base.log" || die "debootstrap failed; $base.log says why"
-    [ ! -d /etc/apt/apt.conf.d ] || cp -r /etc/apt/apt.conf.d/. "$base.new/etc/apt/apt.conf.d/"
-    echo 'APT::Get::Assume-Yes "true"; APT::Install-Recommends "false"; Dpkg::Use-Pty "false";' >"$base.new/etc/apt/apt.conf.d/typed"
+    { apt-config dump | grep '^Acquire::[a-z]*::Proxy' || true
+      echo 'APT::Get::Assume-Yes "true"; APT::Install-Recommends "false"; Dpkg::Use-Pty "false";'; } >"$base.new/etc/apt/apt.conf.d/typed"
     printf '#!/bin/sh\nexit 101\n' >"$base.new/usr/sbin/policy-rc.d" && chmod 755 "$base.new/usr/sbin/policy-rc.d"
     mv "$base.new" "$base"
   fi
