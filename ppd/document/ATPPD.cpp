@@ -72,7 +72,10 @@ ATPPD::Attributes ATPPD::attributesForName(std::string_view name) const {
 }
 
 ATPPD::Attributes ATPPD::attributesForName(std::string_view name, std::string_view inSpec) const {
-  return attributesAt(index_.allWithSpecContaining(asked(), name, inSpec));
+  constexpr std::size_t kVisits = 8;  // who looks for a part takes each spec apart, and makes a profile of it, perhaps
+  const auto positions = index_.allWithSpecContaining(asked(), name, inSpec);
+  budget().visit(kVisits * positions.size());
+  return attributesAt(positions);
 }
 
 ATPPD::Attributes ATPPD::localizationForAttributeWithName(std::string_view name, const Spec& spec) const {

@@ -43,7 +43,7 @@ class Budget {
   void needBytes(std::size_t bytes) const {
     if (bytes > left_.bytes) throw BudgetExceeded();
   }
-  void visit() { spend(left_.visits, 1); }
+  void visit(std::size_t count = 1) { spend(left_.visits, count); }
 
   /// What is left of each.
   const Amounts& left() const { return left_; }
