@@ -5,7 +5,6 @@
 #include <fmt/ranges.h>
 
 #include <memory>
-#include <vector>
 
 #include "base/ATLog.h"
 #include "base/Text.h"
@@ -13,87 +12,54 @@
 
 namespace {
 
-struct CommandList {
-  const char* key;
-  std::vector<const char*> commands;
-};
-
 struct CommandSet {
   const char* family;
-  std::vector<CommandList> lists;
+  struct List {
+    const char* key;
+    const char* commands;  // between blanks
+  } lists[7];
 };
 
 // The names are those that the printing components know, "pcl-cutter", "pcl-inkedarea" and misspellings included.
-const CommandSet& firstCommandSet() {
-  static const CommandSet set = {
-      "VR-K-410",
-      {
-          {"initial-reset", {"pdl-flush-raster", "pdl-reset", "pdl-end-job-pjl"}},
-          {"pjl-job-header",
-           {"pdl-string-code-set", "pdl-job-name", "pdl-job-attr6-app-name", "pdl-job-attr11-system-version",
-            "pdl-job-attr14-driver-version", "pdl-pjl-born-on-date"}},
-          {"pcl-job-header",
-           {"pdl-language-version", "pdl-pcl-media-source", "pdl-media-type", "velmor-pdl-media-type",
-            "pdl-print-quality", "pdl-page-count", "pdl-color-mode", "pdl-pcl-color-space-mode", "pcl-cutter",
-            "pcl-inkedarea", "pdl-media-size", "pdl-resolution", "velmor-pdl-paper-width-height"}},
-          {"begin-page", {"pdl-max-raster-width", "pdl-raster-data-format-vorantis-rgb", "pdl-raster-cmd-start"}},
-          {"end-page", {"pdl-raster-end", "pdl-form-feed"}},
-          {"job-aborting", {"pdl-flush-raster", "pdl-cancel"}},
-          {"job-final-reset", {"pdl-reset", "pdl-end-job", "pdl-pjl-end-job"}},
-      },
-  };
-  return set;
-}
+constexpr CommandSet kFirstSet = {
+    "VR-K-410",
+    {
+        {"initial-reset", "pdl-flush-raster pdl-reset pdl-end-job-pjl"},
+        {"pjl-job-header",
+         "pdl-string-code-set pdl-job-name pdl-job-attr6-app-name pdl-job-attr11-system-version "
+         "pdl-job-attr14-driver-version pdl-pjl-born-on-date"},
+        {"pcl-job-header",
+         "pdl-language-version pdl-pcl-media-source pdl-media-type velmor-pdl-media-type "
+         "pdl-print-quality pdl-page-count pdl-color-mode pdl-pcl-color-space-mode pcl-cutter "
+         "pcl-inkedarea pdl-media-size pdl-resolution velmor-pdl-paper-width-height"},
+        {"begin-page", "pdl-max-raster-width pdl-raster-data-format-vorantis-rgb pdl-raster-cmd-start"},
+        {"end-page", "pdl-raster-end pdl-form-feed"},
+        {"job-aborting", "pdl-flush-raster pdl-cancel"},
+        {"job-final-reset", "pdl-reset pdl-end-job pdl-pjl-end-job"},
+    },
+};
 
-const CommandSet& secondCommandSet() {
-  static const CommandSet set = {
-      "VR-K-Q",
-      {
-          {"initial-reset", {"pdl-flush-raster", "pdl-form-feed", "pdl-reset", "pdl-end-job-pjl", "pdl-job"}},
-          {"pjl-job-header",
-           {"pdl-string-code-set",
-            "pdl-set-jobname",
-            "pdl-pjl-born-on-date",
-            "pdl-job-attr1-user-name",
-            "pdl-job-attr2-client-name",
-            "pdl-job-attr3-domain-name",
-            "pdl-job-attr4-timestamp",
-            "pdl-job-attr5-uuid",
-            "pdl-job-attr6-app-name",
-            "pdl-job-attr8-account-id",
-            "pdl-job-attr11-system-version",
-            "pdl-job-attr14-driver-version",
-            "pdl-driver-usage-metrics",
-            "pdl-media-source",
-            "pdl-paper-width-height",
-            "pdl-set-printarea",
-            "pdl-margin-layout",
-            "pdl-set-margins-size",
-            "pdl-set-margins",
-            "pdl-set-borderless-method",
-            "pdl-set-cutter",
-            "pdl-set-y-cutter",
-            "pdl-set-mediaid",
-            "pdl-max-detail",
-            "pdl-set-gloss-enahncer",
-            "pdl-extrapasses",
-            "pdl-render-mode",
-            "pdl-color-space-mode",
-            "pdl-rendering-intent",
-            "pdl-lightness-adjustment",
-            "pdl-red-adjustment",
-            "pdl-green-adjustment",
-            "pdl-blue-adjustment",
-            "pdl-cropmarks"}},
-          {"pcl-job-header", {"pdl-language-version", "pdl-print-quality", "pdl-resolution"}},
-          {"begin-page", {"pdl-max-raster-width", "pdl-raster-data-format-tavik-rgb", "pdl-raster-cmd-start"}},
-          {"end-page", {"pdl-raster-end", "pdl-form-feed"}},
-          {"job-aborting", {"pdl-flush-raster", "pdl-cancel"}},
-          {"job-final-reset", {"pdl-reset", "pdl-end-job", "pdl-pjl-end-job"}},
-      },
-  };
-  return set;
-}
+constexpr CommandSet kSecondSet = {
+    "VR-K-Q",
+    {
+        {"initial-reset", "pdl-flush-raster pdl-form-feed pdl-reset pdl-end-job-pjl pdl-job"},
+        {"pjl-job-header",
+         "pdl-string-code-set pdl-set-jobname pdl-pjl-born-on-date pdl-job-attr1-user-name "
+         "pdl-job-attr2-client-name pdl-job-attr3-domain-name pdl-job-attr4-timestamp pdl-job-attr5-uuid "
+         "pdl-job-attr6-app-name pdl-job-attr8-account-id pdl-job-attr11-system-version "
+         "pdl-job-attr14-driver-version pdl-driver-usage-metrics pdl-media-source pdl-paper-width-height "
+         "pdl-set-printarea pdl-margin-layout pdl-set-margins-size pdl-set-margins "
+         "pdl-set-borderless-method pdl-set-cutter pdl-set-y-cutter pdl-set-mediaid pdl-max-detail "
+         "pdl-set-gloss-enahncer pdl-extrapasses pdl-render-mode pdl-color-space-mode "
+         "pdl-rendering-intent pdl-lightness-adjustment pdl-red-adjustment pdl-green-adjustment "
+         "pdl-blue-adjustment pdl-cropmarks"},
+        {"pcl-job-header", "pdl-language-version pdl-print-quality pdl-resolution"},
+        {"begin-page", "pdl-max-raster-width pdl-raster-data-format-tavik-rgb pdl-raster-cmd-start"},
+        {"end-page", "pdl-raster-end pdl-form-feed"},
+        {"job-aborting", "pdl-flush-raster pdl-cancel"},
+        {"job-final-reset", "pdl-reset pdl-end-job pdl-pjl-end-job"},
+    },
+};
 
 void addAttribute(const std::string& name, const std::string& value, ATPPD& ppd) {
   ppd.addPPDAttribute(ATPPDAttribute::initWithName(name, std::nullopt, std::nullopt, value));
@@ -101,9 +67,9 @@ void addAttribute(const std::string& name, const std::string& value, ATPPD& ppd)
 
 void addCommandSet(const CommandSet& set, ATPPD& ppd) {
   addAttribute("QZVorantisFamily", fmt::format("\"{}\"", set.family), ppd);
-  for (const CommandList& list : set.lists) {
-    addAttribute(fmt::format("QZPDLCommand {}", list.key),
-                 fmt::format("\"{}\"\n*End", fmt::join(list.commands, ";;\n")), ppd);
+  for (const auto& [key, commands] : set.lists) {
+    addAttribute(fmt::format("QZPDLCommand {}", key),
+                 fmt::format("\"{}\"\n*End", fmt::join(Text::split(commands, " "), ";;\n")), ppd);
   }
 }
 
@@ -151,9 +117,9 @@ std::string ATPDLCommandTypePPDUpdater::getDeviceFamilyName(const std::string& p
 }
 
 void ATPDLCommandTypePPDUpdater::addPDLCommandsForQZVR2PCLS(ATPPD& ppd) const {
-  addCommandSet(firstCommandSet(), ppd);
+  addCommandSet(kFirstSet, ppd);
 }
 
 void ATPDLCommandTypePPDUpdater::addPDLCommandsForQZVR2PCLAZ(ATPPD& ppd) const {
-  addCommandSet(secondCommandSet(), ppd);
+  addCommandSet(kSecondSet, ppd);
 }

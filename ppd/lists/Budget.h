@@ -30,7 +30,7 @@ class Budget {
   };
   static constexpr std::size_t kAny = std::numeric_limits<std::size_t>::max();
   static constexpr Amounts kUnlimited = {kAny, kAny, kAny, kAny, kAny};
-  static constexpr Amounts kAll = {6'000'000, 100'000, 1'500'000, 160U << 20U, 12'000'000};
+  static constexpr Amounts kAll = {6'000'000, 100'000, 1'500'000, 160U << 20U, 12'500'000};
 
   /// Each takes out of the budget what it says. They throw BudgetExceeded when there is not that much any more.
   void addObject() { spend(left_.objects, 1); }

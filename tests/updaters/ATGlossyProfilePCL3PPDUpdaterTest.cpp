@@ -25,10 +25,6 @@ constexpr const char* kSetSignature = "-[ATGlossyProfilePCL3PPDUpdater setICCPro
 const std::string kQualifier = "*cupsICCQualifier3: \"QZGlossEnhancer\"\n";
 const std::string kGlossy = kQualifier + "*QZValueAttributes MediaType.P: \"glossy=YES\"\n";
 
-std::string statement(const std::string& spec, const std::string& text, const std::string& path) {
-  return "*cupsICCProfile " + spec + "/" + text + ": \"" + path + "\"\n";
-}
-
 DeviceValue converted(const DeviceValue& record) {
   return Updater().mediaInfoByConvertDeviceData(record, *documentFromText(""));
 }

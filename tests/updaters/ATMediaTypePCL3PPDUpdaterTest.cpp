@@ -28,18 +28,6 @@ const std::string kHead = "*PPD-Adobe: \"4.3\"\n";
 const std::string kLanguages = "*cupsLanguages: \"en de fr\"\n";
 const std::string kPlain = mediaTypes("*MediaType Plain/Plain: \"12\"\n");
 
-std::string statement(const std::string& spec, const std::string& text, const std::string& path) {
-  return "*cupsICCProfile " + spec + "/" + text + ": \"" + path + "\"\n";
-}
-
-std::string localized(const std::string& language, const std::string& spec, const std::string& text) {
-  return "*" + language + ".cupsICCProfile " + spec + "/" + text + ": \"\"\n";
-}
-
-std::string factory(const std::string& spec, const std::string& value) {
-  return "*QZcupsICCProfile " + spec + "/Factory: " + value + "\n";
-}
-
 // What adding the record's profiles appends to a document.
 std::string added(const std::string& text, const DeviceValue& record, bool succeeds = true) {
   const auto ppd = documentFromText(text);
@@ -47,18 +35,6 @@ std::string added(const std::string& text, const DeviceValue& record, bool succe
   const std::string result = textOf(*ppd);
   EXPECT_TRUE(result.starts_with(text));
   return result.substr(text.size());
-}
-
-std::string afterSet(const std::string& text, const DeviceValue& record) {
-  const auto ppd = documentFromText(text);
-  Updater().setICCProfileForMediaWithData(record, *ppd);
-  return textOf(*ppd);
-}
-
-std::string afterRestore(const std::string& text) {
-  const auto ppd = documentFromText(text);
-  Updater().restoreFactoryICCProfilesInPPD(*ppd);
-  return textOf(*ppd);
 }
 
 std::string afterRemoval(const std::string& text, const std::string& choiceName) {
@@ -335,9 +311,9 @@ TEST(ATMediaTypePCL3PPDUpdater, ThePathIsWorkedOutBeforeTheNameIsTested) {
 
 TEST(ATMediaTypePCL3PPDUpdater, SetsTextValueAndLocalizationsOfTheStatement) {
   const std::string before = kLanguages + statement(".Plain.", "Old", "/old");
-  EXPECT_EQ(afterSet(before + localized("de", ".Plain.", "Alt") + localized("fr", ".Plain.", "Vieux") +
-                         localized("it", ".Plain.", "Vecchio") + localized("de", ".Other.", "Anders") + kPlain,
-                     mapOf({{"ID", "12"}, {"ICCProfiles", kOneProfile}})),
+  EXPECT_EQ(afterSet<Updater>(before + localized("de", ".Plain.", "Alt") + localized("fr", ".Plain.", "Vieux") +
+                                  localized("it", ".Plain.", "Vecchio") + localized("de", ".Other.", "Anders") + kPlain,
+                              mapOf({{"ID", "12"}, {"ICCProfiles", kOneProfile}})),
             kLanguages + statement(".Plain.", "Glossy Photo", "/Library/Profiles/photo.icc") +
                 localized("de", ".Plain.", "Glossy Photo") + localized("fr", ".Plain.", "Glossy Photo") +
                 localized("it", ".Plain.", "Vecchio") + localized("de", ".Other.", "Anders") + kPlain);
@@ -345,7 +321,7 @@ TEST(ATMediaTypePCL3PPDUpdater, SetsTextValueAndLocalizationsOfTheStatement) {
 
 TEST(ATMediaTypePCL3PPDUpdater, LogsTheStatementThatItSets) {
   const TestLog log;
-  afterSet(statement(".C.", "Old", "/old"), mediumWithProfiles("C", kOneProfile));
+  afterSet<Updater>(statement(".C.", "Old", "/old"), mediumWithProfiles("C", kOneProfile));
   EXPECT_EQ(log.messages(kSetSignature), logged({"Found factory ICC profile: .C."}));
 }
 
@@ -353,7 +329,7 @@ TEST(ATMediaTypePCL3PPDUpdater, SetAddsNothingAndLogsNothingWithoutAStatement) {
   const std::string text =
       statement(".Other.", "Old", "/old") + statement(".C.Best", "Old", "/old") + statement("RGB.C.", "Old", "/old");
   const TestLog log;
-  EXPECT_EQ(afterSet(text, mediumWithProfiles("C", kOneProfile)), text);
+  EXPECT_EQ(afterSet<Updater>(text, mediumWithProfiles("C", kOneProfile)), text);
   EXPECT_EQ(log.messages(kSetSignature), Texts());
 }
 
@@ -363,7 +339,7 @@ TEST(ATMediaTypePCL3PPDUpdater, SetWithoutProfilesOnlyLogs) {
   const DeviceValue empty = mediumWithProfiles("C", listOf({}));
   const DeviceValue noList = mediumWithProfiles("C", number(1));
   const TestLog log;
-  for (const DeviceValue& record : {without, empty, noList}) EXPECT_EQ(afterSet(text, record), text);
+  for (const DeviceValue& record : {without, empty, noList}) EXPECT_EQ(afterSet<Updater>(text, record), text);
   EXPECT_EQ(log.messages(kSetSignature), logged({"INFO: Cannot set profile from " + without.description(),
                                                  "INFO: Cannot set profile from " + empty.description(),
                                                  "INFO: Cannot set profile from " + noList.description()}));
@@ -372,18 +348,18 @@ TEST(ATMediaTypePCL3PPDUpdater, SetWithoutProfilesOnlyLogs) {
 TEST(ATMediaTypePCL3PPDUpdater, SetSkipsEntriesThatCannotBeWritten) {
   const std::string text = statement(".C.", "Old", "/old");
   const TestLog log;
-  EXPECT_EQ(
-      afterSet(text, mediumWithProfiles("C", listOf({profile("a:b", "/n"), profile({}, "/n"), profile("N", "file:"),
-                                                     profile(std::string(81, 'n'), "/n")}))),
-      text);
+  EXPECT_EQ(afterSet<Updater>(
+                text, mediumWithProfiles("C", listOf({profile("a:b", "/n"), profile({}, "/n"), profile("N", "file:"),
+                                                      profile(std::string(81, 'n'), "/n")}))),
+            text);
   EXPECT_EQ(log.messages(kSetSignature),
             logged({"INFO: Skip profile: a:b", "INFO: Skip profile: (null)", "INFO: Skip profile: N",
                     "INFO: Skip profile: " + std::string(81, 'n')}));
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, TheLastEntryThatIsSetWins) {
-  EXPECT_EQ(afterSet(statement(".C.", "Old", "/old"),
-                     mediumWithProfiles("C", listOf({profile("N", "/n"), profile("M", "/m")}))),
+  EXPECT_EQ(afterSet<Updater>(statement(".C.", "Old", "/old"),
+                              mediumWithProfiles("C", listOf({profile("N", "/n"), profile("M", "/m")}))),
             statement(".C.", "M", "/m"));
 }
 
@@ -392,14 +368,15 @@ TEST(ATMediaTypePCL3PPDUpdater, TheLastEntryThatIsSetGivesTheLocalizationsTheirT
     return kLanguages + statement(".C.", text, path) + localized("de", ".C.", localizedText) +
            localized("de", ".C.", localizedText) + localized("fr", ".C.", localizedText);
   };
-  EXPECT_EQ(afterSet(document("Old", "/old", "Old"),
-                     mediumWithProfiles("C", listOf({profile("N", "/n"), profile("M", "/m"), profile("a:b", "/x")}))),
+  EXPECT_EQ(afterSet<Updater>(
+                document("Old", "/old", "Old"),
+                mediumWithProfiles("C", listOf({profile("N", "/n"), profile("M", "/m"), profile("a:b", "/x")}))),
             document("M", "/m", "M"));
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, SetsOnlyTheFirstStatementOfTheSpec) {
-  EXPECT_EQ(afterSet(statement(".C.", "Old", "/1") + statement(".C.", "Old", "/2"),
-                     mediumWithProfiles("C", listOf({profile("N", "/n")}))),
+  EXPECT_EQ(afterSet<Updater>(statement(".C.", "Old", "/1") + statement(".C.", "Old", "/2"),
+                              mediumWithProfiles("C", listOf({profile("N", "/n")}))),
             statement(".C.", "N", "/n") + statement(".C.", "Old", "/2"));
 }
 
@@ -407,9 +384,9 @@ TEST(ATMediaTypePCL3PPDUpdater, SetLimitsNeitherSpecNorLine) {
   const std::string qualifier(39, 'q');
   const std::string path = "/" + std::string(300, 'p');
   const std::string spec = "." + qualifier + ".";
-  EXPECT_EQ(
-      afterSet(statement(spec, "Old", "/old"), mediumWithProfiles(qualifier.c_str(), listOf({profile("N", path)}))),
-      statement(spec, "N", path));
+  EXPECT_EQ(afterSet<Updater>(statement(spec, "Old", "/old"),
+                              mediumWithProfiles(qualifier.c_str(), listOf({profile("N", path)}))),
+            statement(spec, "N", path));
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, SetWorksTheSpecOutForEveryEntry) {
@@ -432,59 +409,60 @@ TEST(ATMediaTypePCL3PPDUpdater, SetOfAnEntryThatIsNoMapIsAProgrammingErrorAndWha
 // Restoring
 
 TEST(ATMediaTypePCL3PPDUpdater, RestoresTheFactoryProfile) {
-  const std::string factoryStatement = factory(".C.", "\"Factory Name;;/factory.icc\"");
-  EXPECT_EQ(
-      afterRestore(kLanguages + factoryStatement + statement(".C.", "Device", "/device") +
-                   localized("de", ".C.", "Alt") + localized("fr", ".Other.", "X") + statement(".Other.", "O", "/o")),
-      kLanguages + factoryStatement + statement(".C.", "Factory Name", "/factory.icc") +
-          localized("de", ".C.", "Factory Name") + localized("fr", ".Other.", "X") + statement(".Other.", "O", "/o"));
+  const std::string factoryStatement = factoryOfValue(".C.", "\"Factory Name;;/factory.icc\"");
+  EXPECT_EQ(afterRestore<Updater>(kLanguages + factoryStatement + statement(".C.", "Device", "/device") +
+                                  localized("de", ".C.", "Alt") + localized("fr", ".Other.", "X") +
+                                  statement(".Other.", "O", "/o")),
+            kLanguages + factoryStatement + statement(".C.", "Factory Name", "/factory.icc") +
+                localized("de", ".C.", "Factory Name") + localized("fr", ".Other.", "X") +
+                statement(".Other.", "O", "/o"));
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, RestoringRewritesAnEqualQuotedStatementInCanonicalForm) {
-  const std::string factoryStatement = factory(".C.", "\"N;;/n\"");
-  EXPECT_EQ(afterRestore(factoryStatement + "*cupsICCProfile   .C. /N :   \"/n\"  \r\n"),
+  const std::string factoryStatement = factoryOfValue(".C.", "\"N;;/n\"");
+  EXPECT_EQ(afterRestore<Updater>(factoryStatement + "*cupsICCProfile   .C. /N :   \"/n\"  \r\n"),
             factoryStatement + statement(".C.", "N", "/n"));
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, RestoringLeavesAnUnquotedValueThatEqualsThePath) {
-  const std::string text = kLanguages + factory(".C.", "\"N;;/n\"") + "*cupsICCProfile   .C./Device: /n  \r\n" +
+  const std::string text = kLanguages + factoryOfValue(".C.", "\"N;;/n\"") + "*cupsICCProfile   .C./Device: /n  \r\n" +
                            localized("de", ".C.", "Alt");
-  EXPECT_EQ(afterRestore(text), text);
+  EXPECT_EQ(afterRestore<Updater>(text), text);
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, RestoringRewritesAnUnquotedValueThatDiffers) {
-  const std::string factoryStatement = factory(".C.", "\"N;;/n\"");
-  EXPECT_EQ(afterRestore(factoryStatement + "*cupsICCProfile .C./Device: /other\n"),
+  const std::string factoryStatement = factoryOfValue(".C.", "\"N;;/n\"");
+  EXPECT_EQ(afterRestore<Updater>(factoryStatement + "*cupsICCProfile .C./Device: /other\n"),
             factoryStatement + statement(".C.", "N", "/n"));
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, RestoringSkipsStatementsWithoutAFactoryPath) {
   for (const char* value : {"\"/n\"", "\"N;;/n;;x\"", "N;;/n", "\"\""}) {
-    const std::string text = factory(".C.", value) + statement(".C.", "Device", "/device");
-    EXPECT_EQ(afterRestore(text), text) << value;
+    const std::string text = factoryOfValue(".C.", value) + statement(".C.", "Device", "/device");
+    EXPECT_EQ(afterRestore<Updater>(text), text) << value;
   }
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, AnEmptyFactoryPathIsAPath) {
-  const std::string factoryStatement = factory(".C.", "\"N;;\"");
-  EXPECT_EQ(afterRestore(factoryStatement + statement(".C.", "Device", "/device")),
+  const std::string factoryStatement = factoryOfValue(".C.", "\"N;;\"");
+  EXPECT_EQ(afterRestore<Updater>(factoryStatement + statement(".C.", "Device", "/device")),
             factoryStatement + statement(".C.", "N", ""));
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, RestoringAddsNoStatement) {
-  const std::string text = factory(".C.", "\"N;;/n\"") + statement(".D.", "Device", "/device");
-  EXPECT_EQ(afterRestore(text), text);
+  const std::string text = factoryOfValue(".C.", "\"N;;/n\"") + statement(".D.", "Device", "/device");
+  EXPECT_EQ(afterRestore<Updater>(text), text);
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, TheLastFactoryStatementOfASpecWins) {
-  const std::string factoryStatements = factory(".C.", "\"N;;/n\"") + factory(".C.", "\"M;;/m\"");
-  EXPECT_EQ(afterRestore(factoryStatements + statement(".C.", "Device", "/device")),
+  const std::string factoryStatements = factoryOfValue(".C.", "\"N;;/n\"") + factoryOfValue(".C.", "\"M;;/m\"");
+  EXPECT_EQ(afterRestore<Updater>(factoryStatements + statement(".C.", "Device", "/device")),
             factoryStatements + statement(".C.", "M", "/m"));
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, AFactoryStatementWithoutASpecRestoresTheFirstStatement) {
   const std::string factoryStatement = "*QZcupsICCProfile: \"N;;/n\"\n";
-  EXPECT_EQ(afterRestore(factoryStatement + statement(".C.", "1", "/1") + statement(".D.", "2", "/2")),
+  EXPECT_EQ(afterRestore<Updater>(factoryStatement + statement(".C.", "1", "/1") + statement(".D.", "2", "/2")),
             factoryStatement + statement(".C.", "N", "/n") + statement(".D.", "2", "/2"));
 }
 
@@ -498,15 +476,15 @@ TEST(ATMediaTypePCL3PPDUpdater, RestoringCallsTheMostDerivedUpdate) {
     mutable Texts calls;
   };
   const auto ppd =
-      documentFromText(factory(".B.", "\"B;;/b\"") + factory(".A.", "\"A;;/a\"") + factory(".C.", "\"C\"") +
-                       statement(".A.", "1", "/1") + statement(".C.", "3", "/3"));
+      documentFromText(factoryOfValue(".B.", "\"B;;/b\"") + factoryOfValue(".A.", "\"A;;/a\"") +
+                       factoryOfValue(".C.", "\"C\"") + statement(".A.", "1", "/1") + statement(".C.", "3", "/3"));
   const Calls updater;
   updater.restoreFactoryICCProfilesInPPD(*ppd);
   EXPECT_EQ(updater.calls, (Texts{"none /b", "1 /a"}));
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, UpdatingAnAbsentStatementDoesNothing) {
-  const std::string text = factory(".C.", "\"N;;/n\"");
+  const std::string text = factoryOfValue(".C.", "\"N;;/n\"");
   const auto ppd = documentFromText(text);
   const auto wrapper = ATQZProfilePPDAttributeWrapper::initWithPPDAttribute(*ppd->attributeForName("QZcupsICCProfile"));
   Updater().updateCupsProfile(nullptr, *ppd, *wrapper);
@@ -517,7 +495,7 @@ TEST(ATMediaTypePCL3PPDUpdater, UpdatingSetsTheLocalizationsOfTheWrappersSpec) {
   const auto ppd = documentFromText(kLanguages + statement(".Mine.", "Device", "/device") +
                                     localized("de", ".Mine.", "Mein") + localized("de", ".C.", "Alt"));
   const auto wrapper = ATQZProfilePPDAttributeWrapper::initWithPPDAttribute(
-      *ATPPDAttribute::attributeWithString(factory(".C.", "\"N;;/n\"")));
+      *ATPPDAttribute::attributeWithString(factoryOfValue(".C.", "\"N;;/n\"")));
   Updater().updateCupsProfile(ppd->attributeForName("cupsICCProfile"), *ppd, *wrapper);
   EXPECT_EQ(textOf(*ppd), kLanguages + statement(".Mine.", "N", "/n") + localized("de", ".Mine.", "Mein") +
                               localized("de", ".C.", "N"));
@@ -552,7 +530,7 @@ TEST(ATMediaTypePCL3PPDUpdater, RemovesEachOfSeveralStatementsOfOneSpec) {
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, FactoryStatementsAreNotRemoved) {
-  const std::string text = factory(".Custom1.", "\"N;;/n\"");
+  const std::string text = factoryOfValue(".Custom1.", "\"N;;/n\"");
   EXPECT_EQ(afterRemoval(text + statement(".Custom1.", "N", "/n"), "Custom1"), text);
 }
 
@@ -586,7 +564,7 @@ TEST(ATMediaTypePCL3PPDUpdater, RemovingAMediumAgainFindsNothingMore) {
 // The whole run
 
 TEST(ATMediaTypePCL3PPDUpdater, ARunRestoresAddsAndSets) {
-  const std::string factoryStatement = factory(".Plain.", "\"Factory;;/factory\"");
+  const std::string factoryStatement = factoryOfValue(".Plain.", "\"Factory;;/factory\"");
   const DeviceValue custom = customMedium("Canvas", "4711");
   custom.map()->set("ICCProfiles", kOneProfile);
   const auto ppd = documentFromText(factoryStatement + statement(".Plain.", "Earlier", "/earlier") + kPlain);
@@ -601,7 +579,7 @@ TEST(ATMediaTypePCL3PPDUpdater, ARunRestoresAddsAndSets) {
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, ARunWithAnEmptyListTakesCustomProfilesOutAndRestoresTheOthers) {
-  const std::string factoryStatement = factory(".Plain.", "\"Factory;;/factory\"");
+  const std::string factoryStatement = factoryOfValue(".Plain.", "\"Factory;;/factory\"");
   const auto ppd = documentFromText(factoryStatement + statement(".Plain.", "Device", "/device") +
                                     statement(".Custom1.", "C", "/c") +
                                     "*QZMediaTypeGroup CustomMedia-category/Custom Paper: \"Custom1\"\n");
@@ -611,7 +589,7 @@ TEST(ATMediaTypePCL3PPDUpdater, ARunWithAnEmptyListTakesCustomProfilesOutAndRest
 }
 
 TEST(ATMediaTypePCL3PPDUpdater, EveryOperationIsDispatchedOnTheObject) {
-  const auto ppd = documentFromText(factory(".Plain.", "\"F;;/f\"") + statement(".Plain.", "P", "/p") +
+  const auto ppd = documentFromText(factoryOfValue(".Plain.", "\"F;;/f\"") + statement(".Plain.", "P", "/p") +
                                     "*QZMediaTypeGroup CustomMedia-category/Custom Paper: \"Old\"\n" + kPlain);
   const DeviceValue custom = customMedium("Canvas", "4711");
   custom.map()->set("ICCProfiles", kOneProfile);

@@ -29,18 +29,6 @@ const std::string kOtherQualifier =
 const std::string kOutputMode = optionWithChoices("OutputMode", "Normal", {"Fast", "Normal", "Best"});
 const std::string kPlain = mediaTypes("*MediaType Plain/Plain: \"12\"\n");
 
-std::string statement(const std::string& spec, const std::string& text, const std::string& path) {
-  return "*cupsICCProfile " + spec + "/" + text + ": \"" + path + "\"\n";
-}
-
-std::string localized(const std::string& spec, const std::string& text) {
-  return "*de.cupsICCProfile " + spec + "/" + text + ": \"\"\n";
-}
-
-std::string factory(const std::string& spec, const std::string& value) {
-  return "*QZcupsICCProfile " + spec + "/Factory: \"" + value + "\"\n";
-}
-
 bool applicable(const std::string& text) {
   return Updater().isApplicableToPPD(*documentFromText(text));
 }
@@ -57,12 +45,6 @@ Texts adjustedGloss(const std::string& text, const DeviceValue& profiles) {
 std::string afterRemoval(const std::string& text, const DeviceValue& record) {
   const auto ppd = documentFromText(text);
   Updater().removeSpecializedICCQualifiers(*ppd, record);
-  return textOf(*ppd);
-}
-
-std::string afterRestore(const std::string& text) {
-  const auto ppd = documentFromText(text);
-  Updater().restoreFactoryICCProfilesInPPD(*ppd);
   return textOf(*ppd);
 }
 
@@ -343,9 +325,9 @@ TEST(ATMediaTypePCL3Qualifier1PPDUpdater, RemovesEveryProfileOfTheMediumWithItsL
   const std::string kept = statement("True.Other.Best", "O", "/o") + statement("True.Plain", "2", "/2") +
                            statement("True.Plain.Best.X", "4", "/4") + statement("Plain.True.Best", "P", "/p") +
                            statement("True.plain.Best", "L", "/l") + "*cupsICCProfile: \"none\"\n";
-  EXPECT_EQ(afterRemoval(languages + statement("True.Plain.Best", "T", "/t") + localized("True.Plain.Best", "T") +
+  EXPECT_EQ(afterRemoval(languages + statement("True.Plain.Best", "T", "/t") + localized("de", "True.Plain.Best", "T") +
                              statement("False.Plain.Best", "F", "/f") + statement(".Plain.", "G", "/g") +
-                             localized(".Plain.", "G") + statement("RGB.Plain.600", "R", "/r") +
+                             localized("de", ".Plain.", "G") + statement("RGB.Plain.600", "R", "/r") +
                              statement(".Plain.", "G2", "/g2") + kept,
                          mapOf({{"PPDName", "Plain"}})),
             languages + kept);
@@ -435,25 +417,27 @@ TEST(ATMediaTypePCL3Qualifier1PPDUpdater, RestoringRemovesTheStatementsOfBothGlo
   const std::string kept = statement(".Plain.Best", "G", "/g") + statement("true.Plain.Best", "L", "/l") +
                            statement("Truer.Plain.Best", "R", "/r") + statement(".True.Best", "M", "/m") +
                            "*cupsICCProfile: \"none\"\n";
-  EXPECT_EQ(afterRestore(languages + statement("True.Plain.Best", "T", "/t") + localized("True.Plain.Best", "T") +
-                         statement("False.Plain.", "F", "/f") + statement("True", "1", "/1") +
-                         statement("False.a.b.c", "4", "/4") + statement("True.Plain.Best", "T2", "/t2") + kept),
+  EXPECT_EQ(afterRestore<Updater>(languages + statement("True.Plain.Best", "T", "/t") +
+                                  localized("de", "True.Plain.Best", "T") + statement("False.Plain.", "F", "/f") +
+                                  statement("True", "1", "/1") + statement("False.a.b.c", "4", "/4") +
+                                  statement("True.Plain.Best", "T2", "/t2") + kept),
             languages + kept);
 }
 
 TEST(ATMediaTypePCL3Qualifier1PPDUpdater, RestoringMakesTheFactoryStatementsAnew) {
   const std::string factories = kApplicable + factory("True.Plain.Best", "Best;;/best") +
                                 factory("False.Plain.Best", "Off;;/off") + factory("True.Plain.Fast", "no path");
-  EXPECT_EQ(afterRestore(factories + statement("True.Plain.Best", "Device", "/device") +
-                         statement("True.Plain.Fast", "Fast", "/fast") + statement("False.Custom1.", "C", "/c")),
-            factories + statement("True.Plain.Best", "Best", "/best") + statement("False.Plain.Best", "Off", "/off"));
+  EXPECT_EQ(
+      afterRestore<Updater>(factories + statement("True.Plain.Best", "Device", "/device") +
+                            statement("True.Plain.Fast", "Fast", "/fast") + statement("False.Custom1.", "C", "/c")),
+      factories + statement("True.Plain.Best", "Best", "/best") + statement("False.Plain.Best", "Off", "/off"));
 }
 
 TEST(ATMediaTypePCL3Qualifier1PPDUpdater, RestoringEndsWithTheInheritedRestore) {
   const std::string factories = factory(".Plain.Fast", "Fast;;/fast");
-  EXPECT_EQ(afterRestore(factories + statement(".Plain.", "Device", "/device")),
+  EXPECT_EQ(afterRestore<Updater>(factories + statement(".Plain.", "Device", "/device")),
             factories + statement(".Plain.Fast", "Fast", "/fast"));
-  EXPECT_THROW(afterRestore(factory("NoDot", "N;;/n")), ATException);
+  EXPECT_THROW(afterRestore<Updater>(factory("NoDot", "N;;/n")), ATException);
 }
 
 TEST(ATMediaTypePCL3Qualifier1PPDUpdater, ARunOfItsOwnOutputGivesTheSame) {

@@ -24,30 +24,6 @@ const std::string kQuality = optionWithChoices("Quality", "Normal", {"Fast", "No
 const std::string kPlain = mediaTypes("*MediaType Plain/Plain: \"12\"\n");
 const DeviceValue kDeviceProfile = listOf({profile("Device", "file:///device.icc")});
 
-std::string statement(const std::string& spec, const std::string& text, const std::string& path) {
-  return "*cupsICCProfile " + spec + "/" + text + ": \"" + path + "\"\n";
-}
-
-std::string localized(const std::string& spec, const std::string& text) {
-  return "*de.cupsICCProfile " + spec + "/" + text + ": \"\"\n";
-}
-
-std::string factory(const std::string& spec, const std::string& value) {
-  return "*QZcupsICCProfile " + spec + "/Factory: \"" + value + "\"\n";
-}
-
-std::string afterSet(const std::string& text, const DeviceValue& record) {
-  const auto ppd = documentFromText(text);
-  Updater().setICCProfileForMediaWithData(record, *ppd);
-  return textOf(*ppd);
-}
-
-std::string afterRestore(const std::string& text) {
-  const auto ppd = documentFromText(text);
-  Updater().restoreFactoryICCProfilesInPPD(*ppd);
-  return textOf(*ppd);
-}
-
 std::string afterRemoval(const std::string& text, const DeviceValue& record) {
   const auto ppd = documentFromText(text);
   Updater().removeSpecializedICCQualifiers(*ppd, record);
@@ -103,68 +79,70 @@ TEST(ATMediaTypePCL3Qualifier3PPDUpdater, KeepsGeneralSpecsThatTheFactoryHasToo)
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, RestoringKeepsAGeneralStatementThatTheFactoryHas) {
   const std::string factories = factory(".Plain.Fast", "Fast;;/fast") + factory(".Plain.", "General;;/general");
-  EXPECT_EQ(afterRestore(factories + statement(".Plain.", "Device", "/device") + statement(".Plain.Fast", "F", "/f")),
+  EXPECT_EQ(afterRestore<Updater>(factories + statement(".Plain.", "Device", "/device") +
+                                  statement(".Plain.Fast", "F", "/f")),
             factories + statement(".Plain.", "General", "/general") + statement(".Plain.Fast", "Fast", "/fast"));
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, RestoringTakesAGeneralStatementOutAndMakesTheSpecialisedOneAnew) {
   const std::string factories = kLanguages + factory(".Plain.Fast", "Fast;;/fast");
-  EXPECT_EQ(afterRestore(factories + statement(".Plain.", "Device", "/device") + localized(".Plain.", "Device")),
-            factories + statement(".Plain.Fast", "Fast", "/fast") + localized(".Plain.Fast", "Fast"));
+  EXPECT_EQ(afterRestore<Updater>(factories + statement(".Plain.", "Device", "/device") +
+                                  localized("de", ".Plain.", "Device")),
+            factories + statement(".Plain.Fast", "Fast", "/fast") + localized("de", ".Plain.Fast", "Fast"));
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, RestoringRewritesASpecialisedStatementThatIsThere) {
   const std::string factories = kLanguages + factory(".Plain.Fast", "Fast;;/fast");
-  EXPECT_EQ(afterRestore(factories + statement(".Plain.Fast", "X", "/x") + localized(".Plain.Fast", "X") +
-                         statement(".Plain.", "Device", "/device")),
-            factories + statement(".Plain.Fast", "Fast", "/fast") + localized(".Plain.Fast", "Fast"));
+  EXPECT_EQ(afterRestore<Updater>(factories + statement(".Plain.Fast", "X", "/x") +
+                                  localized("de", ".Plain.Fast", "X") + statement(".Plain.", "Device", "/device")),
+            factories + statement(".Plain.Fast", "Fast", "/fast") + localized("de", ".Plain.Fast", "Fast"));
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, RestoringRemovesOneStatementForEachCollectedSpec) {
   const std::string factories = factory(".Plain.Fast", "no path") + factory(".Plain.Best", "no path");
-  EXPECT_EQ(afterRestore(factories + statement(".Plain.", "1", "/1") + statement(".Plain.", "2", "/2") +
-                         statement(".Other.", "3", "/3")),
+  EXPECT_EQ(afterRestore<Updater>(factories + statement(".Plain.", "1", "/1") + statement(".Plain.", "2", "/2") +
+                                  statement(".Other.", "3", "/3")),
             factories + statement(".Plain.", "2", "/2") + statement(".Other.", "3", "/3"));
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, RestoringMakesNothingFromAStatementWithoutAPath) {
   const std::string text = factory(".Plain.Fast", "no path");
-  EXPECT_EQ(afterRestore(text), text);
+  EXPECT_EQ(afterRestore<Updater>(text), text);
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, APlainFactoryPathIsKeptAsItStands) {
   const std::string factories = factory(".Plain.Fast", "Fast;;/Library/My Profiles/50%20 #1?[a]\\b.icc");
-  EXPECT_EQ(afterRestore(factories),
+  EXPECT_EQ(afterRestore<Updater>(factories),
             factories + statement(".Plain.Fast", "Fast", "/Library/My Profiles/50%20 #1?[a]\\b.icc"));
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, AnEmptyFactoryPathMakesAStatementWithNoPath) {
   const std::string factories = factory(".Plain.Fast", "Fast;;");
-  EXPECT_EQ(afterRestore(factories), factories + statement(".Plain.Fast", "Fast", "(null)"));
-  EXPECT_EQ(afterRestore(factories + statement(".Plain.Fast", "X", "/x")),
+  EXPECT_EQ(afterRestore<Updater>(factories), factories + statement(".Plain.Fast", "Fast", "(null)"));
+  EXPECT_EQ(afterRestore<Updater>(factories + statement(".Plain.Fast", "X", "/x")),
             factories + statement(".Plain.Fast", "Fast", ""));
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, AFactoryURLIsTurnedIntoItsPath) {
   const std::string factories = factory(".Plain.Fast", "Fast;;file:///a%20b");
-  EXPECT_EQ(afterRestore(factories), factories + statement(".Plain.Fast", "Fast", "/a b"));
+  EXPECT_EQ(afterRestore<Updater>(factories), factories + statement(".Plain.Fast", "Fast", "/a b"));
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, AFactoryProfileWithTooLongALineIsNotMadeAnew) {
   const std::string factories = factory(".P.F", "F;;/" + std::string(230, 'p'));
-  EXPECT_EQ(afterRestore(factories), factories);
+  EXPECT_EQ(afterRestore<Updater>(factories), factories);
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, AMadeStatementIsTestedNeitherForItsTextNorForItsSpec) {
   const std::string spec = ".Plain." + std::string(40, 'q');
   const std::string factories = factory(spec, std::string(81, 'n') + ";;/p");
-  EXPECT_EQ(afterRestore(factories), factories + statement(spec, std::string(81, 'n'), "/p"));
+  EXPECT_EQ(afterRestore<Updater>(factories), factories + statement(spec, std::string(81, 'n'), "/p"));
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, AFactoryStatementWithoutADotInItsSpecIsARangeError) {
-  EXPECT_THROW(afterRestore(factory("Plain", "N;;/n")), ATException);
-  EXPECT_THROW(afterRestore("*QZcupsICCProfile: \"N;;/n\"\n"), ATException);
-  EXPECT_THROW(afterRestore(factory(".Plain.Fast", "N;;/n") + factory("Plain", "no path")), ATException);
+  EXPECT_THROW(afterRestore<Updater>(factory("Plain", "N;;/n")), ATException);
+  EXPECT_THROW(afterRestore<Updater>("*QZcupsICCProfile: \"N;;/n\"\n"), ATException);
+  EXPECT_THROW(afterRestore<Updater>(factory(".Plain.Fast", "N;;/n") + factory("Plain", "no path")), ATException);
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, UpdatingAStatementThatIsThereIsTheInheritedUpdate) {
@@ -215,13 +193,14 @@ TEST(ATMediaTypePCL3Qualifier3PPDUpdater, ChoiceNamesComeInOrderAndNoneForAnAbse
 // Removing specialised statements
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, RemovesTheSpecialisedStatementsWithTheirLocalizations) {
-  EXPECT_EQ(afterRemoval(kLanguages + kQualifier + statement(".Plain.Fast", "F", "/f") + localized(".Plain.Fast", "F") +
-                             statement(".Plain.Best", "B", "/b") + localized(".Plain.Best", "B") +
-                             statement(".Plain.Draft", "D", "/d") + statement(".Plain.", "G", "/g") +
-                             statement("RGB.Plain.Best", "R", "/r") + statement(".Other.Best", "O", "/o") + kQuality,
-                         mapOf({{"PPDName", "Plain"}})),
-            kLanguages + kQualifier + statement(".Plain.Draft", "D", "/d") + statement(".Plain.", "G", "/g") +
-                statement("RGB.Plain.Best", "R", "/r") + statement(".Other.Best", "O", "/o") + kQuality);
+  EXPECT_EQ(
+      afterRemoval(kLanguages + kQualifier + statement(".Plain.Fast", "F", "/f") + localized("de", ".Plain.Fast", "F") +
+                       statement(".Plain.Best", "B", "/b") + localized("de", ".Plain.Best", "B") +
+                       statement(".Plain.Draft", "D", "/d") + statement(".Plain.", "G", "/g") +
+                       statement("RGB.Plain.Best", "R", "/r") + statement(".Other.Best", "O", "/o") + kQuality,
+                   mapOf({{"PPDName", "Plain"}})),
+      kLanguages + kQualifier + statement(".Plain.Draft", "D", "/d") + statement(".Plain.", "G", "/g") +
+          statement("RGB.Plain.Best", "R", "/r") + statement(".Other.Best", "O", "/o") + kQuality);
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, RemovesOneStatementForEachSpec) {
@@ -242,36 +221,37 @@ TEST(ATMediaTypePCL3Qualifier3PPDUpdater, RemovesNothingWithoutAQualifierAnOptio
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, SetPutsOneGeneralStatementInThePlaceOfTheSpecialisedOnes) {
   const std::string other = statement(".Other.Fast", "O", "/o");
-  EXPECT_EQ(afterSet(kLanguages + kQualifier + statement(".Plain.Fast", "F", "/f") + localized(".Plain.Fast", "F") +
-                         statement(".Plain.Normal", "N", "/n") + statement(".Plain.Best", "B", "/b") + other + kPlain +
-                         kQuality,
-                     mapOf({{"ID", "12"}, {"ICCProfiles", kDeviceProfile}})),
+  EXPECT_EQ(afterSet<Updater>(kLanguages + kQualifier + statement(".Plain.Fast", "F", "/f") +
+                                  localized("de", ".Plain.Fast", "F") + statement(".Plain.Normal", "N", "/n") +
+                                  statement(".Plain.Best", "B", "/b") + other + kPlain + kQuality,
+                              mapOf({{"ID", "12"}, {"ICCProfiles", kDeviceProfile}})),
             kLanguages + kQualifier + other + statement(".Plain.", "Device", "/device.icc") +
-                localized(".Plain.", "Device") + kPlain + kQuality);
+                localized("de", ".Plain.", "Device") + kPlain + kQuality);
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, SetRewritesAGeneralStatementThatIsThere) {
-  EXPECT_EQ(afterSet(kLanguages + kQualifier + statement(".Plain.Fast", "F", "/f") + statement(".Plain.", "G", "/g") +
-                         localized(".Plain.", "G") + kPlain + kQuality,
-                     mapOf({{"ID", "12"}, {"ICCProfiles", kDeviceProfile}})),
-            kLanguages + kQualifier + statement(".Plain.", "Device", "/device.icc") + localized(".Plain.", "Device") +
-                kPlain + kQuality);
+  EXPECT_EQ(afterSet<Updater>(kLanguages + kQualifier + statement(".Plain.Fast", "F", "/f") +
+                                  statement(".Plain.", "G", "/g") + localized("de", ".Plain.", "G") + kPlain + kQuality,
+                              mapOf({{"ID", "12"}, {"ICCProfiles", kDeviceProfile}})),
+            kLanguages + kQualifier + statement(".Plain.", "Device", "/device.icc") +
+                localized("de", ".Plain.", "Device") + kPlain + kQuality);
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, SetWithoutAQualifierRemovesNothingAndAddsTheGeneralStatement) {
   const std::string text = statement(".Plain.Fast", "F", "/f");
-  EXPECT_EQ(afterSet(text, mediumWithProfiles("Plain", kDeviceProfile)),
+  EXPECT_EQ(afterSet<Updater>(text, mediumWithProfiles("Plain", kDeviceProfile)),
             text + statement(".Plain.", "Device", "/device.icc"));
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, SetAddsEveryProfileOfTheDevice) {
-  EXPECT_EQ(afterSet("", mediumWithProfiles("Plain", listOf({profile("A", "/a"), profile("B", "/b")}))),
+  EXPECT_EQ(afterSet<Updater>("", mediumWithProfiles("Plain", listOf({profile("A", "/a"), profile("B", "/b")}))),
             statement(".Plain.", "A", "/a") + statement(".Plain.", "B", "/b"));
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, SetRemovesTheSpecialisedStatementsEvenWithoutProfiles) {
-  EXPECT_EQ(afterSet(kQualifier + statement(".Plain.Fast", "F", "/f") + kQuality, mapOf({{"PPDName", "Plain"}})),
-            kQualifier + kQuality);
+  EXPECT_EQ(
+      afterSet<Updater>(kQualifier + statement(".Plain.Fast", "F", "/f") + kQuality, mapOf({{"PPDName", "Plain"}})),
+      kQualifier + kQuality);
 }
 
 TEST(ATMediaTypePCL3Qualifier3PPDUpdater, SetCallsTheMostDerivedOperations) {

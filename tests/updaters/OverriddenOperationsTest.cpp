@@ -47,18 +47,6 @@ const std::string kEarlierGroup = "*QZMediaTypeGroup CustomMedia-category/Custom
 const std::string kQualifier = "*cupsICCQualifier3: \"Quality\"\n";
 const std::string kQuality = optionWithChoices("Quality", "Best", {"Fast", "Best"});
 
-std::string statement(const std::string& spec, const std::string& text, const std::string& path) {
-  return "*cupsICCProfile " + spec + "/" + text + ": \"" + path + "\"\n";
-}
-
-std::string localized(const std::string& language, const std::string& spec, const std::string& text) {
-  return "*" + language + ".cupsICCProfile " + spec + "/" + text + ": \"\"\n";
-}
-
-std::string factory(const std::string& spec, const std::string& value) {
-  return "*QZcupsICCProfile " + spec + "/Factory: \"" + value + "\"\n";
-}
-
 void addMark(ATPPD& ppd, const std::string& mark) {
   ppd.addPPDAttribute(ATPPDAttribute::initWithName("Mark", mark, std::nullopt, mark));
 }

@@ -26,7 +26,8 @@ class RecordingObserver : public UpdateObserver {
     events.push_back("media " + mediaList.valueForKey("MediaList").description());
   }
   void didReadFamily(const std::optional<std::string>& familyCode) override {
-    events.push_back(fmt::format("family '{}' {}", familyCode.value_or(""), familyCode ? "of the library" : "of no library"));
+    events.push_back(
+        fmt::format("family '{}' {}", familyCode.value_or(""), familyCode ? "of the library" : "of no library"));
   }
   void willRemoveMedium(std::string_view choiceName) override {
     events.push_back(fmt::format("removing {} {}", choiceName, thereOrNot(hasChoice(choiceName))));

@@ -10,6 +10,7 @@
 
 #include "base/Text.h"
 #include "ppd/document/ATPPD.h"
+#include "readers/DeviceValue.h"
 #include "tests/support/DocumentReading.h"
 
 using DocumentReading::textOf;
@@ -64,4 +65,33 @@ inline std::vector<std::string> specsOf(const ATPPD& ppd, std::string_view attri
   for (const auto& attribute : ppd.attributesForName(attributeName))
     specs.emplace_back(Text::orNull(attribute->spec()));
   return specs;
+}
+
+/// A profile statement, one of its localizations, and the factory's statement of it: the value as it stands in the PPD,
+/// or what is between its quotes.
+inline std::string statement(const std::string& spec, const std::string& text, const std::string& path) {
+  return "*cupsICCProfile " + spec + "/" + text + ": \"" + path + "\"\n";
+}
+inline std::string localized(const std::string& language, const std::string& spec, const std::string& text) {
+  return "*" + language + ".cupsICCProfile " + spec + "/" + text + ": \"\"\n";
+}
+inline std::string factoryOfValue(const std::string& spec, const std::string& value) {
+  return "*QZcupsICCProfile " + spec + "/Factory: " + value + "\n";
+}
+inline std::string factory(const std::string& spec, const std::string& content) {
+  return factoryOfValue(spec, "\"" + content + "\"");
+}
+
+/// The document that an updater makes of the text when it sets a medium's profiles, or restores the factory's.
+template <class Updater>
+std::string afterSet(const std::string& text, const DeviceValue& record) {
+  const auto ppd = documentFromText(text);
+  Updater().setICCProfileForMediaWithData(record, *ppd);
+  return textOf(*ppd);
+}
+template <class Updater>
+std::string afterRestore(const std::string& text) {
+  const auto ppd = documentFromText(text);
+  Updater().restoreFactoryICCProfilesInPPD(*ppd);
+  return textOf(*ppd);
 }

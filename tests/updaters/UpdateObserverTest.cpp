@@ -35,14 +35,6 @@ using Texts = std::vector<std::string>;
 const std::string kPlain = mediaTypes("*MediaType Plain/Plain: \"(12)\"\n");
 const std::string kQuality = optionWithChoices("Quality", "Best", {"Fast", "Best"});
 
-std::string statement(const std::string& spec, const std::string& text, const std::string& path) {
-  return "*cupsICCProfile " + spec + "/" + text + ": \"" + path + "\"\n";
-}
-
-std::string factory(const std::string& spec, const std::string& value) {
-  return "*QZcupsICCProfile " + spec + "/Factory: \"" + value + "\"\n";
-}
-
 DeviceValue customWith(const DeviceValue& profiles) {
   const DeviceValue record = customMedium("Canvas", "4711");
   record.map()->set("ICCProfiles", profiles);
