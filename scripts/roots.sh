@@ -31,5 +31,5 @@ copy_project() {  # FOLDER
 in_root() {  # NAME COMMAND
   unshare --mount --pid --fork --kill-child bash -c 'mount --rbind /dev "$0/dev" && mount -t proc proc "$0/proc" &&
     exec chroot "$0" env -i HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive PATH=/usr/sbin:/usr/bin:/sbin:/bin \
-      bash -c "cd /srv/project; $1"' "$PWD/build/roots/$1" "$2" </dev/null
+      bash -c "cd /srv/project || exit; $1"' "$PWD/build/roots/$1" "$2" </dev/null
 }
