@@ -9,6 +9,7 @@
 #include <array>
 #include <new>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <stdexcept>
 #include <unordered_map>
 #include <vector>
@@ -20,12 +21,24 @@
 namespace {
 
 using JSON = nlohmann::ordered_json;
-using Row = std::vector<std::string>;
+using Fields = std::vector<std::string>;
+
+struct Row {
+  std::size_t line;  // of the file, counted from 1; where the row begins
+  Fields fields;
+};
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-[[noreturn]] void fail(std::size_t row, const std::string& reason) {
-  throw std::runtime_error(fmt::format("row {} of the table: {}", row, reason));
+[[noreturn]] void fail(std::size_t line, const std::string& reason) {
+  throw std::runtime_error(fmt::format("line {} of the table: {}", line, reason));
+}
+
+// Where the line that begins at `start` ends, behind its line end.
+std::size_t endOfLine(std::string_view text, std::size_t start) {
+  const std::size_t end = text.find_first_of("\r\n", start);
+  if (end == std::string_view::npos) return text.size();
+  return end + (text.substr(end, 2) == "\r\n" ? 2 : 1);
 }
 
 // The rows of a text of comma-separated values. Blanks at the ends of fields count, and empty rows do not.
@@ -36,29 +49,51 @@ class Rows {
     csv_parser parser;
     if (csv_init(&parser, CSV_STRICT | CSV_STRICT_FINI) != 0) throw std::bad_alloc();
     csv_set_space_func(&parser, [](unsigned char) { return 0; });
-    const bool isWhole = csv_parse(&parser, text.data(), text.size(), take, endRow, &rows) == text.size() &&
-                         csv_fini(&parser, take, endRow, &rows) == 0;
+    const bool isWhole = rows.takeLines(text, parser) && csv_fini(&parser, take, endRow, &rows) == 0;
     const int error = csv_error(&parser);
     csv_free(&parser);
     if (isWhole) return std::move(rows.rows_);
     if (error != CSV_EPARSE) throw std::bad_alloc();
-    fail(rows.rows_.size() + 1,
-         "a quote stands inside a field without quotes, or is not closed (inside quotes it is doubled)");
+    fail(rows.line_, "a quote stands inside a field without quotes, or is not closed (inside quotes it is doubled)");
   }
 
  private:
+  // Line by line, so that it is known where a row begins and where an error is.
+  bool takeLines(std::string_view text, csv_parser& parser) {
+    for (std::size_t start = 0, end = 0; start < text.size(); start = end) {
+      end = endOfLine(text, start);
+      ++line_;
+      const std::string_view line = text.substr(start, end - start);
+      const bool isEmpty = line.find_first_not_of("\r\n") == std::string_view::npos;
+      if (isBetweenRows_ && !isEmpty) beginRow();
+      if (csv_parse(&parser, line.data(), line.size(), take, endRow, this) != line.size()) return false;
+    }
+    line_ = rowLine_;  // what is not closed at the end was opened there, or behind it
+    return true;
+  }
+
+  void beginRow() {
+    rowLine_ = line_;
+    isBetweenRows_ = false;
+  }
+
   // Called by C, through which no exception may go; a lack of memory ends the process.
   static void take(void* bytes, std::size_t size, void* rows) noexcept {
-    static_cast<Rows*>(rows)->row_.emplace_back(static_cast<const char*>(bytes), size);
+    auto& self = *static_cast<Rows*>(rows);
+    self.fields_.emplace_back(static_cast<const char*>(bytes), size);
   }
   static void endRow(int /*character*/, void* rows) noexcept {
     auto& self = *static_cast<Rows*>(rows);
-    self.rows_.push_back(std::move(self.row_));
-    self.row_.clear();
+    self.rows_.push_back({self.rowLine_, std::move(self.fields_)});
+    self.fields_.clear();
+    self.isBetweenRows_ = true;
   }
 
   std::vector<Row> rows_;
-  Row row_;
+  Fields fields_;
+  std::size_t line_ = 0;
+  std::size_t rowLine_ = 1;
+  bool isBetweenRows_ = true;
 };
 
 enum Column { name, ID, categoryName, categoryID, parentID, gloss, profileName, URL, profileGloss, outputMode, kCount };
@@ -71,17 +106,18 @@ constexpr std::array<const char*, kCount> kColumns = {StoreKey::name,         St
 // Which field of a row is which column.
 class Header {
  public:
-  explicit Header(const Row& titles) : titles_(titles) {
+  explicit Header(const Row& row) : line_(row.line), titles_(row.fields) {
+    const Fields& titles = titles_;
     for (std::size_t index = 0; index < titles.size(); ++index) {
       if (titles[index].empty()) continue;  // as spreadsheets leave columns behind
       const auto* column = std::find(kColumns.begin(), kColumns.end(), titles[index]);
       if (column == kColumns.end()) failOfTitle(titles[index]);
       auto& place = places_[static_cast<std::size_t>(column - kColumns.begin())];
-      if (place) fail(1, fmt::format("two columns are named {}", titles[index]));
+      if (place) fail(line_, fmt::format("two columns are named {}", titles[index]));
       place = index;
     }
     for (const Column needed : {name, ID}) {
-      if (!places_[needed]) fail(1, fmt::format("there is no column {}", kColumns[needed]));
+      if (!places_[needed]) fail(line_, fmt::format("there is no column {}", kColumns[needed]));
     }
   }
 
@@ -91,16 +127,16 @@ class Header {
   // The field of this column; empty when the row has none.
   std::string valueIn(const Row& row, Column column) const {
     const auto place = places_[column];
-    return place && *place < row.size() ? row[*place] : "";
+    return place && *place < row.fields.size() ? row.fields[*place] : "";
   }
 
  private:
-  [[noreturn]] static void failOfTitle(const std::string& title) {
-    const char* separator = title.find(';') == std::string::npos ? "" : " The fields must be separated by commas.";
-    fail(1, fmt::format("no column is named \"{}\"; there are: {}.{}", title, fmt::join(kColumns, ", "), separator));
+  [[noreturn]] void failOfTitle(const std::string& title) const {
+    fail(line_, fmt::format("no column is named \"{}\"; there are: {}.", title, fmt::join(kColumns, ", ")));
   }
 
-  const Row& titles_;
+  std::size_t line_;
+  const Fields& titles_;
   std::array<std::optional<std::size_t>, kCount> places_;
 };
 
@@ -109,19 +145,23 @@ class Media {
  public:
   explicit Media(const Header& header) : header_(header) {}
 
-  void take(const Row& row, std::size_t number) {
-    checkText(row, number);
-    if (std::all_of(row.begin(), row.end(), [](const std::string& field) { return field.empty(); })) return;
+  void take(const Row& row) {
+    checkText(row);
+    const Fields& fields = row.fields;
+    if (std::all_of(fields.begin(), fields.end(), [](const std::string& field) { return field.empty(); })) return;
     const std::string id = header_.valueIn(row, ID);
-    if (id.empty()) fail(number, "it has no MediumID");
+    if (id.empty()) fail(row.line, "it has no MediumID");
     const auto found = places_.find(id);
     if (found == places_.end()) {
-      add(row, id, number);
+      warnOfRounding(row, id);
+      add(row, id);
     } else {
-      checkSame(row, media_[found->second].second, number);
+      checkSame(row, media_[found->second].second);
     }
-    addProfile(row, media_[places_.at(id)].second, number);
+    addProfile(row, media_[places_.at(id)].second);
   }
+
+  const std::vector<std::string>& warnings() const { return warnings_; }
 
   // By their IDs.
   JSON asJSON() {
@@ -131,18 +171,28 @@ class Media {
   }
 
  private:
-  void checkText(const Row& row, std::size_t number) const {
-    for (std::size_t index = 0; index < row.size(); ++index) {
-      if (!Text::isValidUTF8(row[index])) fail(number, "it is not UTF-8");
-      if (row[index].find('\0') != std::string::npos) fail(number, "it holds a zero byte");
-      if (!row[index].empty() && !header_.isNamed(index)) fail(number, "it has more fields than there are columns");
+  void checkText(const Row& row) const {
+    for (std::size_t index = 0; index < row.fields.size(); ++index) {
+      const std::string& field = row.fields[index];
+      if (!Text::isValidUTF8(field)) fail(row.line, "it is not UTF-8");
+      if (field.find('\0') != std::string::npos) fail(row.line, "it holds a zero byte");
+      if (!field.empty() && !header_.isNamed(index)) fail(row.line, "it has more fields than there are columns");
     }
+  }
+
+  void warnOfRounding(const Row& row, const std::string& id) {
+    static const std::regex kNotation("[0-9]+[.,]?[0-9]*[Ee][+]?[0-9]+");
+    if (!std::regex_match(id, kNotation)) return;
+    warnings_.push_back(fmt::format(
+        "line {} of the table: the MediumID {} looks like a number that a spreadsheet has rounded; format the column "
+        "as text there, and enter the IDs again",
+        row.line, id));
   }
 
   static std::string keyOf(Column column) { return kColumns[column]; }
 
-  void add(const Row& row, const std::string& id, std::size_t number) {
-    if (header_.valueIn(row, name).empty()) fail(number, "its medium has no Name");
+  void add(const Row& row, const std::string& id) {
+    if (header_.valueIn(row, name).empty()) fail(row.line, "its medium has no Name");
     JSON medium;
     for (const Column column : {name, ID, categoryName, categoryID}) medium[keyOf(column)] = valueOf(row, column);
     medium[StoreKey::profiles] = JSON::array();
@@ -160,52 +210,65 @@ class Media {
     return value;
   }
 
-  void checkSame(const Row& row, const JSON& medium, std::size_t number) const {
+  void checkSame(const Row& row, const JSON& medium) const {
     for (const Column column : {name, categoryName, categoryID, parentID, gloss}) {
       const std::string value = header_.valueIn(row, column);
       const JSON& holder =
           column == gloss && medium.contains(StoreKey::properties) ? medium[StoreKey::properties] : medium;
       if (!value.empty() && holder.value(keyOf(column), "") != value) {
-        fail(number, fmt::format("{} is {}, and was \"{}\" for this medium before", keyOf(column), value,
-                                 holder.value(keyOf(column), "")));
+        fail(row.line, fmt::format("{} is {}, and was \"{}\" for this medium before", keyOf(column), value,
+                                   holder.value(keyOf(column), "")));
       }
     }
   }
 
-  void addProfile(const Row& row, JSON& medium, std::size_t number) const {
+  void addProfile(const Row& row, JSON& medium) const {
     JSON profile = JSON::object();
     for (const Column column : {URL, profileName, profileGloss, outputMode}) {
       if (const std::string value = header_.valueIn(row, column); !value.empty()) profile[keyOf(column)] = value;
     }
     if (profile.empty()) return;
     for (const Column needed : {profileName, URL}) {
-      if (!profile.contains(keyOf(needed))) fail(number, fmt::format("its profile has no {}", keyOf(needed)));
+      if (!profile.contains(keyOf(needed))) fail(row.line, fmt::format("its profile has no {}", keyOf(needed)));
     }
     medium[StoreKey::profiles].push_back(std::move(profile));
   }
 
   const Header& header_;
+  std::vector<std::string> warnings_;
   std::vector<std::pair<std::string, JSON>> media_;
   std::unordered_map<std::string, std::size_t> places_;  // of each ID in `media_`
 };
 
-JSON mediaOf(std::string_view table) {
-  if (table.starts_with(kByteOrderMark)) table.remove_prefix(kByteOrderMark.size());
-  const std::vector<Row> rows = Rows::of(table);
-  if (rows.empty()) throw std::runtime_error("the table is empty");
-  const Header header(rows.front());
-  Media media(header);
-  for (std::size_t index = 1; index < rows.size(); ++index) media.take(rows[index], index + 1);
-  return media.asJSON();
+// What spreadsheets write that is no table of comma-separated values in UTF-8. They know no better names for it.
+void checkForm(std::string_view table) {
+  const bool isUTF16 = table.starts_with("\xFF\xFE") || table.starts_with("\xFE\xFF") ||
+                       (table.size() > 1 && (table[0] == '\0' || table[1] == '\0'));
+  if (isUTF16) throw std::runtime_error("the table is UTF-16; save it as CSV in UTF-8");
+  const std::string_view titles = table.substr(0, endOfLine(table, 0));
+  if (Text::contains(titles, ";") && !Text::contains(titles, ",")) {
+    fail(1,
+         "the fields are separated by semicolons, as spreadsheets do in German and some other languages; they must be "
+         "separated by commas, and a quote inside a field in quotes is doubled");
+  }
 }
 
 }  // namespace
 
-std::string MediaTable::snapshotOf(std::string_view table, const std::string& uri,
-                                   const std::optional<std::string>& modelName) {
+MediaTable::Made MediaTable::snapshotOf(std::string_view table, const std::string& uri,
+                                        const std::optional<std::string>& modelName) {
+  if (table.starts_with(kByteOrderMark)) table.remove_prefix(kByteOrderMark.size());
+  checkForm(table);
+  const std::vector<Row> rows = Rows::of(table);
+  if (rows.empty()) throw std::runtime_error("the table is empty");
+  const Header header(rows.front());
+  Media media(header);
+  for (std::size_t index = 1; index < rows.size(); ++index) media.take(rows[index]);
   JSON device = {{"uri", uri}, {"modelName", modelName.value_or("")}};
-  device["dataStore"][VMCustomMediaStorage][StoreKey::media] = mediaOf(table);
+  JSON& mediaInfo = device["dataStore"][VMCustomMediaStorage][StoreKey::media] = media.asJSON();
+  if (mediaInfo.empty())
+    throw std::runtime_error("the table has no media: nothing stands below the names of its columns");
   const JSON snapshot = {
       {"format", "vorantis-device-snapshot"}, {"formatVersion", 1}, {"devices", JSON::array({std::move(device)})}};
-  return snapshot.dump(2) + "\n";
+  return {snapshot.dump(2) + "\n", media.warnings()};
 }

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "capture/SnapshotCheck.h"
 
-#include <fmt/format.h>
-
+#include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "capture/ModelNameOfPPD.h"
 #include "explain/ExplainedRun.h"
-#include "explain/report/Sentences.h"
+#include "explain/report/GroupedLines.h"
 #include "library/Snapshot.h"
 
 namespace {
@@ -32,23 +32,27 @@ std::vector<std::string> askedURIs(const Snapshot& snapshot, const std::string& 
   return uris;
 }
 
-SnapshotCheck::Findings findingsOf(const std::string& uri, const std::string& PPDPath) {
+SnapshotCheck::Findings findingsOf(const std::string& uri, const std::string& PPDPath,
+                                   const std::vector<std::string>& ignored) {
   const ExplainedRun run = ExplainedRun::of({uri, PPDPath, std::nullopt});
   SnapshotCheck::Findings findings{uri, {}};
   if (!run.report.succeeded()) findings.lines.push_back("Nothing would be written: " + run.report.failure);
+  std::vector<Warning> warnings;
   for (const Warning& warning : run.report.warnings) {
-    findings.lines.push_back(fmt::format("{} [{}]", Sentences::of(warning), nameOf(warning.code)));
+    if (std::find(ignored.begin(), ignored.end(), nameOf(warning.code)) == ignored.end()) warnings.push_back(warning);
   }
+  for (std::string& line : GroupedLines::of(warnings)) findings.lines.push_back(std::move(line));
   return findings;
 }
 
 }  // namespace
 
-std::vector<SnapshotCheck::Findings> SnapshotCheck::of(const std::string& snapshotPath, const std::string& PPDPath) {
+std::vector<SnapshotCheck::Findings> SnapshotCheck::of(const std::string& snapshotPath, const std::string& PPDPath,
+                                                       const std::vector<std::string>& ignored) {
   setenv("QZVORANTISMODEL_SNAPSHOT", snapshotPath.c_str(), 1);
   const Snapshot snapshot = Snapshot::fromFile(snapshotPath);
   const std::string modelName = ModelNameOfPPD::at(PPDPath).value_or("");
   std::vector<Findings> findings;
-  for (const std::string& uri : askedURIs(snapshot, modelName)) findings.push_back(findingsOf(uri, PPDPath));
+  for (const std::string& uri : askedURIs(snapshot, modelName)) findings.push_back(findingsOf(uri, PPDPath, ignored));
   return findings;
 }

@@ -5,31 +5,31 @@
 // --check judges a snapshot. Exit status 0; 1 when the library fails or knows no such device, a file cannot be used, or
 // something was found; 2 for wrong usage.
 
-#include <getopt.h>
-
+#include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "base/Text.h"
 #include "capture/DeviceSnapshot.h"
 #include "capture/MediaTable.h"
 #include "capture/ModelNameOfPPD.h"
 #include "capture/SnapshotCheck.h"
+#include "explain/CommandLine.h"
+#include "explain/Terminal.h"
+#include "explain/report/WarningCode.h"
 #include "explain/report/Wording.h"
 
 namespace {
 
-constexpr int kFailure = 1;
-constexpr int kUsageError = 2;
+constexpr const char* kProgram = "vorantis-device-snapshot";
 
 constexpr const char* kUsage = R"(Usage: vorantis-device-snapshot [OPTION...] DEVICE-URI [MODEL-NAME]
-       vorantis-device-snapshot --check SNAPSHOT PPD
+       vorantis-device-snapshot --check [--ignore=CODE...] SNAPSHOT PPD
 
 Asks the device-model library all that VorantisAutosetupTool would ask it for
 this device, and writes the answers to standard output as a device snapshot.
@@ -44,6 +44,8 @@ included; leave it out when the PPD has none, or name the PPD.
                          (CSV; vorantis-device-snapshot(5) has the columns)
       --check            judge a snapshot against a PPD: do the setup, write
                          nothing, and print what is odd
+      --ignore=CODE      with --check: leave warnings of this code out; may be
+                         given several times
   -h, --help             show this help
   -V, --version          show the version
 
@@ -57,79 +59,47 @@ struct Options {
   std::optional<std::string> table;
   bool allowEmpty = false;
   bool check = false;
+  std::vector<std::string> ignored;
+  std::vector<std::string> arguments;
 };
 
-// What somebody typed, or a file or a device is named, may hold anything.
-void say(const std::string& what) {
-  std::fprintf(stderr, "vorantis-device-snapshot: %s\n", Wording::visible(what).c_str());
+std::string whyNoCode(const std::string& code) {
+  const auto& kinds = allWarningKinds();
+  const bool isThere =
+      std::any_of(kinds.begin(), kinds.end(), [&](const WarningKind& kind) { return kind.name == code; });
+  return isThere ? std::string() : "there is no warning of this code: " + code;
 }
 
-[[noreturn]] void wrongUsage(const std::string& what) {
-  say(what);
-  std::fputs("Try 'vorantis-device-snapshot --help'.\n", stderr);
-  std::exit(kUsageError);
+std::string whyNotUTF8(const std::string& text) {
+  return Text::isValidUTF8(text) ? "" : "the arguments must be UTF-8";
 }
 
-bool print(const std::string& text) {
-  return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+void addOptions(CLI::App& app, Options& options) {
+  auto* ppd = app.add_option("--ppd", options.ppd)->check(whyNotUTF8);
+  auto* allowEmpty = app.add_flag("--allow-empty", options.allowEmpty);
+  auto* table = app.add_option("--from-table", options.table);
+  auto* check = app.add_flag("--check", options.check)->excludes(ppd)->excludes(allowEmpty)->excludes(table);
+  app.add_option("--ignore", options.ignored)->allow_extra_args(false)->needs(check)->check(whyNoCode);
+  app.add_option("arguments", options.arguments)->check(whyNotUTF8);
 }
 
-[[noreturn]] void printAndExit(const char* text) {
-  std::exit(print(text) ? 0 : kUsageError);
+// Why there are too few arguments, or too many; empty when their number is right.
+std::string problemOfNumber(const Options& options) {
+  const std::size_t count = options.arguments.size();
+  if (options.check) return count == 2 ? "" : "a snapshot and a PPD are needed";
+  const bool isRight = count >= 1 && count <= (options.ppd ? 1U : 2U);
+  return isRight ? "" : "a device URI is needed, and a model name or a PPD at most";
 }
 
-constexpr std::array<option, 7> kOptions = {{{"ppd", required_argument, nullptr, 'p'},
-                                             {"allow-empty", no_argument, nullptr, 'e'},
-                                             {"from-table", required_argument, nullptr, 't'},
-                                             {"check", no_argument, nullptr, 'c'},
-                                             {"help", no_argument, nullptr, 'h'},
-                                             {"version", no_argument, nullptr, 'V'},
-                                             {nullptr, 0, nullptr, 0}}};
-
-Options optionsFrom(int argc, char** argv) {
-  Options options;
-  opterr = 0;
-  for (int found; (found = getopt_long(argc, argv, "+hV", kOptions.data(), nullptr)) != -1;) {
-    switch (found) {
-      case 'p':
-        options.ppd = optarg;
-        break;
-      case 'e':
-        options.allowEmpty = true;
-        break;
-      case 't':
-        options.table = optarg;
-        break;
-      case 'c':
-        options.check = true;
-        break;
-      case 'h':
-        printAndExit(kUsage);
-      case 'V':
-        printAndExit("vorantis-device-snapshot " AT_VERSION "\n");
-      default:
-        wrongUsage(std::string("no such option, or an argument is missing: ") + argv[optind - 1]);
-    }
-  }
-  return options;
+std::optional<std::string> modelNameFrom(const Options& options) {
+  if (options.ppd) return ModelNameOfPPD::at(*options.ppd);
+  return options.arguments.size() > 1 ? std::optional(options.arguments[1]) : std::nullopt;
 }
 
-std::string utf8(const char* argument) {
-  auto text = Text::fromUTF8(argument);
-  if (!text) wrongUsage("the arguments must be UTF-8");
-  return *text;
-}
-
-std::optional<std::string> modelNameFrom(const Options& options, int count, char** arguments) {
-  if (options.ppd) return ModelNameOfPPD::at(utf8(options.ppd->c_str()));
-  if (count > 1) return utf8(arguments[1]);
-  return std::nullopt;
-}
-
-int printed(const std::string& text) {
-  if (print(text)) return 0;
-  say("standard output cannot be written");
-  return kFailure;
+int printed(const CommandLine& line, const std::string& text) {
+  if (Terminal::print(text)) return 0;
+  line.say("standard output cannot be written");
+  return CommandLine::kFailure;
 }
 
 std::string contentOf(const std::string& path) {
@@ -144,52 +114,47 @@ std::string contentOf(const std::string& path) {
   return content;
 }
 
-int capture(const Options& options, const std::string& uri, const std::optional<std::string>& modelName) {
+int capture(const CommandLine& line, const Options& options) {
+  const std::string& uri = options.arguments[0];
+  const auto modelName = modelNameFrom(options);
   const auto captured = DeviceSnapshot::of(DeviceModelLibrary::defaultLibrary(), uri, modelName);
-  for (const std::string& what : captured.leftOut) say("left out, since a snapshot cannot hold it: " + what);
+  for (const std::string& what : captured.leftOut) line.say("left out, since a snapshot cannot hold it: " + what);
   if (captured.missing && !options.allowEmpty) {
-    say(*captured.missing + ": " + uri + ", " + modelName.value_or("no model name"));
-    return kFailure;
+    line.say(*captured.missing + ": " + uri + ", " + modelName.value_or("no model name"));
+    return CommandLine::kFailure;
   }
-  return printed(captured.json);
+  return printed(line, captured.json);
 }
 
-int check(const std::string& snapshotPath, const std::string& PPDPath) {
+int convert(const CommandLine& line, const Options& options) {
+  const auto made = MediaTable::snapshotOf(contentOf(*options.table), options.arguments[0], modelNameFrom(options));
+  for (const std::string& warning : made.warnings) line.say(warning);
+  return printed(line, made.json);
+}
+
+int check(const CommandLine& line, const Options& options) {
   bool isGood = true;
   std::string lines;
-  for (const SnapshotCheck::Findings& findings : SnapshotCheck::of(snapshotPath, PPDPath)) {
+  for (const auto& findings : SnapshotCheck::of(options.arguments[0], options.arguments[1], options.ignored)) {
     isGood = isGood && findings.lines.empty();
     lines += Wording::visible(findings.deviceURI) + (findings.lines.empty() ? ": nothing odd\n" : ":\n");
-    for (const std::string& line : findings.lines) lines += "  " + Wording::visible(line) + "\n";
+    for (const std::string& finding : findings.lines) lines += "  " + Wording::visible(finding) + "\n";
   }
-  return printed(lines) == 0 && isGood ? 0 : kFailure;
+  return printed(line, lines) == 0 && isGood ? 0 : CommandLine::kFailure;
 }
 
-int run(int argc, char** argv) {
-  const Options options = optionsFrom(argc, argv);
-  const int count = argc - optind;
-  char** const arguments = argv + optind;
-  if (options.check) {
-    if (count != 2 || options.ppd || options.table || options.allowEmpty) wrongUsage("a snapshot and a PPD are needed");
-    return check(utf8(arguments[0]), utf8(arguments[1]));
-  }
-  if (count < 1 || count > (options.ppd ? 1 : 2))
-    wrongUsage("a device URI is needed, and a model name or a PPD at most");
-  const std::string uri = utf8(arguments[0]);
-  const auto modelName = modelNameFrom(options, count, arguments);
-  if (options.table) return printed(MediaTable::snapshotOf(contentOf(*options.table), uri, modelName));
-  return capture(options, uri, modelName);
+int work(const CommandLine& line, const Options& options) {
+  if (const std::string problem = problemOfNumber(options); !problem.empty()) return line.wrongUsage(problem);
+  if (options.check) return check(line, options);
+  return options.table ? convert(line, options) : capture(line, options);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    return run(argc, argv);
-  } catch (const std::exception& error) {
-    say(error.what());
-  } catch (...) {
-    say("an exception of an unknown type");
-  }
-  return kFailure;
+  CommandLine line(kProgram, AT_VERSION, kUsage);
+  Options options;
+  addOptions(line.app(), options);
+  if (const auto status = line.parse(argc, argv)) return *status;
+  return line.run([&] { return work(line, options); });
 }

@@ -13,7 +13,9 @@ _vorantis_autosetup_explain() {
       if [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "--format= --output= --medium= --summary --warnings --full --strict --help --version -h -V" -- "$word")
       else
+        # bash takes the colon of a URI for a word of its own
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
+        [ "$COMP_CWORD" = 1 ] && mapfile -t -O ${#COMPREPLY[@]} COMPREPLY < <(compgen -W "socket:// ipp:// ipps:// lpd://" -- "$word")
       fi
       ;;
   esac

@@ -9,3 +9,4 @@ complete -c vorantis-autosetup-explain -s m -l medium -x -d "Show only what is a
 complete -c vorantis-autosetup-explain -l strict -d "Exit with 3 when there are warnings"
 complete -c vorantis-autosetup-explain -s h -l help -d "Show a summary of the options"
 complete -c vorantis-autosetup-explain -s V -l version -d "Show the version"
+complete -c vorantis-autosetup-explain -n "test (count (commandline -opc)) -eq 1" -a "socket:// ipp:// ipps:// lpd://" -d "Device URI"

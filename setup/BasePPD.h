@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <optional>
 #include <string>
 
-/// What a list of setups needs to know of a base PPD, without reading it as a document: a hundred of them are looked
-/// at while every other client of the scheduler waits. Whoever uses one of them reads it as the tool does.
+/// What a list of setups needs to know of a base PPD.
 struct BasePPD {
   std::string modelName;     ///< the value of *ModelName as it stands there, its quotes included; empty without one
   std::string manufacturer;  ///< of *Manufacturer, without quotes; empty without one
@@ -17,7 +15,7 @@ struct BasePPD {
   /// The manufacturer, or the model's first word.
   std::string make() const;
 
-  /// Reads the file, which may be gzip, up to where all of this is known, and no further than the first group or option
-  /// behind the model and the updaters; absent when it cannot be opened.
-  static std::optional<BasePPD> ofFile(const std::string& path);
+  /// Reads the file, which may be gzip, as the tool does. Throws std::runtime_error with the reason when it cannot be
+  /// read, or is not a whole PPD.
+  static BasePPD ofFile(const std::string& path);
 };

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "setup/SetupFolder.h"
 
-#include <dirent.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -15,6 +12,7 @@
 
 #include "base/Text.h"
 #include "explain/report/Wording.h"
+#include "setup/FolderListing.h"
 #include "setup/SetupStatement.h"
 
 namespace {
@@ -31,31 +29,6 @@ constexpr std::size_t kLongestMake = 127;
 constexpr std::size_t kLongestDescription = 127;
 // A line of more than 2,046 bytes is two to it, the second of which ends the list; only the ID has no limit so far.
 constexpr std::size_t kLongestDeviceID = 255;
-
-// Whether opening it could wait for ever, as for the other end of a pipe.
-bool isNoFile(const std::string& path) {
-  struct stat status;
-  return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
-}
-
-// A folder that is not there has none; of one that cannot be read `warnings` tells.
-std::vector<std::string> filesIn(const std::string& folder, const std::vector<std::string_view>& endings,
-                                 std::vector<std::string>& warnings) {
-  std::vector<std::string> names;
-  const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(folder.c_str()), closedir);
-  if (directory == nullptr && errno != ENOENT) {
-    warnings.push_back(fmt::format("the folder {} cannot be read: {}", visible(folder), std::strerror(errno)));
-  }
-  while (const dirent* entry = directory == nullptr ? nullptr : readdir(directory.get())) {
-    const std::string_view name = entry->d_name;
-    const bool isWanted =
-        std::any_of(endings.begin(), endings.end(), [name](std::string_view ending) { return name.ends_with(ending); });
-    if (!isWanted || name.starts_with('.') || isNoFile(folder + "/" + entry->d_name)) continue;
-    names.emplace_back(name);
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
 
 bool contains(const std::vector<std::string>& sorted, const std::string& name) {
   return std::binary_search(sorted.begin(), sorted.end(), name);
@@ -103,11 +76,14 @@ Snapshot readSnapshot(const std::string& path, const std::string& name, Snapshot
 }
 
 BasePPD readPPD(const std::string& path, const std::string& name) {
-  auto ppd = BasePPD::ofFile(path);
-  if (!ppd) throw std::runtime_error(fmt::format("the base PPD {} cannot be read", name));
-  if (!ppd->namesUpdaters) throw std::runtime_error(fmt::format("the base PPD {} names no updaters", name));
-  if (ppd->model().empty()) throw std::runtime_error(fmt::format("the base PPD {} has no model name", name));
-  return std::move(*ppd);
+  try {
+    BasePPD ppd = BasePPD::ofFile(path);
+    if (!ppd.namesUpdaters) throw std::runtime_error("it names no updaters");
+    if (ppd.model().empty()) throw std::runtime_error("it has no model name");
+    return ppd;
+  } catch (const std::runtime_error& error) {
+    throw std::runtime_error(fmt::format("the base PPD {} cannot be used: {}", name, error.what()));
+  }
 }
 
 // Why CUPS could not read a line; null when it can.
@@ -130,11 +106,11 @@ std::string Setup::line() const {
 }
 
 SetupFolder::SetupFolder(std::string path) : path_(std::move(path)) {
-  for (const std::string& file : filesIn(path_, {".json"}, warnings_)) {
+  for (const std::string& file : FolderListing::filesIn(path_, {".json"}, warnings_)) {
     snapshotNames_.push_back(file.substr(0, file.size() - 5));
   }
   std::sort(snapshotNames_.begin(), snapshotNames_.end());
-  PPDNames_ = filesIn(path_ + "/ppd", {".ppd", ".ppd.gz"}, warnings_);
+  PPDNames_ = FolderListing::filesIn(path_ + "/ppd", {".ppd", ".ppd.gz"}, warnings_);
 }
 
 std::string SetupFolder::nameOf(const std::string& snapshotName, std::size_t number) const {
@@ -164,12 +140,15 @@ Setup SetupFolder::setupOf(const std::string& snapshotName, const Listed& listed
           pathOfPPD(PPDName),
           listed.device->uri.value_or(name),
           ppd,
-          fmt::format("{}, media of {}", ppd.model(), deviceName)};
+          fmt::format("{}, media of {}", ppd.model(), deviceName),
+          nullptr,
+          nullptr};
 }
 
 void SetupFolder::addSetups(const std::string& snapshotName, const std::vector<std::pair<std::string, BasePPD>>& ppds,
                             std::vector<Setup>& setups) {
   const Snapshot snapshot = readSnapshot(pathOfSnapshot(snapshotName), snapshotName, Snapshot::withEmptyStoresFromFile);
+  const std::size_t before = setups.size() + warnings_.size();
   for (const Listed& listed : listedIn(snapshot, snapshotName)) {
     std::vector<Setup> ofDevice;
     for (const auto& [PPDName, ppd] : ppds) {
@@ -181,6 +160,11 @@ void SetupFolder::addSetups(const std::string& snapshotName, const std::vector<s
     tellApart(ofDevice);
     for (Setup& setup : ofDevice) addReadable(std::move(setup), setups);
   }
+  if (setups.size() + warnings_.size() > before) return;
+  warnings_.push_back(
+      fmt::format("the snapshot {}.json is not listed: no base PPD is of the model of a device of it that has a data "
+                  "store",
+                  visible(snapshotName)));
 }
 
 void SetupFolder::addReadable(Setup setup, std::vector<Setup>& setups) {
@@ -194,9 +178,11 @@ void SetupFolder::addReadable(Setup setup, std::vector<Setup>& setups) {
 std::vector<Setup> SetupFolder::all() {
   std::vector<std::pair<std::string, BasePPD>> ppds;
   for (const std::string& name : PPDNames_) {
-    auto ppd = BasePPD::ofFile(pathOfPPD(name));
-    if (!ppd) warnings_.push_back(fmt::format("the base PPD {} cannot be read", visible(name)));
-    if (ppd && ppd->namesUpdaters && !ppd->model().empty()) ppds.emplace_back(name, std::move(*ppd));
+    try {
+      ppds.emplace_back(name, readPPD(pathOfPPD(name), name));
+    } catch (const std::runtime_error& error) {
+      warnings_.push_back(visible(error.what()));
+    }
   }
   std::vector<Setup> setups;
   for (const std::string& name : snapshotNames_) {
@@ -221,10 +207,17 @@ SetupFolder::Parts SetupFolder::partsOf(std::string_view name) const {
   const bool isFirst = contains(snapshotNames_, deviceName);
   const std::string snapshotName = isFirst ? deviceName : deviceName.substr(0, deviceName.rfind('+'));
   if (!contains(snapshotNames_, snapshotName)) {
-    throw std::runtime_error(fmt::format("there is no snapshot {}.json", deviceName));
+    throw std::runtime_error(fmt::format("there is no snapshot {}.json{}", deviceName, whyNotSeen()));
   }
-  if (!contains(PPDNames_, PPDName)) throw std::runtime_error(fmt::format("there is no base PPD {}", PPDName));
+  if (!contains(PPDNames_, PPDName)) {
+    throw std::runtime_error(fmt::format("there is no base PPD {}{}", PPDName, whyNotSeen()));
+  }
   return {deviceName, snapshotName, PPDName};
+}
+
+// What hides files that may be there; of a file that is no file, too, nothing else is told.
+std::string SetupFolder::whyNotSeen() const {
+  return warnings_.empty() ? "" : fmt::format(" that can be seen: {}", fmt::join(warnings_, "; "));
 }
 
 SetupFolder::Files SetupFolder::filesOf(std::string_view name) const {
@@ -234,11 +227,15 @@ SetupFolder::Files SetupFolder::filesOf(std::string_view name) const {
 
 Setup SetupFolder::named(std::string_view name) {
   const Parts parts = partsOf(name);
-  const Snapshot snapshot = readSnapshot(pathOfSnapshot(parts.snapshotName), parts.snapshotName, Snapshot::fromFile);
-  const BasePPD ppd = readPPD(pathOfPPD(parts.PPDName), parts.PPDName);
+  const auto snapshotFile = std::make_shared<const InputFile>(pathOfSnapshot(parts.snapshotName));
+  const auto base = std::make_shared<const InputFile>(pathOfPPD(parts.PPDName));
+  const Snapshot snapshot = readSnapshot(snapshotFile->path(), parts.snapshotName, Snapshot::fromFile);
+  const BasePPD ppd = readPPD(base->path(), parts.PPDName);
   for (const Listed& listed : listedIn(snapshot, parts.snapshotName)) {
     if (nameOf(parts.snapshotName, listed.number) != parts.deviceName) continue;
     Setup setup = setupOf(parts.snapshotName, listed, parts.PPDName, ppd);
+    setup.snapshot = snapshotFile;
+    setup.base = base;
     if (const char* problem = problemOfLine(setup)) throw std::runtime_error(setup.name + " is not listed: " + problem);
     if (answers(*listed.device, snapshot, setup.deviceURI, ppd)) return setup;
     throw std::runtime_error(

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "explain/watch/InputFile.h"
 #include "library/Snapshot.h"
 #include "setup/BasePPD.h"
 
@@ -18,6 +20,8 @@ struct Setup {
   std::string deviceURI;  ///< to ask the device-model library with
   BasePPD ppd;
   std::string description;  ///< "Vorantis Z9 44in, media of plotter1"; with the PPD's file when there are several
+  /// The files as they were when the setup was named, which is what it is made from; null in a list.
+  std::shared_ptr<const InputFile> snapshot, base;
 
   /// A line of the list that CUPS reads (cups-driverd(8)).
   std::string line() const;
@@ -44,12 +48,12 @@ class SetupFolder {
   };
   Files filesOf(std::string_view name) const;
 
-  /// The setup of this name; reads only the snapshot and the PPD that it names. Throws std::runtime_error with the
-  /// reason when there is none.
+  /// The setup of this name; reads only the snapshot and the PPD that it names, and each once. Throws
+  /// std::runtime_error with the reason when there is none.
   Setup named(std::string_view name);
 
-  /// What kept a file or a pair of one model out of the list, each in one line; a PPD that names no updaters is none of
-  /// it.
+  /// What kept a file or a pair of one model out of the list, each in one line. A base PPD for which there is no device
+  /// is none of it.
   const std::vector<std::string>& warnings() const { return warnings_; }
 
  private:
@@ -70,6 +74,7 @@ class SetupFolder {
     std::string deviceName, snapshotName, PPDName;
   };
   Parts partsOf(std::string_view name) const;
+  std::string whyNotSeen() const;
   void addSetups(const std::string& snapshotName, const std::vector<std::pair<std::string, BasePPD>>& ppds,
                  std::vector<Setup>& setups);
   void addReadable(Setup setup, std::vector<Setup>& setups);

@@ -8,9 +8,11 @@
 #include <cstdlib>
 #include <exception>
 #include <string>
+#include <string_view>
 
 #include "explain/report/Wording.h"
 #include "setup/SetupFolder.h"
+#include "setup/SetupStatement.h"
 #include "setup/StrictSetup.h"
 
 namespace {
@@ -32,9 +34,20 @@ the base PPD, set up with the device's media.
   -V, --version  show the version
 )";
 
-// One line in the form in which the scheduler logs it.
-void say(const char* level, const std::string& what) {
-  std::fprintf(stderr, "%s: vorantis-autosetup: %s\n", level, Wording::visible(what).c_str());
+// What a person reads of a line, or of a setup's name, in a log.
+constexpr std::size_t kLongestText = 500;
+constexpr std::size_t kLongestName = 120;
+
+std::string cutTo(std::size_t size, const std::string& text) {
+  const std::string shown = Wording::visible(text);
+  return shown.size() <= size ? shown : Wording::cutTo(size, shown) + "...";
+}
+
+// One line in the form in which the scheduler logs it. `setup`: the name of the one that it is about, if any.
+void say(const char* level, const std::string& what, std::string_view setup = "") {
+  if (setup.starts_with(SetupStatement::kScheme)) setup.remove_prefix(SetupStatement::kScheme.size());
+  const std::string about = setup.empty() ? "" : cutTo(kLongestName, std::string(setup)) + ": ";
+  std::fprintf(stderr, "%s: vorantis-autosetup: %s%s\n", level, about.c_str(), cutTo(kLongestText, what).c_str());
 }
 
 bool print(const std::string& text) {
@@ -62,10 +75,14 @@ int list() {
 }
 
 int cat(const char* name) {
-  const StrictSetup::Result result = StrictSetup::run(folder().named(name));
-  for (const std::string& warning : result.warnings) say("WARNING", warning);
-  if (result.failure.empty()) return printed(result.ppd);
-  say("ERROR", result.failure);
+  try {
+    const StrictSetup::Result result = StrictSetup::run(folder().named(name));
+    for (const std::string& warning : result.warnings) say("WARNING", warning, name);
+    if (result.failure.empty()) return printed(result.ppd);
+    say("ERROR", result.failure, name);
+  } catch (const std::exception& error) {
+    say("ERROR", error.what(), name);
+  }
   return kFailure;
 }
 

@@ -22,7 +22,7 @@ MAY_INCLUDE = {
     "explain/show": ["base", "explain/report"],
     "explain": ["base", "ppd", "readers", "updaters", "driver", "library/Snapshot.h"],
     "capture": ["base", "ppd", "readers", "updaters/PPDKeywords.h", "explain", "library/Snapshot.h"],
-    "setup": ["base", "updaters/PPDKeywords.h", "explain", "library/Snapshot.h"],
+    "setup": ["base", "ppd", "updaters/PPDKeywords.h", "explain", "library/Snapshot.h"],
     "library": [],
 }
 MAY_INCLUDE["readers"].append("readers/framework")  # on macOS its back end takes the place of the shared object's

@@ -57,6 +57,10 @@ void InputFile::read() {
   if (count == 0 && size != opened_.st_size) error_ = kChanged;
 }
 
+std::string InputFile::bytes() const {
+  return descriptor_ < 0 ? "" : bytes_.bytes();
+}
+
 bool InputFile::hasChanged() const {
   struct stat now;
   return fstat(descriptor_, &now) != 0 || now.st_size != opened_.st_size || !isSameTime(now, opened_);

@@ -20,6 +20,9 @@ class InputFile {
   /// What to open for the bytes: a file in memory, or the path itself.
   const std::string& path() const { return path_; }
 
+  /// The bytes; empty when what is there is no regular file.
+  std::string bytes() const;
+
   /// Why the bytes are not those of one whole file, for people: an error while reading, or a change of the file since
   /// it was opened, as by somebody who is copying over it. Empty when they are. A new file in its place is no change.
   std::string problem() const;

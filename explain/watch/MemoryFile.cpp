@@ -4,6 +4,7 @@
 #ifdef __linux__
 #include <sys/mman.h>
 #endif
+#include <sys/stat.h>
 #include <unistd.h>
 
 MemoryFile::MemoryFile()
@@ -26,6 +27,20 @@ bool MemoryFile::append(std::string_view bytes) {
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
   return true;
+}
+
+std::string MemoryFile::bytes() const {
+  struct stat status;
+  if (!isThere() || fstat(descriptor_, &status) != 0) return "";
+  std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
+  std::size_t size = 0;
+  while (size < bytes.size()) {
+    const ssize_t count = pread(descriptor_, bytes.data() + size, bytes.size() - size, static_cast<off_t>(size));
+    if (count <= 0) break;
+    size += static_cast<std::size_t>(count);
+  }
+  bytes.resize(size);
+  return bytes;
 }
 
 std::string MemoryFile::path() const {

@@ -17,6 +17,8 @@ class MemoryFile {
   bool isThere() const { return descriptor_ >= 0; }
   /// Whether all of it was written; otherwise there is no memory.
   bool append(std::string_view bytes);
+  /// All that was appended.
+  std::string bytes() const;
   /// Each opening of it begins at the first byte. Valid as long as this object, in this process.
   std::string path() const;
 

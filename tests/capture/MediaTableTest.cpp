@@ -17,7 +17,7 @@ namespace {
 
 // The media of the snapshot that is made of the table, as the stored library reads it.
 Value mediaOf(const std::string& table) {
-  const Snapshot made = Snapshot::fromJSON(MediaTable::snapshotOf(table, "socket://a", "\"Z9\""));
+  const Snapshot made = Snapshot::fromJSON(MediaTable::snapshotOf(table, "socket://a", "\"Z9\"").json);
   const Value store{*made.deviceFor("socket://a", "\"Z9\"")->dataStore};
   return *store.member("VMCustomMediaStorage")->member("MediaInfo");
 }
@@ -93,26 +93,26 @@ TEST(MediaTable, BearsWhatSpreadsheetsLeaveBehind) {
 }
 
 TEST(MediaTable, NamesTheDevice) {
-  const std::string table = "Name,MediumID\n";
-  const Snapshot named = Snapshot::fromJSON(MediaTable::snapshotOf(table, "socket://a", "\"Z9\""));
+  const std::string table = "Name,MediumID\nA,1\n";
+  const Snapshot named = Snapshot::fromJSON(MediaTable::snapshotOf(table, "socket://a", "\"Z9\"").json);
   EXPECT_EQ(named.devices.at(0).uri, "socket://a");
   EXPECT_EQ(named.devices.at(0).modelName, "\"Z9\"");
-  EXPECT_EQ(Snapshot::fromJSON(MediaTable::snapshotOf(table, "a", std::nullopt)).devices.at(0).modelName, "");
+  EXPECT_EQ(Snapshot::fromJSON(MediaTable::snapshotOf(table, "a", std::nullopt).json).devices.at(0).modelName, "");
 }
 
 TEST(MediaTable, RefusesAHeaderThatIsNotUnderstood) {
   EXPECT_EQ(errorOf(""), "the table is empty");
-  EXPECT_THAT(errorOf("Name\nA\n"), HasSubstr("row 1 of the table: there is no column MediumID"));
+  EXPECT_THAT(errorOf("Name\nA\n"), HasSubstr("line 1 of the table: there is no column MediumID"));
   EXPECT_THAT(errorOf("MediumID\n1\n"), HasSubstr("there is no column Name"));
   EXPECT_THAT(errorOf("Name,MediumID,Name\n"), HasSubstr("two columns are named Name"));
   EXPECT_THAT(errorOf("name,MediumID\n"), HasSubstr("no column is named \"name\"; there are: Name, MediumID, "));
-  EXPECT_THAT(errorOf("Name;MediumID\n"), HasSubstr("must be separated by commas"));
+  EXPECT_THAT(errorOf("\n\nname,MediumID\n"), HasSubstr("line 3 of the table: no column"));
 }
 
 TEST(MediaTable, RefusesARowThatMakesNoMediumAndSaysWhich) {
   const std::string head = "Name,MediumID,ICCName,URL,ParentID\n";
-  EXPECT_THAT(errorOf(head + "A,1\nB,\n"), HasSubstr("row 3 of the table: it has no MediumID"));
-  EXPECT_THAT(errorOf(head + ",1\n"), HasSubstr("row 2 of the table: its medium has no Name"));
+  EXPECT_THAT(errorOf(head + "A,1\nB,\n"), HasSubstr("line 3 of the table: it has no MediumID"));
+  EXPECT_THAT(errorOf(head + ",1\n"), HasSubstr("line 2 of the table: its medium has no Name"));
   EXPECT_THAT(errorOf(head + std::string("A\0,1\n", 5)), HasSubstr("it holds a zero byte"));
   EXPECT_THAT(errorOf("Name,MediumID,\nA,1,more\n"), HasSubstr("more fields than there are columns"));
   EXPECT_THAT(errorOf(head + "A,1,,,,more\n"), HasSubstr("more fields than there are columns"));
@@ -125,6 +125,45 @@ TEST(MediaTable, RefusesARowThatMakesNoMediumAndSaysWhich) {
 
 TEST(MediaTable, RefusesQuotesInTheWrongPlace) {
   EXPECT_THAT(errorOf("Name,MediumID\n24\" Canvas,1\n"),
-              HasSubstr("row 2 of the table: a quote stands inside a field"));
+              HasSubstr("line 2 of the table: a quote stands inside a field"));
   EXPECT_THAT(errorOf("Name,MediumID\n\"Canvas,1\n"), HasSubstr("is not closed"));
+}
+
+TEST(MediaTable, ErrorsNameTheLineOfTheFile) {
+  const std::string head = "Name,MediumID\r\n\r\n\"24\"\" Canvas,\nheavy\",1\r\n";
+  EXPECT_THAT(errorOf(head + "A,\r\n"), HasSubstr("line 5 of the table: it has no MediumID"));
+  EXPECT_THAT(errorOf(head + "\n\n,2\n"), HasSubstr("line 7 of the table: its medium has no Name"));
+  EXPECT_THAT(errorOf(head + "\"B\nC\",2\nD\"E,3\n"), HasSubstr("line 7 of the table: a quote stands"));
+  EXPECT_THAT(errorOf(head + "\"B\nC\nD,2\n"), HasSubstr("line 5 of the table: a quote"));
+  EXPECT_THAT(errorOf("Name,MediumID\rA,1\rB,\r"), HasSubstr("line 3 of the table: it has no MediumID"));
+}
+
+TEST(MediaTable, TellsWhatSpreadsheetsInGermanWrite) {
+  for (const char* table : {"Name;MediumID\nA;1\n", "\"Name\";\"MediumID\"\n\"24\"\" Canvas\";1\n"}) {
+    EXPECT_THAT(errorOf(table), HasSubstr("line 1 of the table: the fields are separated by semicolons"));
+  }
+  EXPECT_EQ(mediaOf("Name,MediumID\nA;B,1\n").object()->size(), 1U);
+}
+
+TEST(MediaTable, TellsThatATableIsUTF16) {
+  using namespace std::string_literals;
+  for (const std::string& table : {"\xFF\xFEN\0a\0"s, "\xFE\xFF\0N\0a"s, "N\0a\0m\0e\0"s, "\0N\0a"s}) {
+    EXPECT_EQ(errorOf(table), "the table is UTF-16; save it as CSV in UTF-8");
+  }
+}
+
+TEST(MediaTable, ATableWithoutMediaIsAMistake) {
+  for (const char* table : {"Name,MediumID\n", "Name,MediumID", "Name,MediumID\n,,\n\n"}) {
+    EXPECT_THAT(errorOf(table), HasSubstr("the table has no media")) << table;
+  }
+}
+
+TEST(MediaTable, WarnsOfIDsThatWereRounded) {
+  const auto warningsOf = [](const std::string& ids) {
+    return MediaTable::snapshotOf("Name,MediumID\n" + ids, "a", std::nullopt).warnings;
+  };
+  EXPECT_THAT(warningsOf("A,\"4,71E+03\"\nB,4.71E+03\nC,5E11\n"),
+              testing::ElementsAre(HasSubstr("line 2 of the table: the MediumID 4,71E+03"), HasSubstr("line 3"),
+                                   HasSubstr("line 4")));
+  EXPECT_THAT(warningsOf("A,4711\nB,4E\nC,E5\nD,4711E\nE,A4E5\nF,\"4,7\"\n"), testing::IsEmpty());
 }

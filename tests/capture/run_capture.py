@@ -5,6 +5,7 @@ import argparse
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -29,6 +30,27 @@ def check_tables(call, expect, folder, example):
            all(code in odd.stdout for code in (b"[id-inside-code]", b"[profile-missing]", b"[name-otherwise]")))
     other = call("--check", made, example.parent / "glossy/input.ppd")
     expect("--check: a PPD of another model", other.returncode == 1 and b"[no-device]" in other.stdout)
+    few = call("--check", "--ignore=profile-missing", "--ignore", "colon-in-text", made, ppd)
+    expect("--check --ignore leaves warnings of these codes out", few.returncode == 1 and
+           re.findall(rb"\[([a-z-]+)\]", few.stdout) == [b"id-inside-code"])
+    table.write_text("Name,MediumID,ICCName,URL\n" + "".join(f"M{i},{i},P,file:///no/such.icc\n" for i in range(5000, 5300)))
+    many = folder / "many.json"
+    many.write_bytes(call("--from-table", table, "--ppd", ppd, URI).stdout)
+    lines = call("--check", many, ppd).stdout.splitlines()
+    expect("--check: many warnings of a code are one line with a count", len(lines) < 5 and lines[1].endswith(b"(and 299 more) [profile-missing]"))
+    for name in sorted(path.parent for path in example.parent.glob("*/input.ppd")):
+        result = call("--check", "--ignore=profile-missing", name / "snapshot.json", name / "input.ppd")
+        expect(f"--check --ignore=profile-missing: {name.name} is as it should be", result.returncode == 0)
+    table.write_text('Name,MediumID\nA,"4,71E+03"\n')
+    rounded = call(f"--from-table={table}", URI)
+    expect("a number that was rounded is warned of, with its line", rounded.returncode == 0 and
+           b"line 2 of the table: the MediumID 4,71E+03" in rounded.stderr)
+    for what, text in (("semicolons", b"Name;MediumID\nA;1\n"), ("UTF-16", "Name,MediumID\nA,1\n".encode("utf-16")),
+                       ("no media", b"Name,MediumID\n")):
+        table.write_bytes(text)
+        result = call(f"--from-table={table}", URI)
+        expect(f"a table with {what}: status 1, one line, nothing written",
+               result.returncode == 1 and not result.stdout and result.stderr.count(b"\n") == 1)
     expect("--check: a missing profile does not hide that nothing would be written",
            b"Nothing would be written: " in call("--check", made, ppd, LD_LIBRARY_PATH=str(broken_library(folder))).stdout)
     (folder / "bad.json").write_text("{")
@@ -37,6 +59,9 @@ def check_tables(call, expect, folder, example):
                                  ("--check with a snapshot that is none", 1, call("--check", folder / "bad.json", ppd)),
                                  ("--check with a PPD that is not there", 1, call("--check", made, "/no/such.ppd")),
                                  ("--check with one argument", 2, call("--check", made)),
+                                 ("--ignore without --check", 2, call("--ignore=profile-missing", URI)),
+                                 ("--ignore with a code that is none", 2, call("--check", "--ignore=what", made, ppd)),
+                                 ("--ppd without a name", 2, call("--ppd=", URI)),
                                  ("--check and a table", 2, call("--check", "--from-table=a.csv", made, ppd))):
         expect(f"{what}: status {status}, said on standard error, nothing written",
                result.returncode == status and result.stderr and not result.stdout)

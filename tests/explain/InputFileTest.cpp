@@ -22,6 +22,7 @@ TEST(InputFile, HasTheBytesOfAFileWhateverBecomesOfIt) {
   EXPECT_NE(file.path(), path);
   std::filesystem::remove(path);
   EXPECT_EQ(contentsOfFile(file.path()), kBytes);
+  EXPECT_EQ(file.bytes(), kBytes);
 }
 
 TEST(InputFile, AFileThatStaysAsItIsHasNoProblem) {
@@ -67,5 +68,6 @@ TEST(InputFile, LeavesWhatIsNoFileWhereItIs) {
     const InputFile file(path);
     EXPECT_EQ(file.path(), path);
     EXPECT_EQ(file.problem(), "");
+    EXPECT_EQ(file.bytes(), "");
   }
 }

@@ -16,6 +16,15 @@ TEST(MemoryFile, HasTheBytesThatWereAppendedFromTheFirstOnAtEachOpening) {
   EXPECT_EQ(contentsOfFile(file.path()), "one " + std::string(300000, 'x'));
 }
 
+TEST(MemoryFile, GivesItsBytesBack) {
+  MemoryFile file;
+  EXPECT_EQ(file.bytes(), "");
+  EXPECT_TRUE(file.append(std::string("a\0b", 3)));
+  EXPECT_EQ(file.bytes(), std::string("a\0b", 3));
+  EXPECT_TRUE(file.append(std::string(3000000, 'x')));
+  EXPECT_EQ(file.bytes().size(), 3000003U);
+}
+
 TEST(MemoryFile, TwoAreApart) {
   MemoryFile one;
   MemoryFile other;

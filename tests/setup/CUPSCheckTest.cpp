@@ -62,20 +62,20 @@ int lowestFreeDescriptor() {
 }
 
 std::string reasonFor(const std::string& content) {
-  return whyCUPSRefuses(content).value_or("none");
+  return CUPSCheck::whyRefused(content).value_or("none");
 }
 
 }  // namespace
 
 TEST(CUPSCheck, HasNothingAgainstWhatCUPSLoads) {
-  EXPECT_EQ(whyCUPSRefuses(loadable()), std::nullopt);
+  EXPECT_EQ(CUPSCheck::whyRefused(loadable()), std::nullopt);
 }
 
 TEST(CUPSCheck, LooksAtTheWholeOfALongPPD) {
   std::string text = loadable();
   while (text.size() < 1000000) text += "*QZFiller Name: \"a value of some length\"\n";
-  EXPECT_EQ(whyCUPSRefuses(text), std::nullopt);
-  EXPECT_NE(whyCUPSRefuses(text + "no statement\n"), std::nullopt);
+  EXPECT_EQ(CUPSCheck::whyRefused(text), std::nullopt);
+  EXPECT_NE(CUPSCheck::whyRefused(text + "no statement\n"), std::nullopt);
 }
 
 TEST(CUPSCheck, TellsTheReasonAndTheLine) {
@@ -86,7 +86,7 @@ TEST(CUPSCheck, TellsTheReasonAndTheLine) {
 
 TEST(CUPSCheck, HoldsThePPDToTheLimitsOfCUPS) {
   const auto longest = [](const char* begin, std::size_t size, const char* end) {
-    return whyCUPSRefuses(loadable() + begin + std::string(size - std::string(begin).size(), 'x') + end);
+    return CUPSCheck::whyRefused(loadable() + begin + std::string(size - std::string(begin).size(), 'x') + end);
   };
   EXPECT_EQ(longest("*", 41, ": \"\"\n"), std::nullopt);
   EXPECT_NE(longest("*", 42, ": \"\"\n"), std::nullopt);
@@ -95,31 +95,30 @@ TEST(CUPSCheck, HoldsThePPDToTheLimitsOfCUPS) {
 }
 
 TEST(CUPSCheck, RefusesWhatIsNoPPD) {
-  EXPECT_NE(whyCUPSRefuses(""), std::nullopt);
-  EXPECT_NE(whyCUPSRefuses("\n"), std::nullopt);
-  EXPECT_NE(whyCUPSRefuses("*FormatVersion: \"4.3\"\n"), std::nullopt);
-  EXPECT_NE(whyCUPSRefuses(std::string(1, '\0')), std::nullopt);
-  EXPECT_NE(whyCUPSRefuses("\x1F\x8B"), std::nullopt);
+  EXPECT_NE(CUPSCheck::whyRefused(""), std::nullopt);
+  EXPECT_NE(CUPSCheck::whyRefused("\n"), std::nullopt);
+  EXPECT_NE(CUPSCheck::whyRefused("*FormatVersion: \"4.3\"\n"), std::nullopt);
+  EXPECT_NE(CUPSCheck::whyRefused(std::string(1, '\0')), std::nullopt);
+  EXPECT_NE(CUPSCheck::whyRefused("\x1F\x8B"), std::nullopt);
 }
 
 TEST(CUPSCheck, IsNotStrict) {
-  const std::string loose = loadable() + "*Keyword\n";
+  EXPECT_EQ(CUPSCheck::whyRefused(loadable() + "*Keyword\n"), std::nullopt);
   ppdSetConformance(PPD_CONFORM_STRICT);
-  EXPECT_NE(whyCUPSRefuses(loose), std::nullopt);
+  EXPECT_EQ(CUPSCheck::whyRefused(loadable() + "*Keyword\n"), std::nullopt);
   ppdSetConformance(PPD_CONFORM_RELAXED);
-  EXPECT_EQ(whyCUPSRefuses(loose), std::nullopt);
 }
 
 TEST(CUPSCheck, TakesTheLineEndsThatCUPSTakes) {
   std::string text = loadable();
   for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 2) text.insert(at, "\r");
-  EXPECT_EQ(whyCUPSRefuses(text), std::nullopt);
+  EXPECT_EQ(CUPSCheck::whyRefused(text), std::nullopt);
 }
 
 TEST(CUPSCheck, LeavesNoDescriptorOpen) {
   const int before = lowestFreeDescriptor();
-  whyCUPSRefuses(loadable());
-  whyCUPSRefuses("");
+  CUPSCheck::whyRefused(loadable());
+  CUPSCheck::whyRefused("");
   EXPECT_EQ(lowestFreeDescriptor(), before);
 }
 
@@ -136,7 +135,58 @@ TEST(CUPSCheck, WritesNoFile) {
   const TemporaryFolder folder;
   const std::string before = std::filesystem::current_path();
   std::filesystem::current_path(folder.path());
-  EXPECT_EQ(whyCUPSRefuses(loadable()), std::nullopt);
+  EXPECT_EQ(CUPSCheck::whyRefused(loadable()), std::nullopt);
   std::filesystem::current_path(before);
   EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+namespace {
+
+const std::string kMedia =
+    "*OpenUI *MediaType/Media: PickOne\n*DefaultMediaType: Plain\n*MediaType Plain/Plain: \"(1001)\"\n%s"
+    "*CloseUI: *MediaType\n";
+
+std::string withMedia(const std::string& choices, const std::string& statements = "") {
+  std::string media = kMedia;
+  return loadable() + media.replace(media.find("%s"), 2, choices) + statements;
+}
+
+std::string foundBetween(const std::string& base, const std::string& result) {
+  return CUPSCheck::foreignStatement(base, result).value_or("none");
+}
+
+}  // namespace
+
+TEST(CUPSCheck, FindsNothingForeignInTheMediaOfASetup) {
+  EXPECT_EQ(foundBetween(withMedia(""), withMedia("")), "none");
+  EXPECT_EQ(foundBetween(
+                withMedia("*MediaType Custom1/Old: \"\"\n", "*QZMediaListVersion: 1\n"),
+                withMedia("*MediaType Custom1/Canvas: \"(4711)\"\n*de.MediaType Custom1/Leinwand: \"\"\n",
+                          "*QZMediaListVersion: 2\n*QZMediaTypeGroup CustomMedia-category/Custom Paper: "
+                          "\"Custom1\"\n*End\n*QZValueAttributes MediaType.Custom1: \"a=b\"\n*cupsICCProfile "
+                          ".Custom1./Canvas: \"/c.icc\"\n*de.cupsICCProfile .Custom1./Canvas: \"\"\n*QZVorantisFamily: "
+                          "\"F\"\n*QZPDLCommand end-page: \"pdl\"\n*VorantisSetup: \"a\"\n")),
+            "none");
+}
+
+TEST(CUPSCheck, FindsWhatIsNotOfMedia) {
+  for (const std::string statement :
+       {"*cupsFilter: \"application/vnd.cups-raster 0 evil\"\n",
+        "*cupsFilter2: \"application/vnd.cups-raster application/octet-stream 0 evil\"\n",
+        "*FoomaticRIPCommandLine: \"touch /tmp/owned\"\n", "*cupsPreFilter: \"application/pdf 0 evil\"\n",
+        "*JCLBegin: \"evil\"\n", "*cupsCommands: \"evil\"\n", "*APAutoSetupTool: \"/tmp/evil\"\n",
+        "*UIConstraints: *MediaType Plain *PageSize A4\n",
+        "*OpenUI *Evil/Evil: PickOne\n*DefaultEvil: A\n*Evil A/A: \"\"\n*CloseUI: *Evil\n"}) {
+    EXPECT_NE(foundBetween(withMedia(""), withMedia("", statement)), "none") << statement;
+    EXPECT_NE(foundBetween(withMedia("", statement), withMedia("")), "none") << statement;
+    EXPECT_EQ(foundBetween(withMedia("", statement), withMedia("", statement)), "none") << statement;
+  }
+  EXPECT_NE(foundBetween(withMedia(""), withMedia("*MediaType Other/Other: \"evil\"\n")), "none");
+  EXPECT_NE(
+      foundBetween(withMedia("*MediaType Other/Other: \"good\"\n"), withMedia("*MediaType Other/Other: \"evil\"\n")),
+      "none");
+}
+
+TEST(CUPSCheck, TellsOfAResultThatCUPSDoesNotLoad) {
+  EXPECT_THAT(foundBetween(loadable(), "no PPD\n"), HasSubstr(" in line 1"));
 }

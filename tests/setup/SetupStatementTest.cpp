@@ -47,7 +47,7 @@ TEST(SetupStatement, TheLongestNameStillFitsCUPS) {
   const std::string name = "vorantis-autosetup:" + std::string(232, 'n') + "/z.p";
   ASSERT_EQ(name.size(), 255U);
   const std::string ppd = SetupStatement::addedTo(kPPD, name, kSources);
-  EXPECT_EQ(whyCUPSRefuses(ppd), std::nullopt);
+  EXPECT_EQ(CUPSCheck::whyRefused(ppd), std::nullopt);
   EXPECT_EQ(SetupStatement::of(ppd)->source, name.substr(19));
 }
 

@@ -7,6 +7,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -14,6 +16,8 @@
 #include "base/ATException.h"
 #include "base/Text.h"
 #include "library/Snapshot.h"
+#include "setup/SetupDigest.h"
+#include "setup/SetupStatement.h"
 #include "tests/support/SnapshotDeviceModelLibrary.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -56,6 +60,30 @@ struct NoLibrary : SnapshotDeviceModelLibrary {
   bool isAvailable() override { return false; }
 };
 
+// Takes the snapshot that it is named when it is asked, and does something then.
+struct TakingLibrary : SnapshotDeviceModelLibrary {
+  using SnapshotDeviceModelLibrary::SnapshotDeviceModelLibrary;
+  bool isAvailable() override {
+    taken = contentsOfFile(std::getenv("QZVORANTISMODEL_SNAPSHOT"));
+    if (meddle) meddle();
+    return true;
+  }
+  std::string taken;
+  std::function<void()> meddle;
+};
+
+std::string manyWithProfiles(int count) {
+  std::string media;
+  for (int number = 0; number < count; ++number) {
+    const std::string id = std::to_string(5000 + number);
+    media += (number == 0 ? "\"" : ", \"") + id + R"(": {"Name": "Medium )" + id + R"(", "MediumID": ")" + id +
+             R"(", "CategoryName": "C", "CategoryID": "CUSTOM", "ICCProfiles": [{"URL": "file:///none/)" + id +
+             R"(.icc", "ICCName": "P"}]})";
+  }
+  return snapshotWith(R"("dataStore": {"VMCustomMediaStorage": {"MediumListVersion": "7", "MediaInfo": {)" + media +
+                      "}}}");
+}
+
 struct BrokenLibrary : SnapshotDeviceModelLibrary {
   BrokenLibrary() : SnapshotDeviceModelLibrary({}) {}
   std::unique_ptr<ServiceInfo> serviceInfoWithSpec(const ServiceInfoSpec& /*spec*/) override {
@@ -72,7 +100,15 @@ class StrictSetupTest : public testing::Test {
 
   StrictSetup::Result runFile(const std::string& path, DeviceModelLibrary& library) const {
     DeviceModelLibrary::setDefaultLibrary(&library);
-    return StrictSetup::run({"vorantis-autosetup:p/z9.ppd", folder_.path("p.json"), path, kURI, {}, ""});
+    const std::string snapshot = folder_.path("p.json");
+    return StrictSetup::run({"vorantis-autosetup:p/z9.ppd",
+                             snapshot,
+                             path,
+                             kURI,
+                             {},
+                             "",
+                             std::make_shared<InputFile>(snapshot),
+                             std::make_shared<InputFile>(path)});
   }
   StrictSetup::Result run(const std::string& text, DeviceModelLibrary& library) const {
     return runFile(folder_.file("z9.ppd", text), library);
@@ -113,8 +149,44 @@ TEST_F(StrictSetupTest, LeavesTheBasePPDAsItIs) {
 
 TEST_F(StrictSetupTest, NamesItsSnapshotToTheLibrary) {
   setenv("QZVORANTISMODEL_SNAPSHOT", "another", 1);
-  run(ppd(quoted(kMediaUpdater)));
-  EXPECT_STREQ(std::getenv("QZVORANTISMODEL_SNAPSHOT"), folder_.path("p.json").c_str());
+  folder_.file("p.json", canvas());
+  TakingLibrary taking(snapshot::Snapshot::fromJSON(canvas()));
+  runFile(folder_.file("z9.ppd", ppd(quoted(kMediaUpdater))), taking);
+  EXPECT_EQ(taking.taken, canvas());
+}
+
+TEST_F(StrictSetupTest, MessagesNameTheSnapshotAsPeopleDo) {
+  EXPECT_THAT(failureOf(ppd(quoted(kMediaUpdater)), snapshotWith(R"("uri": "u:1", "dataStore": {})")),
+              AllOf(HasSubstr(folder_.path("p.json")), Not(HasSubstr("/proc/"))));
+}
+
+TEST_F(StrictSetupTest, SaysInThePPDWhatItWasMadeFrom) {
+  const std::string base = ppd(quoted(kMediaUpdater));
+  const auto result = run(base);
+  const auto statement = SetupStatement::of(result.ppd);
+  ASSERT_TRUE(statement);
+  EXPECT_EQ(statement->source, "p/z9.ppd");
+  EXPECT_EQ(statement->sources, SetupDigest::ofSources(base, canvas()));
+  EXPECT_EQ(statement->result, SetupDigest::ofResult(result.ppd));
+  EXPECT_TRUE(result.ppd.starts_with("*PPD-Adobe: \"4.3\"\n*VorantisSetup: \"p/z9.ppd\n"));
+}
+
+TEST_F(StrictSetupTest, FailsWhenAFileIsWrittenToMeanwhile) {
+  folder_.file("p.json", canvas());
+  for (const char* name : {"z9.ppd", "p.json"}) {
+    TakingLibrary library(snapshot::Snapshot::fromJSON(canvas()));
+    library.meddle = [this, name] { std::ofstream(folder_.path(name), std::ios::app) << "\n"; };
+    const auto result = runFile(folder_.file("z9.ppd", ppd(quoted(kMediaUpdater))), library);
+    EXPECT_EQ(result.failure, folder_.path(name) + " cannot be read as a whole: it changed while it was read");
+    EXPECT_EQ(result.ppd, "");
+  }
+}
+
+TEST_F(StrictSetupTest, ManyWarningsOfACodeAreALine) {
+  const auto result = run(ppd(quoted(kMediaUpdater)), manyWithProfiles(300));
+  EXPECT_EQ(result.failure, "");
+  EXPECT_THAT(result.warnings, testing::ElementsAre(AllOf(HasSubstr("(and 299 more)"), EndsWith(" [profile-missing]")),
+                                                    AllOf(HasSubstr(" more)"), EndsWith(" [profile-collision]"))));
 }
 
 TEST_F(StrictSetupTest, ADeviceWithoutCustomMediaIsSetUp) {
