@@ -5,6 +5,7 @@ import gzip
 import json
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 
@@ -19,6 +20,16 @@ UPDATERS = b"*QZPPDUpdaters:"
 GOOD = f"{SCHEME}:plotter1/z6.ppd"
 PACKED = f"{SCHEME}:plotter1/packed.ppd.gz"
 CLEAN = {name: value for name, value in os.environ.items() if name in ("PATH", "LANG", "HOME", "TMPDIR")}
+
+
+# What the program writes behind the first line, and the tool does not.
+STATEMENT = re.compile(rb'\A([^\n]*\n)\*VorantisSetup: "[^"]*\n[0-9a-f]{64} [0-9a-f]{64} [^"\n]*"\n\*End\n')
+
+
+def without_statement(ppd):
+    """The PPD without the statement of its setup; None when it has none."""
+    bare, count = STATEMENT.subn(rb"\1", ppd or b"")
+    return bare if count == 1 else None
 
 
 def without_updaters(ppd):
