@@ -37,7 +37,7 @@ def check_tables(call, expect, folder, example):
     many = folder / "many.json"
     many.write_bytes(call("--from-table", table, "--ppd", ppd, URI).stdout)
     lines = call("--check", many, ppd).stdout.splitlines()
-    expect("--check: many warnings of a code are one line with a count", len(lines) < 5 and lines[1].endswith(b"(and 299 more) [profile-missing]"))
+    expect("--check: many warnings of a code are one line with a count", len(lines) < 5 and any(line.endswith(b"(and 299 more) [profile-missing]") for line in lines))
     for name in sorted(path.parent for path in example.parent.glob("*/input.ppd")):
         result = call("--check", "--ignore=profile-missing", name / "snapshot.json", name / "input.ppd")
         expect(f"--check --ignore=profile-missing: {name.name} is as it should be", result.returncode == 0)

@@ -185,8 +185,9 @@ TEST_F(StrictSetupTest, FailsWhenAFileIsWrittenToMeanwhile) {
 TEST_F(StrictSetupTest, ManyWarningsOfACodeAreALine) {
   const auto result = run(ppd(quoted(kMediaUpdater)), manyWithProfiles(300));
   EXPECT_EQ(result.failure, "");
-  EXPECT_THAT(result.warnings, testing::ElementsAre(AllOf(HasSubstr("(and 299 more)"), EndsWith(" [profile-missing]")),
-                                                    AllOf(HasSubstr(" more)"), EndsWith(" [profile-collision]"))));
+  EXPECT_THAT(result.warnings,
+              testing::UnorderedElementsAre(AllOf(HasSubstr("(and 299 more)"), EndsWith(" [profile-missing]")),
+                                            AllOf(HasSubstr(" more)"), EndsWith(" [profile-collision]"))));
 }
 
 TEST_F(StrictSetupTest, ADeviceWithoutCustomMediaIsSetUp) {
