@@ -23,20 +23,19 @@ using Wording::visible;
 
 constexpr std::string_view kScheme = SetupStatement::kScheme;
 
-// What CUPS 2.4 reads of a line of the list; it takes a longer name or make, or an empty make, for the end of the list.
-constexpr std::size_t kLongestName = 255;
-constexpr std::size_t kLongestMake = 127;
-constexpr std::size_t kLongestDescription = 127;
-// A line of more than 2,046 bytes is two to it, the second of which ends the list; only the ID has no limit so far.
-constexpr std::size_t kLongestDeviceID = 255;
-
 bool contains(const std::vector<std::string>& sorted, const std::string& name) {
   return std::binary_search(sorted.begin(), sorted.end(), name);
 }
 
-// Neither a quotation mark nor a line end may stand in a field.
-bool isField(std::string_view text) {
-  return Text::isValidUTF8(text) && visible(text) == text && text.find('"') == std::string_view::npos;
+// lpadmin puts a backslash in front of each apostrophe and backslash of a name that it sends.
+std::string withoutEscapes(std::string_view name) {
+  std::string plain;
+  for (std::size_t index = 0; index < name.size(); ++index) {
+    const std::string_view next = name.substr(index + 1, 1);
+    if (name[index] == '\\' && (next == "\\" || next == "'")) ++index;
+    plain += name[index];
+  }
+  return plain;
 }
 
 // Two base PPDs of one model are told apart by their files: a list for people may show the descriptions only.
@@ -46,7 +45,7 @@ void tellApart(std::vector<Setup>& ofDevice) {
   for (Setup& setup : ofDevice) {
     if (counts[setup.description] == 1) continue;
     const std::string file = " (" + setup.PPDPath.substr(setup.PPDPath.rfind('/') + 1) + ")";
-    const std::size_t left = kLongestDescription - std::min(file.size(), kLongestDescription);
+    const std::size_t left = Setup::kLongestDescription - std::min(file.size(), Setup::kLongestDescription);
     setup.description = Wording::cutTo(left, setup.description) + file;
   }
 }
@@ -86,24 +85,7 @@ BasePPD readPPD(const std::string& path, const std::string& name) {
   }
 }
 
-// Why CUPS could not read a line; null when it can.
-const char* problemOfLine(const Setup& setup) {
-  if (setup.name.size() > kLongestName) return "its name is longer than 255 bytes";
-  if (setup.ppd.make().empty()) return "its PPD names no manufacturer";
-  if (setup.ppd.make().size() > kLongestMake) return "its manufacturer is longer than 127 bytes";
-  const bool isReadable = isField(setup.name) && isField(setup.ppd.make()) && isField(setup.ppd.model()) &&
-                          isField(setup.description) && isField(setup.ppd.deviceID);
-  return isReadable ? nullptr : "a name holds a quotation mark or a control character";
-}
-
 }  // namespace
-
-std::string Setup::line() const {
-  const std::string deviceID =
-      ppd.deviceID.empty() ? fmt::format("MFG:{};MDL:{};", ppd.make(), ppd.model()) : ppd.deviceID;
-  return fmt::format("\"{}\" en \"{}\" \"{}\" \"{}\"\n", name, ppd.make(),
-                     Wording::cutTo(kLongestDescription, description), Wording::cutTo(kLongestDeviceID, deviceID));
-}
 
 SetupFolder::SetupFolder(std::string path) : path_(std::move(path)) {
   for (const std::string& file : FolderListing::filesIn(path_, {".json"}, warnings_)) {
@@ -168,7 +150,7 @@ void SetupFolder::addSetups(const std::string& snapshotName, const std::vector<s
 }
 
 void SetupFolder::addReadable(Setup setup, std::vector<Setup>& setups) {
-  if (const char* problem = problemOfLine(setup)) {
+  if (const char* problem = setup.problemOfLine()) {
     warnings_.push_back(fmt::format("{} is not listed: {}", visible(setup.name), problem));
   } else {
     setups.push_back(std::move(setup));
@@ -196,23 +178,29 @@ std::vector<Setup> SetupFolder::all() {
   return setups;
 }
 
-SetupFolder::Parts SetupFolder::partsOf(std::string_view name) const {
+SetupFolder::Parts SetupFolder::split(std::string_view name) const {
   const std::size_t slash = name.rfind('/');
   if (!name.starts_with(kScheme) || slash == std::string_view::npos || slash < kScheme.size()) {
     throw std::runtime_error("there is no setup of this name: " + std::string(name));
   }
   const std::string deviceName(name.substr(kScheme.size(), slash - kScheme.size()));
-  const std::string PPDName(name.substr(slash + 1));
-  // No path is made of a name that is not that of a file here.
   const bool isFirst = contains(snapshotNames_, deviceName);
-  const std::string snapshotName = isFirst ? deviceName : deviceName.substr(0, deviceName.rfind('+'));
-  if (!contains(snapshotNames_, snapshotName)) {
-    throw std::runtime_error(fmt::format("there is no snapshot {}.json{}", deviceName, whyNotSeen()));
+  return {deviceName, isFirst ? deviceName : deviceName.substr(0, deviceName.rfind('+')),
+          std::string(name.substr(slash + 1))};
+}
+
+// No path is made of a name that is not that of a file here.
+SetupFolder::Parts SetupFolder::partsOf(std::string_view name) const {
+  const auto isHere = [this](const Parts& parts) {
+    return contains(snapshotNames_, parts.snapshotName) && contains(PPDNames_, parts.PPDName);
+  };
+  const Parts parts = split(name);
+  if (isHere(parts)) return parts;
+  if (const Parts meant = split(withoutEscapes(name)); isHere(meant)) return meant;
+  if (!contains(snapshotNames_, parts.snapshotName)) {
+    throw std::runtime_error(fmt::format("there is no snapshot {}.json{}", parts.deviceName, whyNotSeen()));
   }
-  if (!contains(PPDNames_, PPDName)) {
-    throw std::runtime_error(fmt::format("there is no base PPD {}{}", PPDName, whyNotSeen()));
-  }
-  return {deviceName, snapshotName, PPDName};
+  throw std::runtime_error(fmt::format("there is no base PPD {}{}", parts.PPDName, whyNotSeen()));
 }
 
 // What hides files that may be there; of a file that is no file, too, nothing else is told.
@@ -236,7 +224,8 @@ Setup SetupFolder::named(std::string_view name) {
     Setup setup = setupOf(parts.snapshotName, listed, parts.PPDName, ppd);
     setup.snapshot = snapshotFile;
     setup.base = base;
-    if (const char* problem = problemOfLine(setup)) throw std::runtime_error(setup.name + " is not listed: " + problem);
+    if (const char* problem = setup.problemOfLine())
+      throw std::runtime_error(setup.name + " is not listed: " + problem);
     if (answers(*listed.device, snapshot, setup.deviceURI, ppd)) return setup;
     throw std::runtime_error(
         fmt::format("the device {} is not the one that is asked with the model {} of the base PPD {}", parts.deviceName,

@@ -2,30 +2,13 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "explain/watch/InputFile.h"
 #include "library/Snapshot.h"
-#include "setup/BasePPD.h"
-
-/// One thing that can be set up: a device of a snapshot, and a base PPD.
-struct Setup {
-  std::string name;  ///< with the program's scheme: vorantis-autosetup:plotter1/z9.ppd
-  std::string snapshotPath;
-  std::string PPDPath;
-  std::string deviceURI;  ///< to ask the device-model library with
-  BasePPD ppd;
-  std::string description;  ///< "Vorantis Z9 44in, media of plotter1"; with the PPD's file when there are several
-  /// The files as they were when the setup was named, which is what it is made from; null in a list.
-  std::shared_ptr<const InputFile> snapshot, base;
-
-  /// A line of the list that CUPS reads (cups-driverd(8)).
-  std::string line() const;
-};
+#include "setup/Setup.h"
 
 /// The folder from which an administrator sets queues up: device snapshots (`*.json`), and base PPDs in `ppd/`
 /// (`*.ppd`, `*.ppd.gz`).
@@ -48,8 +31,9 @@ class SetupFolder {
   };
   Files filesOf(std::string_view name) const;
 
-  /// The setup of this name; reads only the snapshot and the PPD that it names, and each once. Throws
-  /// std::runtime_error with the reason when there is none.
+  /// The setup of this name, as the list or as lpadmin has it (with a backslash in front of each apostrophe and
+  /// backslash); reads only the snapshot and the PPD that it names, and each once. Throws std::runtime_error with the
+  /// reason when there is none.
   Setup named(std::string_view name);
 
   /// What kept a file or a pair of one model out of the list, each in one line. A base PPD for which there is no device
@@ -69,10 +53,11 @@ class SetupFolder {
   std::vector<Listed> listedIn(const snapshot::Snapshot& snapshot, const std::string& snapshotName) const;
   Setup setupOf(const std::string& snapshotName, const Listed& listed, const std::string& PPDName,
                 const BasePPD& ppd) const;
-  // A setup's name in its parts, the snapshot's without the number of a device; all of them are files here.
+  // A setup's name in its parts, the snapshot's without the number of a device.
   struct Parts {
     std::string deviceName, snapshotName, PPDName;
   };
+  Parts split(std::string_view name) const;
   Parts partsOf(std::string_view name) const;
   std::string whyNotSeen() const;
   void addSetups(const std::string& snapshotName, const std::vector<std::pair<std::string, BasePPD>>& ppds,
