@@ -8,7 +8,7 @@ _vorantis_device_snapshot() {
   [ "$previous" = "=" ] && previous=${COMP_WORDS[COMP_CWORD - 2]}
   case $previous in
     --ppd | --from-table) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
-    --ignore) mapfile -t COMPREPLY < <(compgen -W "profile-missing profile-elsewhere colon-in-text profile-collision" -- "$word") ;;
+    --ignore) mapfile -t COMPREPLY < <(compgen -W "profile-missing profile-elsewhere profile-permissions profile-collision" -- "$word") ;;
     *)
       if [[ $word == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "--ppd= --from-table= --check --ignore= --allow-empty --help --version -h -V" -- "$word")

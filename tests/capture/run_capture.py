@@ -30,9 +30,11 @@ def check_tables(call, expect, folder, example):
            all(code in odd.stdout for code in (b"[id-inside-code]", b"[profile-missing]", b"[name-otherwise]")))
     other = call("--check", made, example.parent / "glossy/input.ppd")
     expect("--check: a PPD of another model", other.returncode == 1 and b"[no-device]" in other.stdout)
-    few = call("--check", "--ignore=profile-missing", "--ignore", "colon-in-text", made, ppd)
-    expect("--check --ignore leaves warnings of these codes out", few.returncode == 1 and
-           re.findall(rb"\[([a-z-]+)\]", few.stdout) == [b"id-inside-code"])
+    codes = re.findall(rb"\[([a-z-]+)\]", odd.stdout)
+    few = call("--check", "--ignore=profile-missing", "--ignore", "id-inside-code", made, ppd)
+    left = [code for code in codes if code not in (b"profile-missing", b"id-inside-code")]
+    expect("--check --ignore leaves warnings of these codes out", len(left) < len(codes) and left and few.returncode == 1 and
+           re.findall(rb"\[([a-z-]+)\]", few.stdout) == left)
     table.write_text("Name,MediumID,ICCName,URL\n" + "".join(f"M{i},{i},P,file:///no/such.icc\n" for i in range(5000, 5300)))
     many = folder / "many.json"
     many.write_bytes(call("--from-table", table, "--ppd", ppd, URI).stdout)

@@ -7,6 +7,7 @@ must leave the queues as they were and its reason in the scheduler's log, names 
 and the program may write no file and open no socket. With --browser a printer is added through the web interface too.
 """
 import argparse
+import gzip
 import hashlib
 import pathlib
 import re
@@ -89,6 +90,12 @@ def change_devices(change):
     return lambda driver: driver.snapshot("plotter1", change)
 
 
+def named_medium(name):
+    def change(devices):
+        devices[0]["dataStore"]["VMCustomMediaStorage"]["MediaInfo"]["4711"]["Name"] = name
+    return change_devices(change)
+
+
 def unusable_library(driver):
     folder = driver.folder / "unusable"
     folder.mkdir()
@@ -105,6 +112,10 @@ FAILURES = {
     "a PPD of another model": lambda driver: driver.ppd("z6.ppd", driver.of_model(OTHER_MODEL)),
     "a PPD without updaters": lambda driver: driver.ppd("z6.ppd", without_updaters(driver.base)),
     "a PPD that CUPS does not load": lambda driver: driver.ppd("z6.ppd", driver.base + BAD_STATEMENT),
+    "a PPD that was cut off": lambda driver: driver.ppd("z6.ppd", driver.base[:driver.base.rindex(b"*CloseUI")]),
+    "a gzip PPD that was cut off": lambda driver: driver.ppd("z6.ppd", gzip.compress(driver.base)[:-9]),
+    "a medium whose name is a command": named_medium('Canvas: ""\n*FoomaticRIPCommandLine: "touch /tmp/owned"'),
+    "a medium whose name opens a quote": named_medium('Canvas: 24" roll'),
     # Where the library is installed, the loader finds it without the wrapper, and this fails: remove it there.
     "no library": lambda driver: driver.write_wrapper(""),
     "a library that cannot be used": unusable_library,
@@ -225,6 +236,8 @@ def check_traces(checks, driver):
         what = " ".join(arguments)
         used = any(str(driver.settings) in call or "plotter1.json" in call for call in calls)
         checks.expect(f"{what}: the trace shows that the folder is read; status {found}", used and found == status)
+        opened = [call for call in calls if re.search(r"\bopen.*/ppd/z6\.ppd", call)]
+        checks.expect(f"{what}: reads the base PPD once", arguments != ["cat", GOOD] or len(opened) == 1)
         checks.expect_same(f"{what}: writes no file", writes(calls), [])
         checks.expect_same(f"{what}: opens no socket", sockets(calls), [])
 
@@ -272,6 +285,41 @@ def check_odd_names(checks, driver, scheduler):
         driver.reset()
 
 
+def check_quoting(checks, driver, scheduler):
+    """lpadmin puts backslashes into the name that it sends."""
+    for number, snapshot in enumerate(("it's", "back\\slash", "two''s", "end\\")):
+        driver.snapshot(snapshot)
+        name = f"{SCHEME}:{snapshot}/z6.ppd"
+        result, _ = add_queue(scheduler, f"quoted{number}", name)
+        checks.expect(f"{name}: listed, and makes a queue", result.returncode == 0 and
+                      any(line.startswith(f"{name} ") for line in own_models(scheduler)) and
+                      CUSTOM_MEDIA <= set(media_of(scheduler, f"quoted{number}")))
+    driver.reset()
+
+
+def check_messages(checks, driver):
+    """What is said names the setup, and is a few readable lines."""
+    driver.snapshot("plotter1", lambda devices: driver_limits.with_media(devices, 300, MODEL))
+    lines = driver.call("cat", GOOD).stderr.decode().splitlines()
+    checks.expect("300 warnings are a line with a count, which names the setup", lines and len(lines) < 10 and
+                  any(" (and 299 more) [" in line for line in lines) and
+                  all(line.startswith(f"WARNING: {SCHEME}: plotter1/z6.ppd: ") and len(line) < 700 for line in lines))
+    driver.reset()
+    driver.ppd("cut.ppd", driver.base[:driver.base.rindex(b"*CloseUI")])
+    (driver.settings / "bad.json").write_text("{")
+    (driver.settings / "ppd/secret.ppd").write_bytes(driver.base)
+    (driver.settings / "ppd/secret.ppd").chmod(0)
+    said = driver.call("list").stderr.decode()
+    for name in ("cut.ppd", "bad.json", "secret.ppd", "plain.ppd", "storeless.json"):
+        checks.expect(f"list tells that it leaves out {name}", any(name in line for line in said.splitlines()))
+    driver.reset()
+    driver.settings.chmod(0)
+    listed, cat = driver.call("list"), driver.call("cat", GOOD)
+    driver.settings.chmod(0o755)
+    checks.expect("a folder without permission says so", b"Permission denied" in listed.stderr and
+                  b"Permission denied" in cat.stderr and cat.returncode == 1)
+
+
 def check_browser(checks, driver, scheduler, folder):
     (driver.settings / "ppd/packed.ppd.gz").unlink()
     try:
@@ -293,11 +341,11 @@ def check_browser(checks, driver, scheduler, folder):
 
 def run(checks, options, folder):
     driver = DriverFolder(folder, options)
-    parts = [check_list, check_queues, check_failures, check_odd_names, check_many_queues, check_large_folder]
+    parts = [check_list, check_queues, check_failures, check_quoting, check_odd_names, check_many_queues, check_large_folder]
     with Scheduler(folder / "cupsd", CLEAN, as_root=True, server_bin=driver.server_bin,
                    web_interface=True) as scheduler:
         work = [(part.__name__, part, (driver, scheduler)) for part in parts]
-        work += [(part.__name__, part, (driver,)) for part in (check_names, check_traces)]
+        work += [(part.__name__, part, (driver,)) for part in (check_names, check_messages, check_traces)]
         if options.browser:
             work.append((check_browser.__name__, check_browser, (driver, scheduler, folder)))
         for name, part, arguments in work:
