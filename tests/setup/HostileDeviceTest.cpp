@@ -229,7 +229,7 @@ TEST_P(HostileDeviceTest, GetsNoStatementIntoAResult) {
   const bool isThorough = std::string(GetParam()) == kThorough;
   for (std::size_t index = 0; index < texts.size(); index += isThorough ? 1 : 5) {
     for (const char* field : kFields) {
-      if (!isThorough && !isEssential(field)) continue;
+      if (!isEssential(field) && (!isThorough || index % 3 != 0)) continue;
       SCOPED_TRACE(std::string(field) + ": " + testing::PrintToString(texts[index]));
       attempt(field, texts[index], base, counts);
     }
