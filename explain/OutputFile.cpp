@@ -32,11 +32,28 @@ mode_t permissionsOfNewFiles() {
   return (S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH) & ~mask;
 }
 
-bool replace(const std::string& path, const std::string& bytes, mode_t permissions) {
+// Whose the new file is, and who may do what with it.
+struct Rights {
+  std::optional<uid_t> owner;
+  std::optional<gid_t> group;
+  mode_t permissions = 0;
+
+  // A file that only its group may read is worth nothing in another group, so all must be as it was.
+  bool giveTo(int descriptor) const {
+    struct stat status;
+    if (fstat(descriptor, &status) != 0) return false;
+    const uid_t user = owner.value_or(status.st_uid);
+    const gid_t users = group.value_or(status.st_gid);
+    const bool isOwned = (user == status.st_uid && users == status.st_gid) || fchown(descriptor, user, users) == 0;
+    return isOwned && fchmod(descriptor, permissions) == 0;
+  }
+};
+
+bool replace(const std::string& path, const std::string& bytes, const Rights& rights) {
   std::string beside = path + ".XXXXXX";
   const int descriptor = mkstemp(beside.data());
   if (descriptor < 0) return false;
-  const bool permitted = fchmod(descriptor, permissions) == 0;
+  const bool permitted = rights.giveTo(descriptor);
   const bool written = writeInto(fdopen(descriptor, "wb"), bytes) && permitted;
   if (written && std::rename(beside.c_str(), path.c_str()) == 0) return true;
   unlink(beside.c_str());
@@ -47,9 +64,9 @@ bool replace(const std::string& path, const std::string& bytes, mode_t permissio
 
 bool OutputFile::write(const std::string& path, const std::string& bytes) {
   const auto there = existing(path);
-  if (!there) return replace(path, bytes, permissionsOfNewFiles());
+  if (!there) return replace(path, bytes, {{}, {}, permissionsOfNewFiles()});
   struct stat status;
   if (stat(there->c_str(), &status) != 0) return false;
   if (!S_ISREG(status.st_mode)) return writeInto(std::fopen(there->c_str(), "wb"), bytes);
-  return replace(*there, bytes, status.st_mode & kPermissions);
+  return replace(*there, bytes, {status.st_uid, status.st_gid, status.st_mode & kPermissions});
 }

@@ -4,26 +4,26 @@
 // it. Exit status as the tool's, 0 or 1; 2 for wrong usage, or a file that cannot be written; 3 with
 // --strict when there are warnings.
 
-#include <getopt.h>
-
-#include <array>
-#include <cstdio>
-#include <cstdlib>
-#include <exception>
+#include <algorithm>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/Text.h"
+#include "explain/CommandLine.h"
 #include "explain/ExplainedRun.h"
 #include "explain/OutputFile.h"
 #include "explain/Terminal.h"
+#include "explain/judge/NearMisses.h"
 #include "explain/report/MediumFilter.h"
 #include "explain/report/Wording.h"
 #include "explain/show/ReportWriters.h"
 
 namespace {
 
-constexpr int kUsageError = 2;
+constexpr int kStrictError = 3;
+constexpr std::size_t kNamedMedia = 5;
+constexpr int kMostArguments = 3;
 
 constexpr const char* kUsage = R"(Usage: vorantis-autosetup-explain [OPTION...] DEVICE-URI PPD [PRINTER-ID]
 
@@ -46,102 +46,37 @@ written, 3 see --strict.
 Environment: NO_COLOR, PAGER, and that of the device-model library.
 )";
 
-enum class Format { text, json, html };
-constexpr int kStrictError = 3;
-// Options without a short form.
-enum LongOption { kFull = 256, kStrict, kSummary, kWarnings };
-
 struct Options {
-  Format format = Format::text;
-  std::optional<std::string> output;
+  std::vector<std::string> arguments;
+  std::string format = "text";
+  std::optional<std::string> output, medium;
   ReportWriters::Detail detail = ReportWriters::Detail::usual;
-  std::optional<std::string> medium;
   bool strict = false;
 };
 
-// What somebody typed, or a file is named, may hold anything.
-void say(const std::string& what) {
-  std::fprintf(stderr, "vorantis-autosetup-explain: %s\n", Wording::visible(what).c_str());
-}
-
-[[noreturn]] void wrongUsage(const std::string& what) {
-  say(what);
-  std::fputs("Try 'vorantis-autosetup-explain --help'.\n", stderr);
-  std::exit(kUsageError);
-}
-
-[[noreturn]] void printAndExit(const char* text) {
-  const bool printed = std::fputs(text, stdout) >= 0 && std::fflush(stdout) == 0;
-  std::exit(printed ? 0 : kUsageError);
-}
-
-Format formatNamed(const std::string& name) {
-  if (name == "text") return Format::text;
-  if (name == "json") return Format::json;
-  if (name == "html") return Format::html;
-  wrongUsage("no such format: " + name);
-}
-
-ReportWriters::Detail detailOf(int longOption) {
-  if (longOption == kSummary) return ReportWriters::Detail::summary;
-  return longOption == kWarnings ? ReportWriters::Detail::warnings : ReportWriters::Detail::full;
-}
-
-constexpr std::array<option, 10> kOptions = {{{"format", required_argument, nullptr, 'f'},
-                                              {"output", required_argument, nullptr, 'o'},
-                                              {"full", no_argument, nullptr, kFull},
-                                              {"summary", no_argument, nullptr, kSummary},
-                                              {"warnings", no_argument, nullptr, kWarnings},
-                                              {"medium", required_argument, nullptr, 'm'},
-                                              {"strict", no_argument, nullptr, kStrict},
-                                              {"help", no_argument, nullptr, 'h'},
-                                              {"version", no_argument, nullptr, 'V'},
-                                              {nullptr, 0, nullptr, 0}}};
-
-Options optionsFrom(int argc, char** argv) {
-  Options options;
-  opterr = 0;
-  for (int found; (found = getopt_long(argc, argv, "+f:o:m:hV", kOptions.data(), nullptr)) != -1;) {
-    switch (found) {
-      case 'f':
-        options.format = formatNamed(optarg);
-        break;
-      case 'o':
-        options.output = optarg;
-        break;
-      case 'm':
-        options.medium = optarg;
-        break;
-      case kFull:
-      case kSummary:
-      case kWarnings:
-        options.detail = detailOf(found);
-        break;
-      case kStrict:
-        options.strict = true;
-        break;
-      case 'h':
-        printAndExit(kUsage);
-      case 'V':
-        printAndExit("vorantis-autosetup-explain " AT_VERSION "\n");
-      default:
-        wrongUsage("no such option, or an argument is missing: " +
-                   (optopt > 0 && optopt < kFull ? std::string("-") + static_cast<char>(optopt) : argv[optind - 1]));
-    }
-  }
-  return options;
+void bind(CLI::App& app, Options& options) {
+  using ReportWriters::Detail;
+  app.add_option("arguments", options.arguments)->expected(0, kMostArguments + 1);
+  app.add_option("-f,--format", options.format)->check([](const std::string& name) -> std::string {
+    const bool isKnown = name == "text" || name == "json" || name == "html";
+    return isKnown ? "" : "no such format: " + name + "; there are text, json and html";
+  });
+  app.add_option("-o,--output", options.output);
+  app.add_option("-m,--medium", options.medium);
+  app.add_flag("--strict", options.strict);
+  const auto add = [&](const char* name, Detail detail) {
+    app.add_flag_callback(name, [&options, detail] { options.detail = detail; });
+  };
+  add("--summary", Detail::summary);
+  add("--warnings", Detail::warnings);
+  add("--full", Detail::full);
 }
 
 std::string reportFor(const Report& report, const Options& options) {
   const bool full = options.detail == ReportWriters::Detail::full;
-  switch (options.format) {
-    case Format::json:
-      return ReportWriters::json(report, full);
-    case Format::html:
-      return ReportWriters::html(report, full);
-    default:
-      return ReportWriters::text(report, {Terminal::showsColours(), Terminal::width(), options.detail});
-  }
+  if (options.format == "json") return ReportWriters::json(report, full);
+  if (options.format == "html") return ReportWriters::html(report, full);
+  return ReportWriters::text(report, {Terminal::showsColours(), Terminal::width(), options.detail});
 }
 
 // Whether only a medium is wanted, and known: that must not hide why a run failed, or its device is not known.
@@ -149,47 +84,57 @@ bool isOnMedium(const Report& report, const Options& options) {
   return options.medium && report.succeeded() && report.device && report.device->media && report.device->itemFound;
 }
 
+// The one that was probably meant, or the first ones.
+std::string mediaThatThereAre(const std::vector<Report::Medium>& media, const std::string& wanted) {
+  std::vector<std::string> names;
+  for (const Report::Medium& medium : media) names.push_back(medium.name.value_or(""));
+  if (const auto near = NearMisses::nearest(wanted, names)) return "nearly: " + Wording::of(media[near->index]);
+  std::string text;
+  for (std::size_t index = 0; index < std::min(media.size(), kNamedMedia); ++index) {
+    text += (index == 0 ? "there are: " : ", ") + Wording::of(media[index]);
+  }
+  if (media.size() > kNamedMedia) text += " and " + std::to_string(media.size() - kNamedMedia) + " more";
+  return media.empty() ? "it has none" : text;
+}
+
 // Whether the report was written.
 bool print(const Report& report, const Options& options) {
   const std::string text = reportFor(report, options);
-  return options.format == Format::text ? Terminal::show(text) : Terminal::print(text);
+  return options.format == "text" ? Terminal::show(text) : Terminal::print(text);
 }
 
-int explain(int argc, char** argv) {
-  const Options options = optionsFrom(argc, argv);
-  const int count = argc - optind;
-  if (count < 2 || count > 3) wrongUsage("a device URI and a PPD are needed, and a printer ID at most");
-  const char* const* const arguments = argv + optind;
+int explain(const CommandLine& line, const Options& options) {
+  const auto& arguments = options.arguments;
   const ExplainedRun run = ExplainedRun::of({Text::fromUTF8(arguments[0]), Text::fromUTF8(arguments[1]),
-                                             count > 2 ? Text::fromUTF8(arguments[2]) : std::nullopt});
-
+                                             arguments.size() > 2 ? Text::fromUTF8(arguments[2]) : std::nullopt});
   const bool isFiltered = isOnMedium(run.report, options);
   const auto onMedium = isFiltered ? reportOnMedium(run.report, *options.medium) : std::nullopt;
   if (isFiltered && !onMedium) {
-    say("the device has no medium of this name or ID: " + *options.medium);
-    return kUsageError;
+    line.say("the device has no medium of this name or ID: " + *options.medium + "; " +
+             mediaThatThereAre(*run.report.device->media, *options.medium));
+    return CommandLine::kUsageError;
   }
   if (!print(onMedium ? *onMedium : run.report, options)) {
-    say("the report cannot be written");
-    return kUsageError;
+    line.say("the report cannot be written");
+    return CommandLine::kUsageError;
   }
   if (options.output && run.report.succeeded() && !OutputFile::write(*options.output, run.result)) {
-    say("cannot write " + *options.output);
-    return kUsageError;
+    line.say("cannot write " + *options.output);
+    return CommandLine::kUsageError;
   }
-  if (!run.report.succeeded()) return 1;
+  if (!run.report.succeeded()) return CommandLine::kFailure;
   return options.strict && !run.report.warnings.empty() ? kStrictError : 0;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  try {
-    return explain(argc, argv);
-  } catch (const std::exception& error) {
-    say(error.what());
-  } catch (...) {
-    say("an exception of an unknown type");
+  CommandLine line("vorantis-autosetup-explain", AT_VERSION, kUsage);
+  Options options;
+  bind(line.app(), options);
+  if (const auto status = line.parse(argc, argv)) return *status;
+  if (options.arguments.size() < 2 || options.arguments.size() > kMostArguments) {
+    return line.wrongUsage("a device URI and a PPD are needed, and a printer ID at most");
   }
-  return 1;
+  return line.run([&] { return explain(line, options); });
 }

@@ -4,7 +4,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <map>
 
 #include "explain/report/Wording.h"
 
@@ -62,9 +61,13 @@ std::string Verdict::media(const Report& report) {
 }
 
 std::vector<std::pair<WarningCode, std::size_t>> Verdict::warningCounts(const Report& report) {
-  std::map<WarningCode, std::size_t> counts;
-  for (const Warning& warning : report.warnings) ++counts[warning.code];
-  return {counts.begin(), counts.end()};
+  std::vector<std::pair<WarningCode, std::size_t>> counts;
+  for (const Warning& warning : report.warnings) {
+    const auto found = std::find_if(counts.begin(), counts.end(),
+                                    [&warning](const auto& count) { return count.first == warning.code; });
+    ++(found == counts.end() ? counts.emplace_back(warning.code, 0) : *found).second;
+  }
+  return counts;
 }
 
 std::string Verdict::warnings(const Report& report) {

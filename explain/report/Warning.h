@@ -37,8 +37,9 @@ struct Warning {
 
   WarningCode code;
   std::vector<Fact> facts = {};
-  std::optional<AboutMedium> about = std::nullopt;  ///< absent: it is about no medium
-  bool inInput = false;                             ///< the PPD had it before the run
+  std::optional<AboutMedium> about = std::nullopt;    ///< absent: it is about no medium
+  bool inInput = false;                               ///< the PPD had it before the run
+  std::optional<WarningCode> because = std::nullopt;  ///< the cause, which is among the run's warnings, too
 
   /// The value of this name, or null.
   const Fact::Value* fact(std::string_view name) const;

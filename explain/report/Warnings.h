@@ -21,7 +21,7 @@ class Warnings {
     add({code, std::move(facts), std::move(about)});
   }
 
-  /// The gravest first; those of one code stay in their order.
+  /// The gravest first, and behind them what follows from them (Causes); those of one code stay in their order.
   void sort();
 
  private:

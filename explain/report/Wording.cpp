@@ -11,9 +11,20 @@
 
 namespace {
 
+// Fillers, a Braille pattern without dots, and what only changes its neighbours: letters, symbols and marks to Unicode
+// that nobody sees (Unicode 15, Default_Ignorable_Code_Point).
+bool isBlankThoughALetter(char32_t character) {
+  constexpr std::u32string_view kSingle = U"\u034F\u115F\u1160\u17B4\u17B5\u2800\u3164\uFFA0";
+  const bool isVariationSelector = (character >= 0xFE00 && character <= 0xFE0F) ||
+                                   (character >= 0x180B && character <= 0x180F) ||
+                                   (character >= 0xE0100 && character <= 0xE01EF);
+  return isVariationSelector || kSingle.find(character) != std::u32string_view::npos;
+}
+
 // Whether a character must not reach a terminal, a page or a log as it is: a control character, one that changes the
 // direction of the text or cannot be seen, a line or paragraph separator, or one that Unicode does not know.
 bool isUnsafe(char32_t character) {
+  if (isBlankThoughALetter(character)) return true;
   switch (utf8proc_category(static_cast<utf8proc_int32_t>(character))) {
     case UTF8PROC_CATEGORY_CC:
     case UTF8PROC_CATEGORY_CF:
@@ -62,6 +73,8 @@ std::string visibleBytes(std::string_view bytes) {
 }  // namespace
 
 std::string Wording::visible(std::string_view text) {
+  const auto isPlain = [](char character) { return character == ' ' || Text::isPrintableASCII(character); };
+  if (std::all_of(text.begin(), text.end(), isPlain)) return std::string(text);
   if (!Text::isValidUTF8(text)) return visibleBytes(text);
   std::string visible;
   for (std::size_t position = 0; position < text.size();) {

@@ -33,20 +33,42 @@ ins, del {{ text-decoration: none; display: block; min-height: 1.4em; }}
 ins {{ background: var(--new); }} del {{ background: var(--old); }}
 ins::before {{ content: "+ "; }} del::before {{ content: "- "; }}
 .good {{ color: var(--good); }} .bad, .refused {{ color: var(--bad); }} .odd {{ color: var(--odd); }}
-input {{ font: inherit; width: 100%; max-width: 24rem; box-sizing: border-box; margin: .4rem 0; }}
+.badge {{ font-weight: 600; border: 2px solid currentColor; border-radius: .4rem; padding: .3rem .7rem; }}
+.consequence {{ margin-left: 1.2rem; }}
+.find {{ display: flex; flex-wrap: wrap; gap: .3rem 1rem; align-items: center; margin: .4rem 0; }}
+.find[hidden] {{ display: none; }}
+input[type=search] {{ font: inherit; width: 100%; max-width: 24rem; box-sizing: border-box; }}
 input::placeholder {{ color: var(--faint); }}
-@media print {{ input {{ display: none; }} body {{ margin: 0; max-width: none; }} }}
-</style></head><body>
+.media {{ overflow-x: auto; }} .media > table {{ width: 100%; min-width: 50rem; }}
+.media > table > tbody {{ border-top: 1px solid var(--line); }} .media .details {{ display: none; }}
+.media tr:has(details[open]) + .details {{ display: table-row; }}
+@supports not selector(:has(*)) {{ .media .details {{ display: table-row; }} }}
+.lost td:last-child {{ color: var(--bad); font-weight: 600; }} .factory > tr > td:last-child {{ color: var(--faint); }}
+@media print {{ .find {{ display: none; }} body {{ margin: 0; max-width: none; }} .media {{ overflow: visible; }}
+  .media > table {{ min-width: 0; }} .media .details {{ display: table-row; }} }}
+</style></head><body><main>
 <h1>{0}</h1>
 )";
 
-// The box hides the media whose names and IDs do not hold what is typed. All that is not hidden is printed unfolded.
-constexpr const char* kTail = R"(<script>
-for (const box of document.querySelectorAll('input')) box.addEventListener('input', () => {
-  const wanted = box.value.toLowerCase();
-  for (let fold = box.nextElementSibling; fold && fold.className === 'medium'; fold = fold.nextElementSibling)
-    fold.hidden = !fold.firstElementChild.textContent.toLowerCase().includes(wanted);
-});
+// The box hides the media whose rows do not hold what is typed. All that is not hidden is printed unfolded.
+constexpr const char* kTail = R"(</main><script>
+for (const find of document.querySelectorAll('.find')) {
+  const box = find.querySelector('[type=search]'), lost = find.querySelector('[type=checkbox]');
+  const count = find.querySelector('output'), media = find.nextElementSibling.querySelectorAll('tbody.medium');
+  const texts = [...media].map(medium => medium.rows[0].textContent.toLowerCase());
+  const update = () => {
+    const wanted = box.value.trim().toLowerCase();
+    let found = 0;
+    media.forEach((medium, index) => {
+      medium.hidden = !texts[index].includes(wanted) || (lost.checked && !medium.classList.contains('lost'));
+      found += !medium.hidden;
+    });
+    count.textContent = found === media.length ? '' : found === 0 ? 'none found' : found + ' of ' + media.length;
+  };
+  find.hidden = false;
+  box.addEventListener('input', update);
+  lost.addEventListener('change', update);
+}
 let closed = [];
 addEventListener('beforeprint', () => {
   closed = [...document.querySelectorAll('details:not([open])')];
@@ -92,11 +114,12 @@ std::string HTMLPage::span(const char* styleClass, const std::string& content) {
   return fmt::format("<span class=\"{}\">{}</span>", styleClass, content);
 }
 
-void HTMLPage::contents() {
-  contents_ = html_.size();
+void HTMLPage::badge(const char* styleClass, const std::string& text) {
+  html_ += fmt::format("<p class=\"badge {}\">{}</p>\n", styleClass, escaped(text));
 }
 
 void HTMLPage::section(const std::string& titleText) {
+  if (sections_.empty()) contents_ = html_.size();
   sections_.push_back(escaped(titleText));
   html_ += fmt::format("<h2 id=\"s{}\">{}</h2>\n", sections_.size(), sections_.back());
 }
@@ -106,8 +129,23 @@ void HTMLPage::beginFold(const std::string& summaryContent, bool isOpen, const c
   html_ += fmt::format("<details{}{}><summary>{}</summary>\n", attribute, isOpen ? " open" : "", summaryContent);
 }
 
-void HTMLPage::filterBox() {
-  html_ += "<input type=\"search\" placeholder=\"Find a medium by name or ID\" aria-label=\"Find a medium\">\n";
+// Without JavaScript there is nothing to type into.
+void HTMLPage::beginMedia(std::size_t count) {
+  html_ += fmt::format(
+      "<div class=\"find\" hidden><input type=\"search\" placeholder=\"Find media by name or ID\" "
+      "aria-label=\"Find media\"><label><input type=\"checkbox\"> lost something only</label>"
+      "<output></output></div>\n<div class=\"media\" tabindex=\"0\"><table><caption>{} media</caption><thead><tr>"
+      "<th>Name</th><th>ID</th><th>Choice</th><th>Parent</th><th>Profiles</th><th>Gloss</th><th>State</th></tr></"
+      "thead>\n",
+      count);
+}
+
+void HTMLPage::beginMedium(const char* styleClass, const std::string& nameContent,
+                           const std::vector<std::string>& cells) {
+  html_.append("<tbody class=\"medium ").append(styleClass).append("\"><tr><td><details><summary>");
+  html_.append(nameContent).append("</summary></details></td>");
+  for (const std::string& cell : cells) html_.append("<td>").append(cell).append("</td>");
+  html_ += "</tr>\n<tr class=\"details\"><td colspan=\"7\"><table>\n";
 }
 
 void HTMLPage::row(const std::string& nameText, const std::string& content) {
@@ -119,6 +157,6 @@ std::string HTMLPage::take() {
   for (std::size_t index = 0; index < sections_.size(); ++index) {
     contents += fmt::format("<li><a href=\"#s{}\">{}</a></li>\n", index + 1, sections_[index]);
   }
-  html_.insert(contents_, contents + "</ul></nav>\n");
+  if (!sections_.empty()) html_.insert(contents_, contents + "</ul></nav>\n");
   return std::move(html_) + kTail;
 }

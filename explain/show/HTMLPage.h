@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 /// A page that needs no other file and asks for none: sections with a table of contents, folds, tables, and a box that
-/// finds a medium. What is called text is escaped here; what is called content is HTML.
+/// finds media. What is called text is escaped here; what is called content is HTML.
 class HTMLPage {
  public:
   explicit HTMLPage(const std::string& title);
@@ -18,14 +19,20 @@ class HTMLPage {
   /// Content of a class of the style sheet.
   static std::string span(const char* styleClass, const std::string& content);
 
-  /// Where the table of contents stands, of all sections that are to come.
-  void contents();
+  /// The verdict in a colour of its own.
+  void badge(const char* styleClass, const std::string& text);
+  /// The table of contents stands in front of the first one.
   void section(const std::string& titleText);
 
-  /// A fold, open or closed; those of the class "medium" are found by the filter box in front of them.
   void beginFold(const std::string& summaryContent, bool isOpen, const char* styleClass = "");
   void endFold() { html_ += "</details>\n"; }
-  void filterBox();
+
+  /// A table of so many media, with a box that finds some.
+  void beginMedia(std::size_t count);
+  /// A row, in which only the name is text, and below it a table that its name unfolds.
+  void beginMedium(const char* styleClass, const std::string& nameContent, const std::vector<std::string>& cells);
+  void endMedium() { html_ += "</table></td></tr></tbody>\n"; }
+  void endMedia() { html_ += "</table></div>\n"; }
 
   void beginTable() { html_ += "<table>\n"; }
   void row(const std::string& nameText, const std::string& content);
@@ -33,7 +40,8 @@ class HTMLPage {
   void beginList() { html_ += "<ul>\n"; }
   void item(const std::string& content) { html_ += "<li>" + content + "</li>\n"; }
   void endList() { html_ += "</ul>\n"; }
-  void note(const std::string& text) { html_ += "<p>" + escaped(text) + "</p>\n"; }
+  void note(const std::string& text) { paragraph(escaped(text)); }
+  void paragraph(const std::string& content) { html_ += "<p>" + content + "</p>\n"; }
 
   /// Lines of the PPD.
   void beginChanges() { html_ += "<pre>"; }
@@ -46,6 +54,6 @@ class HTMLPage {
 
  private:
   std::string html_;
-  std::size_t contents_ = 0;           // where in `html_`
+  std::size_t contents_ = 0;           // where they stand in `html_`
   std::vector<std::string> sections_;  // their titles, escaped; each has its number as anchor
 };

@@ -1,213 +1,157 @@
 // SPDX-License-Identifier: MIT
 #include <fmt/format.h>
-#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <limits>
 
 #include "explain/report/Sentences.h"
-#include "explain/report/Verdict.h"
 #include "explain/report/Wording.h"
+#include "explain/show/Display.h"
 #include "explain/show/HTMLPage.h"
+#include "explain/show/ReportWalk.h"
 #include "explain/show/ReportWriters.h"
 
 namespace {
 
-using OptionalText = Report::OptionalText;
+constexpr std::size_t kNoLimit = std::numeric_limits<std::size_t>::max();
+constexpr std::size_t kShownInAFold = 100;  // of the warnings of a code
+constexpr std::size_t kOpenFold = 3;        // a fold of so many stands open
 
-// Of many warnings of one code.
-constexpr std::size_t kShownInAFold = 100;
-
-std::string code(const OptionalText& text) {
-  return text ? HTMLPage::code(*text) : "–";
+std::string toneClass(Tone tone) {
+  static constexpr const char* kNames[] = {"", "good", "odd", "bad"};
+  return kNames[static_cast<int>(tone)];
 }
 
-class HTMLWriter {
- public:
-  explicit HTMLWriter(bool full) : full_(full) {}
-
-  std::string write(const Report& report) {
-    verdict(report);
-    page_.contents();
-    warnings(report);
-    if (report.parse) parse(*report.parse);
-    if (!report.updaters.empty()) updaters(report);
-    if (report.device) device(*report.device);
-    for (const Report::Updater& updater : report.updaters) {
-      media(updater);
-      cleanup(updater);
-      changes(updater);
-    }
-    return page_.take();
-  }
-
- private:
-  void verdict(const Report& report) {
-    page_.beginTable();
-    const std::string reason = report.succeeded() ? "" : ": " + HTMLPage::escaped(report.failure);
-    page_.row("Result", HTMLPage::span(Verdict::nameOf(Verdict::colourOf(report)), Verdict::outcome(report) + reason));
-    if (const std::string media = Verdict::media(report); !media.empty()) page_.row("Media", media);
-    if (const std::string warnings = Verdict::warnings(report); !warnings.empty()) page_.row("Warnings", warnings);
-    page_.row("Device", code(report.arguments.deviceURI));
-    if (report.arguments.printerID) page_.row("Printer ID", code(report.arguments.printerID));
-    page_.row("PPD", code(report.arguments.PPDPath));
-    page_.endTable();
-  }
-
-  // One fold for each code; a fold of a few stands open.
-  void warnings(const Report& report) {
-    if (report.warnings.empty()) return;
-    page_.section("Warnings");
-    auto next = report.warnings.begin();
-    for (const auto& [warningCode, count] : Verdict::warningCounts(report)) {
-      page_.beginFold(fmt::format("{} {}", HTMLPage::code(nameOf(warningCode)), count), count <= 3);
-      page_.beginList();
-      for (std::size_t index = 0; index < count; ++index, ++next) {
-        if (index >= kShownInAFold && !full_) continue;
-        page_.item(HTMLPage::escaped(Sentences::marked(*next)));
-      }
-      page_.endList();
-      if (count > kShownInAFold && !full_) page_.note(fmt::format("… and {} more (--full)", count - kShownInAFold));
-      page_.endFold();
-    }
-  }
-
-  void parse(const Report::Parse& parse) {
-    page_.section("Reading the PPD");
-    page_.beginTable();
-    if (parse.failure) {
-      if (parse.failure->lineNumber) page_.row("Malformed line", std::to_string(*parse.failure->lineNumber));
-      page_.row("Line", code(parse.failure->line));
-      page_.row("Expected", HTMLPage::escaped(parse.failure->expected));
+std::string content(const Phrase& phrase) {
+  std::string html;
+  for (const Phrase::Piece& piece : phrase.pieces()) {
+    if (piece.isName) {
+      html += piece.text ? HTMLPage::code(*piece.text) : "–";
     } else {
-      page_.row("Read",
-                fmt::format("{}, {}, {}, {}", Wording::counted(parse.lines, "line"),
-                            Wording::counted(parse.statements, "statement"), Wording::counted(parse.groups, "group"),
-                            Wording::counted(parse.options, "option")));
-      page_.row("Model name", code(parse.modelName));
-      page_.row("Languages", HTMLPage::escaped(fmt::format("{}", fmt::join(parse.languages, " "))));
-    }
-    page_.endTable();
-  }
-
-  void updaters(const Report& report) {
-    page_.section("Updaters that the PPD names");
-    page_.beginTable();
-    for (const Report::Updater& updater : report.updaters) page_.row(updater.name, outcomeOf(updater));
-    page_.endTable();
-  }
-
-  static std::string outcomeOf(const Report::Updater& updater) {
-    if (!updater.known) return HTMLPage::span("odd", "unknown, skipped");
-    switch (updater.outcome) {
-      case Report::UpdaterOutcome::succeeded:
-        return fmt::format("{}, {} changes", HTMLPage::span("good", "done"), updater.realChanges());
-      case Report::UpdaterOutcome::failed:
-        return HTMLPage::span("bad", "cannot update the PPD");
-      case Report::UpdaterOutcome::threw:
-        return HTMLPage::span("bad", "ended by an error: " + HTMLPage::escaped(updater.error));
-      default:
-        return "not reached";
+      const std::string words = HTMLPage::escaped(*piece.text);
+      html += piece.tone == Tone::plain ? words : HTMLPage::span(toneClass(piece.tone).c_str(), words);
     }
   }
+  return html;
+}
 
-  void device(const Report::DeviceAnswer& device) {
-    page_.section("What the device-model library answered");
-    page_.beginTable();
-    if (!device.libraryAvailable) page_.row("Library", HTMLPage::span("bad", "not there"));
-    if (device.question) {
-      page_.row("Asked for URI", code(device.question->deviceURI));
-      page_.row("and model name", code(device.question->modelName));
-    }
-    if (device.familyCode) page_.row("Family", code(device.familyCode));
-    if (device.media) page_.row("Media list version", code(device.listVersion));
-    page_.endTable();
+class HTMLDisplay : public Display {
+ public:
+  HTMLDisplay(const Report& report, bool full) : page_(titleOf(report)), full_(full) {}
+
+  std::string take() { return page_.take(); }
+
+  Limits limits() const override {
+    return {kNoLimit, kNoLimit, full_ ? kNoLimit : ReportWriters::kShownChanges, true, false};
   }
 
-  void media(const Report::Updater& updater) {
-    if (updater.media.empty()) return;
-    page_.section("What became of each medium: " + updater.name);
-    page_.filterBox();
-    for (const Report::MediumOutcome& each : updater.media) medium(each);
+  void verdict(Verdict::Colour colour, const std::string& outcome) override {
+    page_.badge(Verdict::nameOf(colour), outcome);
   }
 
-  void medium(const Report::MediumOutcome& medium) {
-    const Report::Medium& device = medium.device;
-    page_.beginFold(HTMLPage::escaped(device.name.value_or("–")) + " " + code(device.ID) + " " + stateOf(medium), false,
-                    "medium");
-    page_.beginTable();
-    if (!medium.notAdded.empty()) page_.row("Left out", HTMLPage::span("bad", HTMLPage::escaped(medium.notAdded)));
-    if (medium.choiceName) page_.row(medium.added ? "New choice" : "Choice", code(medium.choiceName));
-    if (medium.choiceCode) page_.row("Code", code(medium.choiceCode));
-    if (device.categoryID) page_.row("Category", code(device.categoryID));
-    if (medium.parent) page_.row("Properties", code(medium.inherited) + " from " + code(medium.parent));
-    for (const Report::Profile& each : medium.profiles) page_.row("Profile", profile(each));
-    if (medium.profilesFailure) {
-      page_.row("Profiles", HTMLPage::span("bad", "ended by an error: " + HTMLPage::escaped(*medium.profilesFailure)));
-    }
-    if (medium.glossAfter) page_.row("Gloss", code(medium.glossBefore) + " → " + code(medium.glossAfter));
-    page_.endTable();
+  // The first of several opens their table.
+  void field(const char* name, const Phrase& value) override {
+    if (!isInTable_) page_.beginTable();
+    isInTable_ = true;
+    page_.row(name, content(value));
+  }
+  void endOfFields() override {
+    if (isInTable_) page_.endTable();
+    isInTable_ = false;
+  }
+  void section(const std::string& title) override { page_.section(title); }
+  void paragraph(const Phrase& phrase) override { page_.paragraph(content(phrase)); }
+
+  void warnings(const WarningKind& kind, std::span<const Warning> warnings, bool isConsequence) override {
+    if (!gravest_) gravest_ = kind.gravity;
+    const bool isOpen = kind.gravity == *gravest_ || warnings.size() <= kOpenFold;
+    page_.beginFold(
+        fmt::format("<strong>{}</strong> {} {}", HTMLPage::escaped(kind.title), HTMLPage::code(kind.name), warnings.size()),
+        isOpen, isConsequence ? "consequence" : "");
+    page_.beginList();
+    const std::size_t shown = full_ ? warnings.size() : std::min(warnings.size(), kShownInAFold);
+    for (const Warning& each : warnings.first(shown)) page_.item(HTMLPage::escaped(Sentences::marked(each)));
+    page_.endList();
+    more(warnings.size() - shown);
+    page_.note(std::string("→ ") + kind.remedy);
     page_.endFold();
   }
 
-  static std::string stateOf(const Report::MediumOutcome& medium) {
-    if (medium.added) return HTMLPage::span("good", HTMLPage::escaped(*medium.choiceName));
-    if (medium.device.custom) return HTMLPage::span("bad", "left out");
-    return medium.choiceName ? HTMLPage::escaped(*medium.choiceName) : "";
-  }
+  void deviceMedia(std::span<const Report::Medium> /*media*/) override {}  // they stand with what became of them
 
-  static std::string profile(const Report::Profile& profile) {
-    if (profile.outcome == Report::ProfileOutcome::skipped) {
-      return code(profile.name) + " " + HTMLPage::span("odd", "left out: " + HTMLPage::escaped(profile.reason));
-    }
-    return fmt::format("{} {}: {}, {}", code(profile.spec),
-                       profile.outcome == Report::ProfileOutcome::added ? "added" : "rewritten", code(profile.name),
-                       code(profile.path));
+  void beginMedia(std::size_t count) override { page_.beginMedia(count); }
+  void medium(const MediumRow& row) override {
+    const Report::MediumOutcome& medium = row.medium;
+    static constexpr const char* kKinds[] = {"custom", "lost", "factory"};
+    static constexpr const char* kWords[] = {"custom", "lost something", "of the factory"};
+    const auto kind = static_cast<std::size_t>(row.kind);
+    const auto profiles = std::count_if(medium.profiles.begin(), medium.profiles.end(), [](const auto& profile) {
+      return profile.outcome != Report::ProfileOutcome::skipped;
+    });
+    page_.beginMedium(kKinds[kind], HTMLPage::escaped(medium.device.name.value_or("–")),
+                      {cell(medium.device.ID), medium.choiceName ? cell(medium.choiceName) : content(row.state),
+                       cell(medium.device.parentID),
+                       fmt::format("{} of {}", profiles, std::max(medium.profiles.size(), medium.device.profiles)),
+                       cell(medium.device.gloss), kWords[kind]});
+    for (const auto& [name, value] : row.details) page_.row(name, content(value));
+    if (medium.device.categoryID) page_.row("category", cell(medium.device.categoryID));
+    page_.endMedium();
   }
+  void endMedia(std::size_t /*more*/) override { page_.endMedia(); }
 
-  void cleanup(const Report::Updater& updater) {
-    if (updater.removedMedia.empty() && updater.replacedMedia.empty() && updater.restoredProfiles.empty()) return;
-    page_.section("Cleaned up and restored: " + updater.name);
-    names("Media of an earlier setup removed", updater.removedMedia);
-    names("Media of an earlier updater of this run removed", updater.replacedMedia);
-    names("Factory profiles restored", updater.restoredProfiles);
-  }
-
-  void names(const char* title, const std::vector<std::string>& names) {
-    if (names.empty()) return;
+  void names(const char* title, std::span<const std::string> names, std::size_t /*more*/) override {
     page_.beginFold(fmt::format("{} ({})", title, names.size()), names.size() <= 10);
     page_.beginList();
-    for (const std::string& name : names) page_.item(code(name));
+    for (const std::string& name : names) page_.item(HTMLPage::code(name));
     page_.endList();
     page_.endFold();
   }
 
-  void changes(const Report::Updater& updater) {
-    if (updater.changes.empty()) return;
-    const std::size_t real = updater.realChanges();
-    page_.section("Changes of the PPD: " + updater.name);
-    page_.note(
-        fmt::format("{} statements were removed and written again as they were.", updater.changes.size() - real));
-    if (real == 0) return;
-    page_.beginFold(fmt::format("{} statements", real), real <= 30);
+  void beginChanges(std::size_t count) override {
+    if (count == 0) return;
+    page_.beginFold(Wording::counted(count, "statement"), count <= 30);
     page_.beginChanges();
-    std::size_t shown = 0;
-    for (const Report::Change& change : updater.changes) {
-      if (change.kind == Report::ChangeKind::moved) continue;
-      if (shown++ >= ReportWriters::kShownChanges && !full_) continue;
-      for (const std::string& line : Wording::visibleLines(change.before)) page_.removed(line);
-      for (const std::string& line : Wording::visibleLines(change.after)) page_.added(line);
+    hasChanges_ = true;
+  }
+  void change(const Report::Change& change) override {
+    for (const std::string& line : Wording::visibleLines(change.before)) page_.removed(line);
+    for (const std::string& line : Wording::visibleLines(change.after)) page_.added(line);
+  }
+  void endChanges(std::size_t left, std::size_t moved) override {
+    if (hasChanges_) {
+      page_.endChanges();
+      more(left);
+      page_.endFold();
     }
-    page_.endChanges();
-    if (shown > ReportWriters::kShownChanges && !full_) {
-      page_.note(fmt::format("… and {} more (--full)", shown - ReportWriters::kShownChanges));
-    }
-    page_.endFold();
+    hasChanges_ = false;
+    if (moved > 0) page_.note(Wording::counted(moved, "statement") + " removed and written again as before.");
   }
 
-  HTMLPage page_{"A run of Vorantis autosetup"};
+ private:
+  static std::string titleOf(const Report& report) {
+    const std::string& path = report.arguments.PPDPath.value_or("");
+    const std::string file = path.substr(path.rfind('/') + 1);
+    if (!report.arguments.deviceURI || file.empty()) return "A run of Vorantis autosetup";
+    return fmt::format("{} for {}", file, *report.arguments.deviceURI);
+  }
+
+  static std::string cell(const std::optional<std::string>& text) { return text ? HTMLPage::code(*text) : "–"; }
+
+  void more(std::size_t count) {
+    if (count > 0) page_.note(fmt::format("… and {} more (--full)", count));
+  }
+
+  HTMLPage page_;
   bool full_;
+  bool isInTable_ = false;
+  bool hasChanges_ = false;
+  std::optional<Gravity> gravest_;
 };
 
 }  // namespace
 
 std::string ReportWriters::html(const Report& report, bool full) {
-  return HTMLWriter(full).write(report);
+  HTMLDisplay display(report, full);
+  ReportWalk::show(report, display);
+  return display.take();
 }

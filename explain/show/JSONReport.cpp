@@ -1,191 +1,253 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "explain/report/Sentences.h"
 #include "explain/report/Verdict.h"
 #include "explain/report/Wording.h"
+#include "explain/show/JSONWriter.h"
 #include "explain/show/ReportWriters.h"
 
 namespace {
 
-using JSON = nlohmann::ordered_json;
-
 constexpr int kSchemaVersion = 3;
 
-JSON of(const Report::OptionalText& text) {
-  return text ? JSON(*text) : JSON(nullptr);
-}
+using Names = std::vector<std::string>;
 
-JSON of(const Report::Arguments& arguments) {
-  return {{"deviceURI", of(arguments.deviceURI)},
-          {"PPDPath", of(arguments.PPDPath)},
-          {"printerID", of(arguments.printerID)}};
-}
+// The members of a report and of what is in it.
+class JSONReport {
+ public:
+  explicit JSONReport(bool full) : full_(full) {}
 
-JSON of(const Report::Parse& parse) {
-  JSON json = {{"lines", parse.lines},     {"statements", parse.statements}, {"groups", parse.groups},
-               {"options", parse.options}, {"languages", parse.languages},   {"modelName", of(parse.modelName)},
-               {"failure", JSON(nullptr)}};
-  if (parse.failure) {
-    const Report::ParseFailure& failure = *parse.failure;
-    json["failure"] = {{"code", failure.code}, {"expected", failure.expected}};
-    json["failure"]["lineNumber"] = failure.lineNumber ? JSON(*failure.lineNumber) : JSON(nullptr);
-    // A line that is no text is given with its bytes made visible.
-    json["failure"]["line"] = failure.line ? JSON(Wording::visible(*failure.line)) : JSON(nullptr);
+  std::string of(const Report& report) {
+    json_.beginObject();
+    json_.member("schema", "vorantis-autosetup-explain");
+    json_.member("schemaVersion", kSchemaVersion);
+    json_.member("succeeded", report.succeeded());
+    json_.member("failure", report.failure);
+    write(report.arguments);
+    verdict(report);
+    member("parse", report.parse);
+    member("device", report.device);
+    list("updaters", report.updaters);
+    member("CUPS", report.cups);
+    member("CUPSBefore", report.cupsBefore);
+    list("warnings", report.warnings);
+    json_.endObject();
+    return json_.take();
   }
-  return json;
-}
 
-JSON of(const Report::Medium& medium) {
-  return {{"name", of(medium.name)},
-          {"ID", of(medium.ID)},
-          {"categoryName", of(medium.categoryName)},
-          {"categoryID", of(medium.categoryID)},
-          {"parentID", of(medium.parentID)},
-          {"defaultGlossEnhancer", of(medium.gloss)},
-          {"custom", medium.custom},
-          {"profiles", medium.profiles}};
-}
-
-JSON of(const Report::Profile& profile);
-JSON of(const Report::MediumOutcome& medium);
-JSON of(const Report::Change& change);
-JSON of(const Lost& lost);
-JSON of(const Warning& warning);
-
-template <class Element>
-JSON ofAll(const std::vector<Element>& elements) {
-  JSON array = JSON::array();
-  for (const Element& element : elements) array.push_back(of(element));
-  return array;
-}
-
-JSON of(const Report::DeviceAnswer& device) {
-  JSON json = {{"libraryAvailable", device.libraryAvailable},
-               {"storeFound", device.storeFound},
-               {"customMediaFound", device.itemFound},
-               {"mediaListVersion", of(device.listVersion)},
-               {"familyCode", of(device.familyCode)}};
-  json["question"] = nullptr;
-  if (device.question) {
-    json["question"] = {{"deviceURI", of(device.question->deviceURI)}, {"modelName", of(device.question->modelName)}};
+ private:
+  template <class Element>
+  void list(const char* name, const std::vector<Element>& elements) {
+    json_.beginList(name);
+    for (const Element& element : elements) {
+      json_.beginObject();
+      members(element);
+      json_.endObject();
+    }
+    json_.endList();
   }
-  json["media"] = device.media ? ofAll(*device.media) : JSON(nullptr);
-  return json;
-}
 
-JSON of(const Lost& lost) {
-  JSON json = {{"code", nameOf(lost.because)}};
-  for (const auto& [name, text] : {std::pair("what", &lost.what), {"where", &lost.where}, {"choice", &lost.choice}}) {
-    if (!text->empty()) json[name] = *text;
+  // Null when it is absent.
+  template <class Part>
+  void member(const char* name, const std::optional<Part>& part) {
+    if (!part) return json_.member(name, std::nullopt);
+    json_.beginObject(name);
+    members(*part);
+    json_.endObject();
   }
-  return json;
-}
 
-JSON of(const std::vector<std::pair<std::string, std::string>>& pairs) {
-  JSON json = JSON::object();
-  for (const auto& [name, text] : pairs) json[name] = text;
-  return json;
-}
-
-JSON of(const Report::Profile& profile) {
-  static constexpr const char* kOutcomes[] = {"added", "rewritten", "skipped"};
-  return {{"name", of(profile.name)},
-          {"spec", of(profile.spec)},
-          {"URL", of(profile.url)},
-          {"path", of(profile.path)},
-          {"outcome", kOutcomes[static_cast<int>(profile.outcome)]},
-          {"reason", profile.reason},
-          {"selectedBy", of(profile.selectedBy)},
-          {"lostBecause", profile.lost ? of(*profile.lost) : JSON(nullptr)}};
-}
-
-JSON of(const Report::MediumOutcome& medium) {
-  return {{"device", of(medium.device)},
-          {"choiceName", of(medium.choiceName)},
-          {"choiceCode", of(medium.choiceCode)},
-          {"added", medium.added},
-          {"written", medium.written},
-          {"shown", of(medium.shown)},
-          {"lostBecause", ofAll(medium.lost)},
-          {"notAdded", medium.notAdded},
-          {"parent", of(medium.parent)},
-          {"inheritedProperties", of(medium.inherited)},
-          {"properties", medium.properties},
-          {"profiles", ofAll(medium.profiles)},
-          {"profilesFailure", of(medium.profilesFailure)},
-          {"glossBefore", of(medium.glossBefore)},
-          {"glossAfter", of(medium.glossAfter)}};
-}
-
-JSON of(const Report::Change& change) {
-  static constexpr const char* kKinds[] = {"added", "removed", "changed", "moved"};
-  return {{"kind", kKinds[static_cast<int>(change.kind)]}, {"before", change.before}, {"after", change.after}};
-}
-
-JSON of(const Report::Updater& updater, bool full) {
-  static constexpr const char* kOutcomes[] = {"notRun", "succeeded", "failed", "threw"};
-  JSON json = {{"name", updater.name},
-               {"known", updater.known},
-               {"outcome", kOutcomes[static_cast<int>(updater.outcome)]},
-               {"error", updater.error},
-               {"removedMedia", updater.removedMedia},
-               {"replacedMedia", updater.replacedMedia},
-               {"restoredProfiles", updater.restoredProfiles},
-               {"media", ofAll(updater.media)},
-               {"changeCount", updater.changes.size()},
-               {"changes", JSON::array()}};
-  const std::size_t shown =
-      full ? updater.changes.size() : std::min(updater.changes.size(), ReportWriters::kShownChanges);
-  for (std::size_t index = 0; index < shown; ++index) json["changes"].push_back(of(updater.changes[index]));
-  return json;
-}
-
-JSON of(const Warning& warning) {
-  JSON json = {{"code", nameOf(warning.code)},
-               {"text", Sentences::of(warning)},
-               {"inInput", warning.inInput},
-               {"medium", nullptr}};
-  if (warning.about) json["medium"] = {{"name", of(warning.about->name)}, {"ID", of(warning.about->ID)}};
-  return json;
-}
-
-JSON of(const std::optional<Report::Refusal>& refusal) {
-  if (!refusal) return nullptr;
-  return {{"line", refusal->line}, {"words", refusal->words}, {"statement", Wording::visible(refusal->statement)}};
-}
-
-JSON of(const std::optional<Report::CUPS>& cups) {
-  if (!cups) return nullptr;
-  return {{"opens", cups->opens}, {"refusal", of(cups->refusal)}, {"strictRefusal", of(cups->strictRefusal)}};
-}
-
-JSON verdictOf(const Report& report) {
-  JSON json = {{"colour", Verdict::nameOf(Verdict::colourOf(report))},
-               {"outcome", Verdict::outcome(report)},
-               {"media", nullptr},
-               {"warnings", JSON::object()}};
-  if (const auto counts = Verdict::mediaCounts(report)) {
-    json["media"] = {
-        {"onDevice", counts->onDevice}, {"custom", counts->custom}, {"added", counts->added}, {"lost", counts->lost}};
+  void list(const char* name, const Names& texts) {
+    json_.beginList(name);
+    for (const std::string& text : texts) json_.value(text);
+    json_.endList();
   }
-  for (const auto& [code, count] : Verdict::warningCounts(report)) json["warnings"][nameOf(code)] = count;
-  return json;
-}
+
+  // Options and choices, or languages and names.
+  void pairs(const char* name, const std::vector<std::pair<std::string, std::string>>& pairs) {
+    json_.beginObject(name);
+    for (const auto& [key, value] : pairs) json_.member(key, value);
+    json_.endObject();
+  }
+
+  void write(const Report::Arguments& arguments) {
+    json_.beginObject("arguments");
+    json_.member("deviceURI", arguments.deviceURI);
+    json_.member("PPDPath", arguments.PPDPath);
+    json_.member("printerID", arguments.printerID);
+    json_.endObject();
+  }
+
+  void verdict(const Report& report) {
+    json_.beginObject("verdict");
+    json_.member("colour", Verdict::nameOf(Verdict::colourOf(report)));
+    json_.member("outcome", Verdict::outcome(report));
+    member("media", Verdict::mediaCounts(report));
+    json_.beginObject("warnings");
+    for (const auto& [code, count] : Verdict::warningCounts(report)) json_.member(nameOf(code), count);
+    json_.endObject();
+    json_.endObject();
+  }
+
+  void members(const Verdict::MediaCounts& counts) {
+    json_.member("onDevice", counts.onDevice);
+    json_.member("custom", counts.custom);
+    json_.member("added", counts.added);
+    json_.member("lost", counts.lost);
+  }
+
+  void members(const Report::Parse& parse) {
+    json_.member("lines", parse.lines);
+    json_.member("statements", parse.statements);
+    json_.member("groups", parse.groups);
+    json_.member("options", parse.options);
+    list("languages", parse.languages);
+    json_.member("modelName", parse.modelName);
+    member("failure", parse.failure);
+  }
+
+  void members(const Report::ParseFailure& failure) {
+    json_.member("code", failure.code);
+    json_.member("expected", failure.expected);
+    failure.lineNumber ? json_.member("lineNumber", *failure.lineNumber) : json_.member("lineNumber", std::nullopt);
+    json_.member("line", failure.line ? std::optional(Wording::visible(*failure.line)) : std::nullopt);
+  }
+
+  void members(const Report::DeviceAnswer& device) {
+    json_.member("libraryAvailable", device.libraryAvailable);
+    json_.member("storeFound", device.storeFound);
+    json_.member("customMediaFound", device.itemFound);
+    json_.member("mediaListVersion", device.listVersion);
+    json_.member("familyCode", device.familyCode);
+    member("question", device.question);
+    device.media ? list("media", *device.media) : json_.member("media", std::nullopt);
+  }
+
+  void members(const Report::Question& question) {
+    json_.member("deviceURI", question.deviceURI);
+    json_.member("modelName", question.modelName);
+  }
+
+  void members(const Report::CUPS& cups) {
+    json_.member("opens", cups.opens);
+    member("refusal", cups.refusal);
+    member("strictRefusal", cups.strictRefusal);
+  }
+
+  void members(const Report::Refusal& refusal) {
+    json_.member("line", refusal.line);
+    json_.member("words", refusal.words);
+    json_.member("statement", Wording::visible(refusal.statement));
+  }
+
+  void members(const Report::Medium& medium) {
+    json_.member("name", medium.name);
+    json_.member("ID", medium.ID);
+    json_.member("categoryName", medium.categoryName);
+    json_.member("categoryID", medium.categoryID);
+    json_.member("parentID", medium.parentID);
+    json_.member("defaultGlossEnhancer", medium.gloss);
+    json_.member("custom", medium.custom);
+    json_.member("profiles", medium.profiles);
+  }
+
+  void members(const Lost& lost) {
+    json_.member("code", nameOf(lost.because));
+    for (const auto& [name, text] : {std::pair("what", &lost.what), {"where", &lost.where}, {"choice", &lost.choice}}) {
+      if (!text->empty()) json_.member(name, *text);
+    }
+  }
+
+  void members(const Report::Profile& profile) {
+    static constexpr const char* kOutcomes[] = {"added", "rewritten", "skipped"};
+    json_.member("name", profile.name);
+    json_.member("spec", profile.spec);
+    json_.member("URL", profile.url);
+    json_.member("path", profile.path);
+    json_.member("outcome", kOutcomes[static_cast<int>(profile.outcome)]);
+    json_.member("reason", profile.reason);
+    pairs("selectedBy", profile.selectedBy);
+    member("lostBecause", profile.lost);
+  }
+
+  void members(const Report::MediumOutcome& medium) {
+    json_.beginObject("device");
+    members(medium.device);
+    json_.endObject();
+    json_.member("choiceName", medium.choiceName);
+    json_.member("choiceCode", medium.choiceCode);
+    json_.member("added", medium.added);
+    json_.member("written", medium.written);
+    pairs("shown", medium.shown);
+    list("lostBecause", medium.lost);
+    json_.member("notAdded", medium.notAdded);
+    json_.member("parent", medium.parent);
+    json_.member("inheritedProperties", medium.inherited);
+    json_.member("properties", medium.properties);
+    list("profiles", medium.profiles);
+    json_.member("profilesFailure", medium.profilesFailure);
+    json_.member("glossBefore", medium.glossBefore);
+    json_.member("glossAfter", medium.glossAfter);
+  }
+
+  void members(const Report::Change& change) {
+    static constexpr const char* kKinds[] = {"added", "removed", "changed", "moved"};
+    json_.member("kind", kKinds[static_cast<int>(change.kind)]);
+    json_.member("before", change.before);
+    json_.member("after", change.after);
+  }
+
+  void members(const Report::Updater& updater) {
+    static constexpr const char* kOutcomes[] = {"notRun", "succeeded", "failed", "threw"};
+    json_.member("name", updater.name);
+    json_.member("known", updater.known);
+    json_.member("outcome", kOutcomes[static_cast<int>(updater.outcome)]);
+    json_.member("error", updater.error);
+    list("removedMedia", updater.removedMedia);
+    list("replacedMedia", updater.replacedMedia);
+    list("restoredProfiles", updater.restoredProfiles);
+    list("media", updater.media);
+    json_.member("changeCount", updater.changes.size());
+    json_.beginList("changes");
+    const std::size_t shown = full_ ? updater.changes.size() : ReportWriters::kShownChanges;
+    for (std::size_t index = 0; index < std::min(shown, updater.changes.size()); ++index) {
+      json_.beginObject();
+      members(updater.changes[index]);
+      json_.endObject();
+    }
+    json_.endList();
+  }
+
+  void members(const Warning& warning) {
+    json_.member("code", nameOf(warning.code));
+    json_.member("text", Sentences::of(warning));
+    json_.member("remedy", kindOf(warning.code).remedy);
+    facts(warning);
+    json_.member("because", warning.because ? std::optional<std::string>(nameOf(*warning.because)) : std::nullopt);
+    json_.member("inInput", warning.inInput);
+    member("medium", warning.about);
+  }
+
+  void members(const AboutMedium& medium) {
+    json_.member("name", medium.name);
+    json_.member("ID", medium.ID);
+  }
+
+  void facts(const Warning& warning) {
+    json_.beginObject("facts");
+    for (const Warning::Fact& fact : warning.facts) {
+      if (const auto* text = std::get_if<std::string>(&fact.value)) json_.member(fact.name, *text);
+      if (const auto* number = std::get_if<std::uint64_t>(&fact.value)) json_.member(fact.name, *number);
+    }
+    json_.endObject();
+  }
+
+  JSONWriter json_;
+  const bool full_;
+};
 
 }  // namespace
 
 std::string ReportWriters::json(const Report& report, bool full) {
-  JSON json = {{"schema", "vorantis-autosetup-explain"}, {"schemaVersion", kSchemaVersion},
-               {"succeeded", report.succeeded()},        {"failure", report.failure},
-               {"verdict", verdictOf(report)},           {"arguments", of(report.arguments)}};
-  json["parse"] = report.parse ? of(*report.parse) : JSON(nullptr);
-  json["device"] = report.device ? of(*report.device) : JSON(nullptr);
-  json["updaters"] = JSON::array();
-  for (const Report::Updater& updater : report.updaters) json["updaters"].push_back(of(updater, full));
-  json["CUPS"] = of(report.cups);
-  json["CUPSBefore"] = of(report.cupsBefore);
-  json["warnings"] = ofAll(report.warnings);
-  return json.dump(1, ' ', true, JSON::error_handler_t::replace) + "\n";
+  return JSONReport(full).of(report);
 }

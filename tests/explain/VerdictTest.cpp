@@ -81,10 +81,10 @@ TEST(Verdict, NoMediaWereAskedFor) {
   EXPECT_FALSE(Verdict::mediaCounts(Report()));
 }
 
-TEST(Verdict, CountsWarningsByTheirCodeTheGravestFirst) {
+TEST(Verdict, CountsWarningsByTheirCodeInTheOrderOfTheReport) {
   Report report;
   EXPECT_EQ(Verdict::warnings(report), "");
-  for (const WarningCode code : {WarningCode::swallowed, WarningCode::noDevice, WarningCode::swallowed}) {
+  for (const WarningCode code : {WarningCode::noDevice, WarningCode::swallowed, WarningCode::swallowed}) {
     report.warnings.push_back({code});
   }
   EXPECT_EQ(Verdict::warnings(report), "1 no-device, 2 swallowed");

@@ -4,8 +4,8 @@ import html.parser
 import re
 
 WITHOUT_END = {"input", "link", "meta"}
-ELEMENTS = WITHOUT_END | {"a", "body", "code", "del", "details", "h1", "h2", "head", "html", "ins", "li", "nav", "p", "pre",
-                          "script", "span", "style", "summary", "table", "td", "th", "title", "tr", "ul"}
+ELEMENTS = WITHOUT_END | {"a", "body", "caption", "code", "del", "details", "div", "h1", "h2", "head", "html", "ins", "label", "li", "main", "nav", "output", "p", "pre",
+                          "script", "span", "strong", "style", "summary", "table", "tbody", "td", "th", "thead", "title", "tr", "ul"}
 POLICY = "default-src 'none'; style-src 'unsafe-inline'; script-src 'unsafe-inline'"
 # What would load something: an address, or a style or script that asks for one.
 OUTSIDE = re.compile(r"https?:|//|url\(|@import|src=|fetch|XMLHttpRequest|sendBeacon|WebSocket|EventSource|import\(")

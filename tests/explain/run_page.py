@@ -30,7 +30,7 @@ LARGEST = 3_000_000
 MEDIUM = "Medium 5123"
 PATIENCE = 10
 
-SHOWN = """return [...document.querySelectorAll('details.medium')].filter(each => each.checkVisibility())
+SHOWN = """return [...document.querySelectorAll('tbody.medium')].filter(each => each.checkVisibility())
     .map(each => each.querySelector('summary').textContent)"""
 OPEN = "return [...document.querySelectorAll('details')].map(each => each.open)"
 LINKS = """return [...document.querySelectorAll('nav a')].map(each => {
@@ -96,22 +96,22 @@ def report(options, folder, name, ppd, snapshot):
 
 
 def check_shape(checks, page, media):
-    checks.expect_same(f"{page.path.stem}: one heading, and a fold for each medium",
-                       (page.count("h1"), page.count("details.medium")), (1, media))
+    checks.expect_same(f"{page.path.stem}: one heading, and a row for each medium",
+                       (page.count("h1"), page.count("tbody.medium")), (1, media))
     sections = page.script(SECTIONS)
     checks.expect(f"{page.path.stem}: the contents lead to the {len(sections)} sections",
                   len(sections) >= 5 and page.script(LINKS) == sections)
     page.all("nav a")[-1].click()
     checks.expect_same(f"{page.path.stem}: a click in the contents leads there",
                        page.script("return document.querySelector(':target').textContent"), sections[-1][2:])
-    checks.expect_same(f"{page.path.stem}: the media are folded at first", page.count("details.medium[open]"), 0)
+    checks.expect_same(f"{page.path.stem}: the media are folded at first", page.count(".medium details[open]"), 0)
 
 
 def check_folds(checks, page):
     """By mouse, and by keyboard alone: the box, Tab, Enter."""
     from selenium.webdriver.common.action_chains import ActionChains
     from selenium.webdriver.common.keys import Keys
-    first, second = page.all("details.medium")[:2]
+    first, second = page.all("tbody.medium")[:2]
     table = first.find_element("css selector", "table")
     before = table.is_displayed()
     first.find_element("css selector", "summary").click()
@@ -119,9 +119,9 @@ def check_folds(checks, page):
     first.find_element("css selector", "summary").click()
     checks.expect("another one closes it", not table.is_displayed())
     page.browser.find("input").click()
-    ActionChains(page.driver).send_keys(Keys.TAB, Keys.TAB, Keys.ENTER).perform()
-    checks.expect("box, Tab, Tab, Enter: the second fold is open, and no other",
-                  second.find_element("css selector", "table").is_displayed() and page.count("details.medium[open]") == 1)
+    ActionChains(page.driver).send_keys(*[Keys.TAB] * 4, Keys.ENTER).perform()
+    checks.expect("box, four times Tab, Enter: the second row is unfolded, and no other",
+                  second.find_element("css selector", "table").is_displayed() and page.count(".medium details[open]") == 1)
     ActionChains(page.driver).send_keys(Keys.ENTER).perform()
 
 
@@ -133,17 +133,31 @@ def check_box(checks, page):
         shown = page.type(text)
         checks.expect(f"the box finds a medium by {what}, and hides the others",
                       len(shown) == 1 and shown[0].startswith(found))
+    checks.expect_same("blanks around it do not count", page.type(f"  {MEDIUM} "), [MEDIUM])
+    count = "return document.querySelector('output').textContent"
+    checks.expect_same("how many were found is said", page.script(count), f"1 of {page_runs.MEDIA}")
     checks.expect_same("what is nowhere hides all", page.type("no such medium")[:3], [])
+    checks.expect_same("and it is said", page.script(count), "none found")
     checks.expect_same("the emptied box shows all", len(page.type("x" + Keys.BACKSPACE)), page_runs.MEDIA)
     times = ", ".join(f"{page.script(FINDING, text):.0f} ms" for text in (MEDIUM, "5", ""))
     print(f"        figure: finding one of {page_runs.MEDIA} media, most of them, and all again took {times}")
 
 
+def check_lost(checks, page):
+    """The media that lost something, by the state in their rows, which is no matter of colour alone."""
+    page.browser.find("input[type=checkbox]").click()
+    lost = page.script("return [...document.querySelectorAll('.medium.lost')].map(each => each.rows[0].cells[6].textContent)")
+    checks.expect("there are media that lost something, and it is said", lost and set(lost) == {"lost something"})
+    checks.expect_same("the filter shows them alone", len(page.script(SHOWN)), len(lost))
+    page.browser.find("input[type=checkbox]").click()
+    checks.expect_same("without it all are there", len(page.script(SHOWN)), page.count("tbody.medium"))
+
+
 def check_hostile(checks, page):
-    name = page.script("return [...document.querySelectorAll('details.medium')].map(each => each.firstElementChild)"
-                       f".find(each => each?.children[0]?.textContent === '{page_runs.HOSTILE_ID}')?.firstChild.data")
+    name = page.script("return [...document.querySelectorAll('tbody.medium')].map(each => each.rows[0].cells)"
+                       f".find(each => each[1].textContent === '{page_runs.HOSTILE_ID}')?.[0].textContent")
     visible = page_runs.HOSTILE_NAME.encode("ascii", "backslashreplace").decode()
-    checks.expect_same("the hostile name is text, its turns of direction visible", name, visible + " ")
+    checks.expect_same("the hostile name is text, its turns of direction visible", name, visible)
     checks.expect_same("it makes no element", (page.count("img"), page.count("script")), (0, 1))
 
 
@@ -201,10 +215,10 @@ def check_large_paper(checks, page):
     text, pages = page.printed()
     media = text.split("What became of each medium")[-1].split("Changes of the PPD")[0]
     checks.expect(f"the box leaves one medium to be printed ({pages} pages with all warnings and changes)",
-                  media.count("New choice") == 1 and media.count(".icc") == 1 and "medium5123.icc" in media)
+                  media.count("setpagedevice") == 1 and media.count(".icc") == 1 and "medium5123.icc" in media)
     checks.expect_same("afterwards the others are hidden still",
                        [each[:len(MEDIUM)] for each in page.script(SHOWN)[:3]], [MEDIUM])
-    checks.expect_same("and all are folded", page.count("details.medium[open]"), 0)
+    checks.expect_same("and all are folded", page.count(".medium details[open]"), 0)
 
 
 def check_large(checks, page):
@@ -249,6 +263,8 @@ def run(checks, options, folder):
         check_shape(checks, pages["example"], 3)
         check_paper(checks, pages["example"])
         check_requests(checks, pages["example"])
+        pages["odd"].load()
+        check_lost(checks, pages["odd"])
         for page in pages.values():
             page.load()
             page_looks.check(checks, page, options.screenshots, whole=page is pages["odd"])

@@ -248,11 +248,20 @@ class Checks:
         behind = text.partition("\n\n")[2]
         places = {code: match.start() for code in GRAVITY if (match := re.search(word(code), behind))}
         self.wrong += check("codes in the text", sorted(self.expected["warnings"]), sorted(places))
-        self.gravest_first("the text", sorted(places, key=places.get))
+        self.order_in_text = sorted(places, key=places.get)
 
-    def gravest_first(self, what, codes):
-        gravities = [GRAVITY.get(code, -1) for code in codes]
-        self.expect(gravities == sorted(gravities), f"not the gravest first in {what}: {', '.join(codes)}")
+    def gravest_first(self, warnings):
+        """Groups of a cause and what follows from it: the cause comes first, and the gravest of a group counts."""
+        groups = {}
+        for warning in warnings:
+            code, cause = warning["code"], warning["because"] or warning["code"]
+            self.expect(code == cause or cause in groups, f"{code} does not stand behind {cause}")
+            self.expect(cause not in groups or list(groups)[-1] == cause, f"{code} does not stand with {cause}")
+            groups.setdefault(cause, []).append(GRAVITY.get(code, -1))
+        gravities = [min(each) for each in groups.values()]
+        self.expect(gravities == sorted(gravities), f"not the gravest first: {', '.join(groups)}")
+        codes = list(dict.fromkeys(warning["code"] for warning in warnings))
+        self.wrong += check("the order of the codes in the text", codes, self.order_in_text)
 
     # JSON
 
@@ -266,7 +275,7 @@ class Checks:
             counts[warning["code"]] = counts.get(warning["code"], 0) + 1
             self.warning(warning)
         self.wrong += check("warnings", self.expected["warnings"], counts)
-        self.gravest_first("JSON", [warning["code"] for warning in warnings])
+        self.gravest_first(warnings)
         if "restored" in self.expected:
             restored = [spec for updater in report["updaters"] for spec in updater["restoredProfiles"]]
             self.wrong += check("restored profiles", self.expected["restored"], restored)
@@ -288,7 +297,7 @@ class Checks:
             self.expect(updater["outcome"] != "threw" or updater["error"], f"no error of {updater['name']}")
 
     def warning(self, warning):
-        members = {"code", "text", "inInput", "medium"}
+        members = {"code", "text", "remedy", "facts", "because", "inInput", "medium"}
         self.expect(members <= set(warning), f"a warning lacks {', '.join(sorted(members - set(warning)))}: {warning}")
         code = warning["code"]
         self.expect(code in GRAVITY, f"a code that nobody knows: {code}")
