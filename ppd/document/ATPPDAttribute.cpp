@@ -84,7 +84,7 @@ Part ATPPDAttribute::part(OwnPart Settled::*which, Found bit, Find find) const {
 // A part that can be set is kept in bytes of its own, by which it is known when it is set to itself.
 template <class Find>
 Part ATPPDAttribute::ownPart(OwnPart Settled::*which, Find find) const {
-  if (settled_ != nullptr && settled_.get()->*which) return settled_.get()->*which;
+  if (const Settled* const all = settled_.get(); all != nullptr && all->*which) return all->*which;
   const Part line = firstLine();
   const Part found = line ? find(*line) : std::nullopt;
   if (!found) return std::nullopt;
