@@ -168,7 +168,7 @@ def device_of(example, folder):
     """A device like the example's with nothing to warn of: without profiles, whose files are not here."""
     snapshot = json.loads((example / "snapshot.json").read_text())
     for device in snapshot["devices"]:
-        for medium in device["dataStore"]["VMCustomMediaStorage"]["MediaInfo"].values():
+        for medium in device.get("dataStore", {}).get("VMCustomMediaStorage", {}).get("MediaInfo", {}).values():
             medium.update(ICCProfiles=[], Name=medium["Name"].replace(":", ""))
     path = folder / f"{example.name}.json"
     path.write_text(json.dumps(snapshot))
