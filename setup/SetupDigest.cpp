@@ -2,9 +2,12 @@
 #include "setup/SetupDigest.h"
 
 #include <cups/cups.h>
+#include <cups/file.h>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
+#include <memory>
 #include <stdexcept>
 
 #include "setup/SetupStatement.h"
@@ -23,6 +26,17 @@ std::string digestOf(const std::string& bytes) {
   return text;
 }
 
+// What CUPS' reader gives, which unpacks.
+std::string contentOf(const std::string& path) {
+  const std::unique_ptr<cups_file_t, int (*)(cups_file_t*)> file(cupsFileOpen(path.c_str(), "r"), cupsFileClose);
+  std::string content;
+  std::array<char, 65536> block;
+  for (ssize_t size; file != nullptr && (size = cupsFileRead(file.get(), block.data(), block.size())) > 0;) {
+    content.append(block.data(), static_cast<std::size_t>(size));
+  }
+  return content;
+}
+
 // What of a line is the setup's.
 std::string_view keptOf(std::string_view line) {
   if (line.starts_with("*cupsProtocol:")) return {};
@@ -34,6 +48,10 @@ std::string_view keptOf(std::string_view line) {
 std::string SetupDigest::ofSources(std::string_view ppd, std::string_view snapshot) {
   // With their lengths, so that bytes that move from one to the other show.
   return digestOf(fmt::format("{} {} {}{}", ppd.size(), snapshot.size(), ppd, snapshot));
+}
+
+std::string SetupDigest::ofFiles(const std::string& PPDPath, const std::string& snapshotPath) {
+  return ofSources(contentOf(PPDPath), contentOf(snapshotPath));
 }
 
 std::string SetupDigest::ofResult(std::string_view ppd) {

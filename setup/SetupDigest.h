@@ -11,6 +11,9 @@ namespace SetupDigest {
 /// Of the files that a setup is made from: the unpacked bytes of the base PPD, and those of the snapshot.
 std::string ofSources(std::string_view ppd, std::string_view snapshot);
 
+/// The same of the two files, whatever can be read of them; a base PPD that is gzip is unpacked.
+std::string ofFiles(const std::string& PPDPath, const std::string& snapshotPath);
+
 /// Of a PPD as far as it is the setup's: without what the scheduler writes into its copy (line ends, the values of
 /// *Default… statements, *cupsProtocol) and without the statement of its own setup (SetupStatement).
 std::string ofResult(std::string_view ppd);

@@ -23,6 +23,8 @@ MAY_INCLUDE = {
     "explain": ["base", "ppd", "readers", "updaters", "driver", "library/Snapshot.h"],
     "capture": ["base", "ppd", "readers", "updaters/PPDKeywords.h", "explain", "library/Snapshot.h"],
     "setup": ["base", "ppd", "updaters/PPDKeywords.h", "explain", "library/Snapshot.h"],
+    "scheduler": ["explain"],
+    "queues": ["base", "explain", "setup", "scheduler"],
     "library": [],
 }
 MAY_INCLUDE["readers"].append("readers/framework")  # on macOS its back end takes the place of the shared object's

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "setup/SetupDigest.h"
 
+#include <cups/file.h>
 #include <gtest/gtest.h>
 
 #include <string>
+
+#include "tests/support/TemporaryFolder.h"
 
 TEST(SetupDigest, IsSHA256OfTheFilesWithTheirLengths) {
   // printf '3 2 abcde' | sha256sum
@@ -33,4 +36,14 @@ TEST(SetupDigest, OfTheResultShowsEveryOtherChange) {
   EXPECT_NE(SetupDigest::ofResult("*PPD-Adobe: \"4.3\"\n*Other: x\n"), digest);
   EXPECT_NE(SetupDigest::ofResult(ppd + "*More: y\n"), digest);
   EXPECT_NE(SetupDigest::ofResult("*PPD-Adobe: \"4.3\"\n*DefaultPageSize: A4\n*Other: y\n"), digest);
+}
+
+TEST(SetupDigest, OfFilesIsThatOfTheirUnpackedContents) {
+  const TemporaryFolder folder;
+  const std::string packed = folder.path("z.ppd.gz");
+  cups_file_t* const file = cupsFileOpen(packed.c_str(), "w9");
+  cupsFilePuts(file, "base");
+  cupsFileClose(file);
+  EXPECT_EQ(SetupDigest::ofFiles(packed, folder.file("p.json", "{}")), SetupDigest::ofSources("base", "{}"));
+  EXPECT_EQ(SetupDigest::ofFiles(folder.path("none"), folder.path("p.json")), SetupDigest::ofSources("", "{}"));
 }

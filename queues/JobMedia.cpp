@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "queues/JobMedia.h"
+
+#include <strings.h>
+
+#include <algorithm>
+
+#include "base/Text.h"
+#include "setup/SetupDigest.h"
+
+namespace {
+
+using Medium = PPDMedia::Medium;
+
+constexpr std::size_t kDigitsOfMedium = 16;
+
+bool isDigit(char character) {
+  return character >= '0' && character <= '9';
+}
+
+// Whether the value is the medium's choice, or its name in IPP, which is compared as libcups does.
+bool names(const std::string& value, const Medium& medium) {
+  if (value == medium.choice) return true;
+  return medium.isCustom && strcasecmp(value.c_str(), JobMedia::IPPNameOf(medium.choice).c_str()) == 0;
+}
+
+const Medium* namedIn(const PPDMedia& media, const std::string& value) {
+  const auto found =
+      std::find_if(media.media.begin(), media.media.end(), [&](const Medium& each) { return names(value, each); });
+  return found == media.media.end() ? nullptr : &*found;
+}
+
+const Medium* waitedFor(const std::string& digest, const PPDMedia& media) {
+  const auto found = std::find_if(media.media.begin(), media.media.end(),
+                                  [&](const Medium& each) { return JobMedia::digestOf(each.key) == digest; });
+  return found == media.media.end() ? nullptr : &*found;
+}
+
+JobMedia::MovedJob gone(const Job& job, const Medium& medium) {
+  JobMedia::MovedJob moved{job.choice, JobMedia::digestOf(medium.key), medium.label()};
+  moved.choice.MediaType = JobMedia::kGone;
+  return moved;
+}
+
+bool isEmpty(const JobChoice& choice) {
+  return choice.MediaType.empty() && choice.mediaType.empty() && choice.typeInCollection.empty();
+}
+
+}  // namespace
+
+std::string JobMedia::IPPNameOf(const std::string& choice) {
+  std::string name;
+  for (std::size_t index = 0; index < choice.size(); ++index) {
+    const char character = choice[index];
+    if (index > 0 && isDigit(character) && !isDigit(choice[index - 1])) name += '-';
+    name += Text::foldASCII(character);
+  }
+  return name;
+}
+
+std::string JobMedia::digestOf(const std::string& key) {
+  return SetupDigest::ofSources(key, "").substr(0, kDigitsOfMedium);
+}
+
+JobMedia::Moved JobMedia::moved(const std::string& value, const PPDMedia& before, const PPDMedia& after) {
+  const Medium* was = namedIn(before, value);
+  if (was == nullptr) return {value, namedIn(after, value)};
+  const Medium* now = after.withKey(was->key, was->name);
+  if (now == nullptr) return {value, was};
+  return {value == was->choice ? now->choice : IPPNameOf(now->choice), nullptr};
+}
+
+JobMedia::MovedJob JobMedia::moved(const Job& job, const PPDMedia& before, const PPDMedia& after) {
+  MovedJob result{job.choice, "", ""};
+  if (job.choice.MediaType == kGone) {
+    const Medium* back = waitedFor(job.medium, after);
+    if (back != nullptr) result.choice.MediaType = back->choice;
+    result.medium = back == nullptr ? job.medium : "";
+    return result;
+  }
+  std::vector<std::string*> values = {&result.choice.MediaType, &result.choice.mediaType,
+                                      &result.choice.typeInCollection};
+  for (std::string& each : result.choice.media) values.push_back(&each);
+  bool hasMedium = !isEmpty(job.choice);
+  for (std::string* value : values) {
+    if (value->empty()) continue;
+    hasMedium = hasMedium || namedIn(before, *value) != nullptr;
+    const Moved one = moved(*value, before, after);
+    if (one.gone != nullptr) return gone(job, *one.gone);
+    *value = one.value;
+  }
+  if (hasMedium) return result;
+  const Moved ofDefault = moved(before.defaultChoice, before, after);
+  return ofDefault.gone == nullptr ? result : gone(job, *ofDefault.gone);
+}
