@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "explain/Wording.h"
+#include "explain/report/Wording.h"
 
 namespace {
 

@@ -106,7 +106,7 @@ class Program {
     explain->add_option("QUEUE", options_.queues, "the queue; options of vorantis-autosetup-explain behind it")
         ->required()
         ->expected(1);
-    explain->prefix_command();
+    explain->prefix_command()->fallthrough(false);
     explain->final_callback([this, explain] {
       options_.ofReport = explain->remaining();
       work_ = &Program::explain;

@@ -11,7 +11,7 @@
 #include <iterator>
 #include <string_view>
 
-#include "explain/MemoryFile.h"
+#include "explain/watch/MemoryFile.h"
 #include "scheduler/IPPAttributes.h"
 
 namespace {
@@ -43,7 +43,7 @@ bool isGood() {
   const std::string reason = cupsLastErrorString();
   if (status == IPP_STATUS_ERROR_SERVICE_UNAVAILABLE) {
     throw Scheduler::Gone(
-        fmt::format("the scheduler {} does not answer ({}); start it, or name another with -h", cupsServer(), reason));
+        fmt::format("the scheduler {} does not answer; start it, or name another with -h", cupsServer()));
   }
   const bool isRight = std::find(kOfRights.begin(), kOfRights.end(), status) != kOfRights.end();
   throw std::runtime_error(fmt::format("{}the scheduler refuses: {}{}", queue.empty() ? "" : queue + ": ", reason,

@@ -55,7 +55,7 @@ std::string SetupDigest::ofFiles(const std::string& PPDPath, const std::string& 
 }
 
 std::string SetupDigest::ofResult(std::string_view ppd) {
-  std::string kept;
+  std::string kept = "PPD\n";  // libcups has no digest of nothing
   const std::string rest = SetupStatement::removedFrom(ppd);
   for (std::size_t start = 0; start < rest.size();) {
     const std::size_t end = std::min(rest.find_first_of("\r\n", start), rest.size());

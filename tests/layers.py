@@ -20,6 +20,7 @@ MAY_INCLUDE = {
     "explain/judge": ["base", "ppd", "readers", "updaters/PPDKeywords.h", "explain/report", "explain/watch",
                       "library/Snapshot.h"],
     "explain/show": ["base", "explain/report"],
+    "explain/compare": ["base", "ppd", "updaters/PPDKeywords.h"],
     "explain": ["base", "ppd", "readers", "updaters", "driver", "library/Snapshot.h"],
     "capture": ["base", "ppd", "readers", "updaters/PPDKeywords.h", "explain", "library/Snapshot.h"],
     "setup": ["base", "ppd", "updaters/PPDKeywords.h", "explain", "library/Snapshot.h"],
