@@ -249,15 +249,53 @@ def snapshots(checks, schema, options):
             checks.expect(f"{what}: the tool's status", status == (0 if is_good else 1), str(status))
 
 
+# What is changed in the document's file of queues: the member of a queue, its new value, whether it is still good.
+QUEUE_CHANGES = [
+    ("name", "a b", False), ("name", "", False), ("name", REMOVED, False), ("name", "a/b", False), ("name", "q", True),
+    ("name", "n" * 127, True), ("name", "n" * 128, False), ("uri", "192.0.2.10", False), ("uri", 9100, False),
+    ("uri", REMOVED, False), ("snapshot", "", False), ("snapshot", REMOVED, False), ("ppd", "", False),
+    ("ppd", REMOVED, False), ("device", 2, True), ("device", 0, False), ("device", "2", False), ("device", 1.5, False),
+    ("info", REMOVED, True), ("info", "", True), ("info", 7, False), ("location", None, False), ("ifno", "", False)]
+
+
+def queues(checks, schema, options):
+    """The schema and vorantis-queues agree on files of queues; without a scheduler a good one is all that it gets to."""
+    document = (options.root / "docs/queues.md").read_text()
+    example = json.loads(re.search(r"```json\n(.*?)```", document, re.DOTALL)[1])
+    for name in schema.schema["properties"]["queues"]["items"]["properties"]:
+        checks.expect(f"the schema of queues says what {name} is", "description" in
+                      schema.schema["properties"]["queues"]["items"]["properties"][name] or name == "location")
+    files = [("the document's file", example, True), ("no queues", {**example, "queues": []}, True),
+             ("another format", {**example, "format": "queues"}, False), ("a list", [], False),
+             ("another version", {**example, "formatVersion": 2}, False), ("no list", {**example, "queues": {}}, False),
+             ("a queue that is a text", {**example, "queues": ["q"]}, False)]
+    for member, new, is_good in QUEUE_CHANGES:
+        files.append((f"{member} {'removed' if new is REMOVED else json.dumps(new)}",
+                      changed(example, ("queues", 0, member), new), is_good))
+    with tempfile.TemporaryDirectory() as folder:
+        file = pathlib.Path(folder) / "queues.json"
+        for what, value, is_good in files:
+            file.write_text(json.dumps(value))
+            objection = schema.objection(value)
+            checks.expect(f"queues: {what}: the schema {'accepts' if is_good else 'refuses'} it", bool(objection) != is_good, objection)
+            said = subprocess.run([options.queues, "-h", "127.0.0.1:1", "apply", "--dry-run", file], capture_output=True,
+                                  text=True, timeout=60, check=False).stderr
+            reached = "does not answer" in said or (said == "" and not value.get("queues"))
+            checks.expect(f"queues: {what}: so does vorantis-queues", reached == is_good, said)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
     parser.add_argument("--tool", required=True)
     parser.add_argument("--library-dir", required=True)
+    parser.add_argument("--queues", help="vorantis-queues, where it is made")
     parser.add_argument("root", type=pathlib.Path, help="the project's top folder")
     options = parser.parse_args()
     options.root = options.root.resolve()
     checks = Checks()
     snapshots(checks, Schema(options.root / "docs/device-snapshot.schema.json"), options)
+    if options.queues:
+        queues(checks, Schema(options.root / "docs/queues.schema.json"), options)
     print(f"{checks.passed} passed, {checks.failed} failed")
     return 1 if checks.failed else 0
 
