@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "base/Text.h"
 #include "setup/SetupDigest.h"
 
 namespace {
@@ -14,14 +13,10 @@ using Medium = PPDMedia::Medium;
 
 constexpr std::size_t kDigitsOfMedium = 16;
 
-bool isDigit(char character) {
-  return character >= '0' && character <= '9';
-}
-
 // Whether the value is the medium's choice, or its name in IPP, which is compared as libcups does.
 bool names(const std::string& value, const Medium& medium) {
   if (value == medium.choice) return true;
-  return medium.isCustom && strcasecmp(value.c_str(), JobMedia::IPPNameOf(medium.choice).c_str()) == 0;
+  return medium.isCustom && strcasecmp(value.c_str(), medium.IPPName().c_str()) == 0;
 }
 
 const Medium* namedIn(const PPDMedia& media, const std::string& value) {
@@ -48,16 +43,6 @@ bool isEmpty(const JobChoice& choice) {
 
 }  // namespace
 
-std::string JobMedia::IPPNameOf(const std::string& choice) {
-  std::string name;
-  for (std::size_t index = 0; index < choice.size(); ++index) {
-    const char character = choice[index];
-    if (index > 0 && isDigit(character) && !isDigit(choice[index - 1])) name += '-';
-    name += Text::foldASCII(character);
-  }
-  return name;
-}
-
 std::string JobMedia::digestOf(const std::string& key) {
   return SetupDigest::ofSources(key, "").substr(0, kDigitsOfMedium);
 }
@@ -67,7 +52,7 @@ JobMedia::Moved JobMedia::moved(const std::string& value, const PPDMedia& before
   if (was == nullptr) return {value, namedIn(after, value)};
   const Medium* now = after.withKey(was->key, was->name);
   if (now == nullptr) return {value, was};
-  return {value == was->choice ? now->choice : IPPNameOf(now->choice), nullptr};
+  return {value == was->choice ? now->choice : now->IPPName(), nullptr};
 }
 
 JobMedia::MovedJob JobMedia::moved(const Job& job, const PPDMedia& before, const PPDMedia& after) {

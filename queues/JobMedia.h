@@ -13,10 +13,6 @@ namespace JobMedia {
 /// The choice of a job whose medium is gone: the name of none, so that a later setup gives it no other one.
 inline constexpr const char* kGone = "medium-gone";
 
-/// The name that the scheduler has for a custom choice in media-type, media-col and media, such as "custom-1" for
-/// Custom1 (the PWG's form, as libcups makes it).
-std::string IPPNameOf(const std::string& choice);
-
 /// What is told of a medium that is gone by 16 digits, so that it is known when it comes back.
 std::string digestOf(const std::string& key);
 

@@ -107,6 +107,17 @@ std::string PPDMedia::Medium::label() const {
   return ID.empty() ? shown : fmt::format("{} (ID {})", shown, ID);
 }
 
+std::string PPDMedia::Medium::IPPName() const {
+  constexpr auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
+  std::string IPP;
+  for (std::size_t index = 0; index < choice.size(); ++index) {
+    const bool beginsNumber = index > 0 && isDigit(choice[index]) && !isDigit(choice[index - 1]);
+    if (beginsNumber) IPP += '-';
+    IPP += Text::foldASCII(choice[index]);
+  }
+  return IPP;
+}
+
 PPDMedia PPDMedia::of(const ATPPD& ppd) {
   PPDMedia result;
   const auto option = ppd.optionForName(PPDKeyword::mediaOption);

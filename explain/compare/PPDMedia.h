@@ -23,6 +23,9 @@ struct PPDMedia {
 
     /// The name, and the ID if there is one, for messages.
     std::string label() const;
+    /// What the scheduler calls a custom one in media-type, media-col and media, such as "custom-1" for Custom1 (the
+    /// PWG's form, as libcups makes it).
+    std::string IPPName() const;
   };
 
   std::vector<Medium> media;  ///< in the PPD's order

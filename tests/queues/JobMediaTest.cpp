@@ -27,14 +27,6 @@ JobChoice withOption(const std::string& choice) {
 
 }  // namespace
 
-TEST(JobMedia, NamesInIPPAreLibcups) {
-  EXPECT_EQ(JobMedia::IPPNameOf("Custom1"), "custom-1");
-  EXPECT_EQ(JobMedia::IPPNameOf("Custom10"), "custom-10");
-  EXPECT_EQ(JobMedia::IPPNameOf("Customa"), "customa");
-  EXPECT_EQ(JobMedia::IPPNameOf("Customa1"), "customa-1");
-  EXPECT_EQ(JobMedia::IPPNameOf("Custom1a"), "custom-1a");
-}
-
 TEST(JobMedia, AValueMovesWithItsMedium) {
   const PPDMedia before = mediaOf({"A", "B", "C"});
   const PPDMedia after = mediaOf({"C", "B"});

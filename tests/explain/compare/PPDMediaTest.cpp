@@ -112,3 +112,14 @@ TEST(PPDMedia, TextsMayHaveAnyLineEndsAndLongLines) {
   text += "*% " + std::string(1000, 'x') + "\r";
   EXPECT_EQ(PPDMedia::ofText(text).withChoice("Custom1")->ID, "4711");
 }
+
+TEST(PPDMedia, NamesInIPPAreLibcups) {
+  const auto nameOf = [](const std::string& choice) {
+    return PPDMedia::Medium{choice, "", "", "", "", {}, true}.IPPName();
+  };
+  EXPECT_EQ(nameOf("Custom1"), "custom-1");
+  EXPECT_EQ(nameOf("Custom10"), "custom-10");
+  EXPECT_EQ(nameOf("Customa"), "customa");
+  EXPECT_EQ(nameOf("Customa1"), "customa-1");
+  EXPECT_EQ(nameOf("Custom1a"), "custom-1a");
+}
