@@ -26,7 +26,7 @@ constexpr const char* kProgram = "vorantis-queues";
 constexpr int kUnknown = 3;
 
 struct Options {
-  std::string server, file;
+  std::string server, file, queue;
   std::vector<std::string> queues, ofReport;
   bool all = false, others = false, json = false, metrics = false, dryRun = false, prune = false;
   int wait = 300, settle = 35;
@@ -103,10 +103,9 @@ class Program {
   }
   void addExplain(CLI::App& app) {
     CLI::App* explain = app.add_subcommand("explain", "the report of the run that makes the queue's PPD");
-    explain->add_option("QUEUE", options_.queues, "the queue; options of vorantis-autosetup-explain behind it")
-        ->required()
-        ->expected(1);
-    explain->prefix_command()->fallthrough(false);
+    explain->add_option("QUEUE", options_.queue, "the queue; options of vorantis-autosetup-explain behind it")
+        ->required();
+    explain->allow_extras()->fallthrough(false);
     explain->final_callback([this, explain] {
       options_.ofReport = explain->remaining();
       work_ = &Program::explain;
@@ -186,7 +185,7 @@ class Program {
 
   int explain() {
     demandLocalScheduler();
-    const std::string& queue = options_.queues.front();
+    const std::string& queue = options_.queue;
     const auto ppd = scheduler_.PPDOf(queue);
     const auto statement = SetupStatement::of(ppd.value_or(""));
     if (!statement) throw std::runtime_error(queue + ": no queue of the driver program vorantis-autosetup");

@@ -8,7 +8,7 @@ quick_packages="$demo_packages libgtest-dev libgmock-dev librapidcheck-dev libbe
   python3-jsonschema jq"
 package_packages="$build_packages debhelper dpkg-dev lintian python3"
 test_packages="$quick_packages $package_packages clang-14 libclang-rt-14-dev openprinting-ppds valgrind cups
-  cups-daemon dbus-daemon colord clang-tidy-14 cppcheck gdb strace gobjc++ libgnustep-base-dev libc++-14-dev musl-dev
+  cups-daemon cups-ipp-utils dbus-daemon colord clang-tidy-14 cppcheck gdb strace gobjc++ libgnustep-base-dev libc++-14-dev musl-dev
   lld-14 llvm-14 zsh fish chromium chromium-driver python3-selenium poppler-utils ansible-core"
 
 say() { printf '\n==> %s\n' "$*"; }
