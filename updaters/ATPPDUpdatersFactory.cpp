@@ -48,6 +48,12 @@ const ATPPDUpdatersFactory& ATPPDUpdatersFactory::defaultFactory() {
   return factory;
 }
 
+std::vector<std::string> ATPPDUpdatersFactory::knownNames() {
+  std::vector<std::string> names;
+  for (const Kind& kind : kKinds) names.emplace_back(kind.name);
+  return names;
+}
+
 ATPPDUpdatersFactory::Updaters ATPPDUpdatersFactory::updatersForPPD(const ATPPD& ppd, UpdateObserver& observer) const {
   Updaters updaters;
   const auto attribute = ppd.attributeForName(PPDKeyword::updaters);

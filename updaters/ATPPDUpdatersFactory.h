@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "ppd/document/ATPPD.h"
@@ -15,6 +16,9 @@ class ATPPDUpdatersFactory {
 
   /// The process's factory.
   static const ATPPDUpdatersFactory& defaultFactory();
+
+  /// The names that a PPD may give.
+  static std::vector<std::string> knownNames();
 
   /// One new updater for each known name, in the order of the names; unknown names are skipped without a message. A
   /// name that is listed twice gives two updaters. All of them tell the observer, which must outlive them.

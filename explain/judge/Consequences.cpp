@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "explain/judge/CUPSReading.h"
+#include "explain/judge/NearMissJudge.h"
 #include "explain/judge/UsersView.h"
 
 namespace {
@@ -49,7 +50,9 @@ bool isKnown(const Report::MediumOutcome& medium) {
 }
 
 void note(UsersView::SeenMedium seen, Report::MediumOutcome& medium) {
-  if (medium.device.custom && !medium.added) {
+  const auto& category = medium.device.categoryID;
+  const bool isMeant = !medium.device.custom && category && NearMissJudge::isNearlyCustomCategory(*category);
+  if (isMeant || (medium.device.custom && !medium.added)) {
     medium.lost = {{Loss::notAdded}};
   } else if (isKnown(medium)) {
     medium.written = seen.isWritten;

@@ -7,6 +7,7 @@
 #include "explain/judge/InputJudge.h"
 #include "explain/judge/LeftoversJudge.h"
 #include "explain/judge/MediaJudge.h"
+#include "explain/judge/NearMissJudge.h"
 #include "explain/judge/ProfileJudge.h"
 #include "explain/judge/UpdatersJudge.h"
 
@@ -20,9 +21,11 @@ struct Judge {
 };
 
 constexpr Judge kJudges[] = {
-    {Of::everyRun, InputJudge::judge},    {Of::everyRun, CUPSLimits::judge},        {Of::success, UpdatersJudge::judge},
-    {Of::success, DeviceJudge::judge},    {Of::success, MediaJudge::judge},         {Of::success, ProfileJudge::judge},
-    {Of::success, LeftoversJudge::judge}, {Of::everyRun, ConsequencesJudge::judge},
+    {Of::everyRun, InputJudge::judge},        {Of::everyRun, CUPSLimits::judge},
+    {Of::success, UpdatersJudge::judge},      {Of::success, DeviceJudge::judge},
+    {Of::success, MediaJudge::judge},         {Of::success, ProfileJudge::judge},
+    {Of::success, LeftoversJudge::judge},     {Of::everyRun, NearMissJudge::judge},
+    {Of::everyRun, ConsequencesJudge::judge},
 };
 
 }  // namespace

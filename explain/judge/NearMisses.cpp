@@ -116,11 +116,19 @@ std::size_t distance(const Characters& one, const Characters& other) {
   return best[one.size()][other.size()];
 }
 
-// One character of four, three at most: no name becomes another word by that.
+bool hasTheSameCharacters(Characters one, Characters other) {
+  std::sort(one.begin(), one.end());
+  std::sort(other.begin(), other.end());
+  return one == other;
+}
+
+// One character of four, three at most: no name becomes another word by that. Two characters may have changed places.
 bool isNear(const Characters& one, const Characters& other) {
   const std::size_t shorter = std::min(one.size(), other.size());
   const std::size_t longer = std::max(one.size(), other.size());
-  const std::size_t bound = std::min<std::size_t>(shorter / 4, 3);
+  constexpr std::size_t kExchanged = 2;
+  std::size_t bound = std::min<std::size_t>(shorter / 4, 3);
+  if (bound > 0 && bound < kExchanged && longer <= kLongest && hasTheSameCharacters(one, other)) bound = kExchanged;
   if (longer > kLongest || longer - shorter > bound) return false;
   return distance(one, other) <= bound;
 }
@@ -140,10 +148,15 @@ NearMisses::Likeness NearMisses::likeness(std::string_view one, std::string_view
 
 std::optional<NearMisses::Near> NearMisses::nearest(std::string_view wanted, const std::vector<std::string>& names) {
   Near best;
+  std::size_t bestDistance = 0;
   for (std::size_t index = 0; index < names.size(); ++index) {
     if (names[index] == wanted) continue;
     const Likeness found = likeness(wanted, names[index]);
-    if (found < best.likeness) best = {index, found};
+    if (found > best.likeness || found == Likeness::none) continue;
+    const std::size_t characters = found == Likeness::nearly ? distance(folded(wanted), folded(names[index])) : 0;
+    if (found == best.likeness && characters >= bestDistance) continue;
+    best = {index, found};
+    bestDistance = characters;
   }
   return best.likeness == Likeness::none ? std::nullopt : std::optional(best);
 }

@@ -47,6 +47,8 @@ const std::vector<WarningKind>& allWarningKinds() {
        "Put the option into a group."},
       {Code::noMediaOption, "no-media-option", Gravity::media, "There is no option for media",
        "Add the option MediaType to the group QZImagingOptions."},
+      {Code::nearMiss, "near-miss", Gravity::media, "Something is nearly what was looked for",
+       "Correct the name, or put it where it is looked for."},
       {Code::mediumNotShown, "medium-not-shown", Gravity::media, "A medium is not shown",
        "Let the base PPD have the option MediaType in a group that dialogs show."},
       {Code::choiceNotWritten, "choice-not-written", Gravity::media, "A choice is listed and not written",

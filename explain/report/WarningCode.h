@@ -40,6 +40,7 @@ enum class WarningCode {
   unclosedQuote,
   optionOutsideGroup,
   noMediaOption,
+  nearMiss,
   mediumNotShown,
   choiceNotWritten,
   earlierMediaRemoved,

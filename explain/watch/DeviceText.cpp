@@ -30,13 +30,3 @@ bool DeviceText::isCustomChoice(std::string_view name) {
   return name.starts_with(kBeginning) && name.size() > kBeginning.size() &&
          name.find_first_not_of("0123456789abcdef", kBeginning.size()) == std::string_view::npos;
 }
-
-// Letter case, and what is no letter, may differ.
-bool DeviceText::isNearlyCustomCategory(std::string_view category) {
-  std::string letters;
-  for (const char character : category) {
-    const char folded = Text::foldASCII(character);
-    if (folded >= 'a' && folded <= 'z') letters += folded;
-  }
-  return letters == "custom" || letters == "qzextendedmedia";
-}

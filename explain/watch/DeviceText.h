@@ -20,7 +20,4 @@ Report::Medium mediumOf(const DeviceValue& record);
 /// Whether the name of a choice is one of a custom medium: "Custom" and a hexadecimal number.
 bool isCustomChoice(std::string_view name);
 
-/// Whether somebody meant the category of a custom medium, as far as one can see.
-bool isNearlyCustomCategory(std::string_view category);
-
 }  // namespace DeviceText

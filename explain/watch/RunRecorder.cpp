@@ -156,7 +156,6 @@ void RunRecorder::willProcess(const DeviceValue& record, bool isCustom) {
   Report::MediumOutcome outcome;
   outcome.device = DeviceText::mediumOf(record);
   outcome.device.custom = isCustom;
-  const OptionalText category = outcome.device.categoryID;
   const std::size_t index = updater().media.size();
   if (report_.device && report_.device->media && index < report_.device->media->size()) {
     outcome.device.name = (*report_.device->media)[index].name;
@@ -164,8 +163,6 @@ void RunRecorder::willProcess(const DeviceValue& record, bool isCustom) {
   }
   updater().media.push_back(std::move(outcome));
   isAtMedium_ = true;
-  if (isCustom || !category || !DeviceText::isNearlyCustomCategory(*category)) return;
-  warn(WarningCode::categoryUnknown, {{"category", category}});
 }
 
 void RunRecorder::warnOfUnknownID(const DeviceValue& ID) {

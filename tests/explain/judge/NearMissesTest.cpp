@@ -31,6 +31,9 @@ TEST(NearMisses, AFewOtherCharacters) {
   EXPECT_EQ(likeness("abcd", "abce"), Likeness::nearly);
   EXPECT_EQ(likeness("abcdefghijklmnop", "abcxefgxijkxmnop"), Likeness::nearly);
   EXPECT_EQ(likeness("abcdefghijklmnop", "abcxefgxijkxmnox"), Likeness::none);
+  EXPECT_EQ(likeness("CUSTOM", "COSTUM"), Likeness::nearly);
+  EXPECT_EQ(likeness("CUSTOM", "COSTAM"), Likeness::none);
+  EXPECT_EQ(likeness("MediaType", "MediaSize"), Likeness::none);
   EXPECT_EQ(likeness("abc", "abd"), Likeness::none);
   EXPECT_EQ(likeness("MediaType", "PageSize"), Likeness::none);
 }
@@ -59,6 +62,7 @@ TEST(NearMisses, TheLikestIsTaken) {
   EXPECT_EQ(near->index, 3U);
   EXPECT_STREQ(NearMisses::nameOf(near->likeness), "letter-case");
   EXPECT_EQ(NearMisses::nearest("Best", {"Bests", "B\u0435st"})->index, 1U);
+  EXPECT_EQ(NearMisses::nearest("MediaTypes", {"MediaTyp", "MediaType", "MediaTypess"})->index, 1U);
   EXPECT_FALSE(NearMisses::nearest("Best", {"Fast", "Best"}));
   EXPECT_FALSE(NearMisses::nearest("Best", {}));
 }
