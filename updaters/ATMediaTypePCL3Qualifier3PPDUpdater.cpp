@@ -83,8 +83,11 @@ std::optional<std::vector<std::string>> ATMediaTypePCL3Qualifier3PPDUpdater::qua
   const auto optionName = qualifierOption(PPDKeyword::thirdQualifier, ppd);
   if (!optionName) return std::nullopt;
   std::vector<std::string> specs;
-  for (const std::string& choiceName : choiceNamesForOption(ppd.optionForName(*optionName))) {
-    specs.push_back(fmt::format(".{}.{}", qualifier.description(), choiceName));
+  const std::string medium = qualifier.description();
+  const auto choiceNames = choiceNamesForOption(ppd.optionForName(*optionName));
+  ppd.budget().needBytes(choiceNames.size() * medium.size());  // the device's ID may be of any length
+  for (const std::string& choiceName : choiceNames) {
+    specs.push_back(fmt::format(".{}.{}", medium, choiceName));
   }
   return specs;
 }

@@ -9,6 +9,7 @@
 #include "base/ATLog.h"
 #include "base/Text.h"
 #include "readers/DeviceModelLibrary.h"
+#include "readers/LibraryQuestion.h"
 
 namespace {
 
@@ -74,6 +75,7 @@ void addCommandSet(const CommandSet& set, ATPPD& ppd) {
 }
 
 std::string identificationString(DeviceModelLibrary& library, const std::string& printerURI) {
+  const LibraryQuestion question;
   const auto info = library.serviceInfoForDevice(printerURI).info;
   return library.deviceFamilyName(info.get()).textFor("device family name").value_or("");
 }

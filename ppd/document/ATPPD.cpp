@@ -13,6 +13,7 @@ ATPPD::~ATPPD() {
 }
 
 void ATPPD::addString(const StatementString& string, PPDLineType type) {
+  budget().readLine();
   switch (type) {
     case PPDLineTypeOpenGroup:
       return addGroup(string);
@@ -63,7 +64,7 @@ void ATPPD::addGroup(const StatementString& string) {
 }
 
 ATPPD::AttributePtr ATPPD::attributeForName(std::string_view name, const Spec& spec) const {
-  const auto position = index_.first(asked(), name, spec);
+  const auto position = index_.first(asked(spec), name, spec);
   return position ? attributes_.found(*position) : nullptr;
 }
 
@@ -72,15 +73,15 @@ ATPPD::Attributes ATPPD::attributesForName(std::string_view name) const {
 }
 
 ATPPD::Attributes ATPPD::attributesForName(std::string_view name, std::string_view inSpec) const {
-  constexpr std::size_t kVisits = 8;  // who looks for a part takes each spec apart, and makes a profile of it, perhaps
-  const auto positions = index_.allWithSpecContaining(asked(), name, inSpec);
+  constexpr std::size_t kVisits = 10;  // who looks for a part takes each spec apart, and makes a profile of it, perhaps
+  const auto positions = index_.allWithSpecContaining(asked(inSpec), name, inSpec);
   budget().visit(kVisits * positions.size());
   return attributesAt(positions);
 }
 
 ATPPD::Attributes ATPPD::localizationForAttributeWithName(std::string_view name, const Spec& spec) const {
   StatementIndex::Positions positions;
-  if (supportedLocalizations() == nullptr) return {};
+  if (knownLocalizations() == nullptr) return {};
   for (const std::string& localizedName : localizedNames(name)) {
     const auto found = index_.all(asked(), localizedName, spec);
     positions.insert(positions.end(), found.begin(), found.end());
@@ -95,7 +96,7 @@ const std::vector<std::string>& ATPPD::localizedNames(std::string_view name) con
   const auto known = localizedNames_.find(name);
   if (known != localizedNames_.end()) return known->second;
   std::vector<std::string>& names = localizedNames_[std::string(name)];
-  for (const std::string& language : *supportedLocalizations()) names.push_back(language + "." + std::string(name));
+  for (const std::string& language : *knownLocalizations()) names.push_back(language + "." + std::string(name));
   return names;
 }
 
@@ -130,13 +131,13 @@ void ATPPD::addPPDAttribute(const AttributePtr& attribute) {
   if (attribute == nullptr) return;
   ATLog("-[ATPPD addPPDAttribute:]", "Adding {} attribute with value {}", attribute->name(), attribute->value());
   budget().changeStatement(attribute->sizeOfLines());
-  attribute->setBudget(&budget());
   if (attributes_.empty()) {
     append(attribute);
   } else if (const auto last = PPDObjects().positionOf(attributes_.back().get())) {
     insertAfter(*last, attribute);
   }
   attributes_.append(attribute);
+  attribute->setBudget(&budget());  // when it is in the list, which the destructor goes through
 }
 
 // By value, as below: a reference may be to the place in the list that is emptied.
@@ -159,6 +160,13 @@ void ATPPD::removePPDAttributeWithLocalizations(
 }
 
 const std::vector<std::string>* ATPPD::supportedLocalizations() const {
+  const std::vector<std::string>* languages = knownLocalizations();
+  constexpr std::size_t kVisits = 3;  // a line is composed for each, which takes longer than a look
+  if (languages != nullptr) budget().visit(kVisits * languages->size() + sizeOfLocalizations_);
+  return languages;
+}
+
+const std::vector<std::string>* ATPPD::knownLocalizations() const {
   if (!supportedLocalizations_) {
     const auto attribute = attributeForName("cupsLanguages");
     const auto value = attribute ? attribute->value() : std::nullopt;
@@ -167,6 +175,7 @@ const std::vector<std::string>* ATPPD::supportedLocalizations() const {
       const auto languages = Text::split(*content, Text::isWhiteSpace);
       budget().addOptions(languages.size());  // each makes a line for every choice and profile
       supportedLocalizations_.emplace(languages.begin(), languages.end());
+      sizeOfLocalizations_ = content->size() / Budget::kBytesOfAVisit;
     }
   }
   return supportedLocalizations_ ? &*supportedLocalizations_ : nullptr;

@@ -79,10 +79,12 @@ class ATPPD : public ATPPDCompoundObject {
 
  private:
   // The attributes, for a look-up, which costs a visit also when it comes to none.
-  const AttributeList& asked() const {
+  const AttributeList& asked(const Spec& spec = std::nullopt) const {
     budget().visit();
+    budget().visitText(spec.value_or("").size());
     return attributes_;
   }
+  const std::vector<std::string>* knownLocalizations() const;
   const std::vector<std::string>& localizedNames(std::string_view name) const;
   void addObject(const StatementString& string, PPDLineType type);
   void addLineToLastChild(const StatementString& string, PPDLineType type);
@@ -93,6 +95,7 @@ class ATPPD : public ATPPDCompoundObject {
   std::vector<std::shared_ptr<ATPPDGroup>> groups_;
   bool groupOpened_ = false;
   mutable std::optional<std::vector<std::string>> supportedLocalizations_;
+  mutable std::size_t sizeOfLocalizations_ = 0;                                           // in visits
   mutable StatementIndex index_;                                                          // of attributes_
   mutable std::map<std::string, std::vector<std::string>, ShorterFirst> localizedNames_;  // by name
   mutable Found<ATPPDGroup> foundGroups_;

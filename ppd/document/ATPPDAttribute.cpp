@@ -108,7 +108,9 @@ Part ATPPDAttribute::text() const {
 Part ATPPDAttribute::value() const {
   const bool isOneLine = isCanonical() || container().size() == 1;
   if (!isOneLine && !settled().value) settled_->value = valueFromAttributeStrings(container());
-  return ownPart(&Settled::value, valueFromAttributeString);
+  const Part value = ownPart(&Settled::value, valueFromAttributeString);
+  if (budget_ != nullptr) budget_->visitText(value.value_or("").size());  // it may have megabytes
+  return value;
 }
 
 // Before the lines change: what was found in them stays as it was found.

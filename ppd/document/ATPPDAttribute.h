@@ -44,6 +44,7 @@ class ATPPDAttribute : public ATPPDObject, public Listed<ATPPDAttribute> {
   /// The translation text, between the slash and the colon.
   Part text() const;
   /// What follows the first colon, trimmed, double quotes kept; of several lines what reaches to the closing quote.
+  /// A long one costs visits of the document's budget.
   Part value() const;
 
   /// Replace the part and compose the canonical line. Only a part that is set to itself (the very bytes that this

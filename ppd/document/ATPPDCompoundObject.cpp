@@ -23,22 +23,15 @@ void ATPPDCompoundObject::appendObjectToPPDObjects(std::shared_ptr<IATPPDObject>
 }
 
 void ATPPDCompoundObject::append(std::shared_ptr<IATPPDObject> object) {
-  spendObject();
   PPDObjects_.append(std::move(object));
 }
 
 void ATPPDCompoundObject::insertBefore(PPDObjectList::Position position, std::shared_ptr<IATPPDObject> object) {
-  spendObject();
   PPDObjects_.insertBefore(position, std::move(object));
 }
 
 void ATPPDCompoundObject::insertAfter(PPDObjectList::Position position, std::shared_ptr<IATPPDObject> object) {
-  spendObject();
   PPDObjects_.insertAfter(position, std::move(object));
-}
-
-void ATPPDCompoundObject::spendObject() const {
-  if (budget_ != nullptr) budget_->addObject();
 }
 
 void ATPPDCompoundObject::insertObjectToPPDObjects(std::shared_ptr<IATPPDObject> object, std::size_t atIndex) {

@@ -9,8 +9,7 @@
 #include "ppd/lists/Budget.h"
 #include "ppd/lists/ObjectList.h"
 
-/// An object of the tree that is made of other objects, which it owns. The objects of a document share its budget, and
-/// each object that comes into one is spent from it here.
+/// An object of the tree that is made of other objects, which it owns. The objects of a document share its budget.
 class ATPPDCompoundObject : public IATPPDObject {
  public:
   using PPDObjectList = ObjectList<IATPPDObject>;
@@ -45,8 +44,6 @@ class ATPPDCompoundObject : public IATPPDObject {
   const std::shared_ptr<Budget>& sharedBudget() const { return budget_; }
 
  private:
-  void spendObject() const;
-
   std::shared_ptr<Budget> budget_;
   PPDObjectList PPDObjects_;
 };

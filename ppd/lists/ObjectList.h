@@ -67,8 +67,16 @@ class ObjectList {
     nodes_.reserve(8);  // a UI block of few lines; growing from 1 would take three allocations more
     nodes_.push_back({nullptr, kEnd, kEnd});
   }
-  ObjectList(const ObjectList&) = default;  // also in the place of a move, which would leave a list without its end
-  ObjectList& operator=(const ObjectList&) = default;
+  /// A copy, also in the place of a move, which would leave a list without its end. It has no budget; a list that is
+  /// assigned to keeps its own.
+  ObjectList(const ObjectList& other)
+      : budget_(nullptr), nodes_(other.nodes_), size_(other.size_), repeats_(other.repeats_) {}
+  ObjectList& operator=(const ObjectList& other) {
+    nodes_ = other.nodes_;
+    size_ = other.size_;
+    repeats_ = other.repeats_;
+    return *this;
+  }
 
   Iterator begin() const { return {this, nodes_[kEnd].behind}; }
   Iterator end() const { return {this, kEnd}; }

@@ -16,10 +16,10 @@ class PartIndex {
   using Number = std::uint32_t;
   using Numbers = std::vector<Number>;
 
-  /// Adds a text under a number that is above those before.
+  /// Adds a text under a number that none before has.
   void add(std::string_view text, Number number);
 
-  /// The numbers, ascending, of the texts that may contain `part`; valid until the next change.
+  /// The numbers of the texts that may contain `part`, in the order of adding; valid until the next change.
   const Numbers& candidates(std::string_view part) const;
 
  private:

@@ -115,7 +115,7 @@ class Faults:
         snapshot += b" " * (64 * MEBIBYTE - len(snapshot))
         asking = b'*QZPPDUpdaters: "ATMediaTypePSPPDUpdater"\n'
         attributes = b"".join(b'*QZValueAttributes MediaType.M%d: "glossy=YES;defaultGE=\'x\'"\n' % i for i in range(1_000_000))
-        rows = (("a PPD of 200 MB", self.file("huge.ppd", SMALL, line * (200 * MEBIBYTE // len(line))), None, 0, 6),
+        rows = (("a PPD of 150 MB", self.file("huge.ppd", SMALL, line * (150 * MEBIBYTE // len(line))), None, 0, 6),
                 ("a line of 100 MB", self.file("line.ppd", SMALL, b"*Long: \"", b"x" * 100 * MEBIBYTE, b"\"\n"), None, 0, 6),
                 ("a million statements", self.file("many.ppd", SMALL, line * 1_000_000), None, 0, 6),
                 ("a million statements, all edited", self.file("edited.ppd", SMALL, asking, attributes), b"{}", 1, 40),

@@ -43,6 +43,10 @@ def in_lines(words, separator=" "):
     return "\n".join(lines + [line])
 
 
+def long_value(size, letter="x"):
+    return (letter * 200 + "\n") * (size // 201)
+
+
 def option(name, choices="", default="Plain", group=None):
     return (f"*OpenGroup: {group or name + 'Group'}/Group\n*OpenUI *{name}/Option: PickOne\n*Default{name}: {default}\n"
             f"{choices}*CloseUI: *{name}\n*CloseGroup: {group or name + 'Group'}/Group\n")
@@ -174,6 +178,37 @@ INPUTS = {
         HEAD + names("PCL3") + media_types(), device([custom(1, ICCProfiles=[{}] * (22_000_000 // n))])),
     "a map of three million members": lambda n: (
         HEAD + names("PCL3") + media_types(), device([custom(1, **{f"m{number}": 1 for number in range(3_000_000 // n)})])),
+    "one long language x profiles": lambda n: (
+        HEAD + '*cupsLanguages: "' + long_value(9_000_000 // n) + '"\n*End\n' + media_types() + names("PCL3"),
+        device([custom(1, ICCProfiles=profiles(20_000))])),
+    "languages x media without the option": lambda n: (
+        HEAD + languages(95_000 // n) + names("PS"), device([custom(number) for number in range(20_000)])),
+    "languages behind the updaters, not quoted, x profiles": lambda n: (
+        HEAD + names("PCL3") + "*cupsLanguages: x\n" + long_value(9_000_000 // n) + media_types(),
+        device([custom(1, ICCProfiles=profiles(50_000))])),
+    "a long factory profile x updaters": lambda n: (
+        HEAD + '*QZcupsICCProfile .M./P: "P;;' + long_value(5_000_000 // n) + '"\n*End\n' + names(*["PCL3"] * 20_000), device()),
+    "long properties x updaters": lambda n: (
+        HEAD + '*QZValueAttributes MediaType.M: "' + long_value(5_000_000 // n, "d") + '"\n*End\n' + names(*["PS"] * 20_000), device()),
+    "long properties x profiles": lambda n: (
+        HEAD + QUALIFIERS + media_types() + '*QZValueAttributes MediaType.Plain: "' + long_value(9_000_000 // n, "g") + '"\n*End\n' +
+        names("Glossy"), device([factory("12", ICCProfiles=profiles(50_000))])),
+    "a long third qualifier x media": lambda n: (
+        HEAD + '*cupsICCQualifier3: "' + long_value(9_000_000 // n) + '"\n*End\n' + media_types() + names("PCL3Qualifier3"),
+        device([factory("12")] * 20_000)),
+    "a long opposite profile x media": lambda n: (
+        HEAD + QUALIFIERS + media_types() + '*QZcupsICCProfile True.Plain.X: "P;;' + long_value(9_000_000 // n) + '"\n*End\n' +
+        names("PCL3Qualifier1"), device([factory("12", ICCProfiles=profiles(1))] * 20_000)),
+    "a name of 60 MiB x languages": lambda n: (
+        HEAD + languages(30) + names("PS") + media_types(), device([custom(1, Name=":" + "x" * (60 * MEBIBYTE // n))])),
+    "an ID of 15 MiB x choices of the third qualifier": lambda n: (
+        HEAD + QUALIFIERS + media_types() + option("OutputMode", many(100, '*OutputMode M{}: ""\n')) + names("PCL3Qualifier3"),
+        device([factory("x" * (15 * MEBIBYTE // n))])),
+    "line ends and further lines, and empty maps": lambda n: (
+        HEAD + names("PCL3") + media_types() + "\n" * (5_990_000 // n) + '*A: "\n' + "a\n" * (1_900_000 // n),
+        device([custom(1, ICCProfiles=[{}] * (3_900_000 // n))])),
+    "line ends in a group": lambda n: (
+        HEAD + names("PS") + "*OpenGroup: A/B\n" + "\n" * (9_900_000 // n) + "*CloseGroup: A\n", SMALL_DEVICE),
     "line ends": lambda n: ("\n" * (10_000_000 // n), ""),
     "twice as many line ends": lambda n: ("\n" * (20_000_000 // n), ""),
     "statements of four bytes": lambda n: ("*A:\n" * (2_500_000 // n), ""),
@@ -231,6 +266,7 @@ class Hostile:
         if not only:
             ppd, device_snapshot = INPUTS["command updaters, named again and again"](1)
             self.row("the first one in gzip", gzip.compress(ppd.encode(), mtime=0), device_snapshot)
+            self.row("60 million lines in gzip", gzip.compress(b'*A: "\n' + b"a\n" * 60_000_000, 1, mtime=0), device_snapshot)
 
 
 def main():

@@ -5,7 +5,7 @@
 
 TEST(Budget, HoldsAllThatARunMayNeed) {
   const Budget budget;
-  EXPECT_EQ(budget.left().objects, Budget::kAll.objects);
+  EXPECT_EQ(budget.left().lines, Budget::kAll.lines);
   EXPECT_EQ(budget.left().options, Budget::kAll.options);
   EXPECT_EQ(budget.left().statements, Budget::kAll.statements);
   EXPECT_EQ(budget.left().bytes, Budget::kAll.bytes);
@@ -15,8 +15,8 @@ TEST(Budget, HoldsAllThatARunMayNeed) {
 TEST(Budget, EachAmountIsSpentByItself) {
   Budget budget;
   budget.restore({2, 5, 3, 10, 1});
-  budget.addObject();
-  EXPECT_EQ(budget.left().objects, 1U);
+  budget.readLine();
+  EXPECT_EQ(budget.left().lines, 1U);
   budget.addOptions(4);
   EXPECT_EQ(budget.left().options, 1U);
   budget.changeStatement(7);
@@ -29,8 +29,8 @@ TEST(Budget, EachAmountIsSpentByItself) {
 TEST(Budget, EachAmountHasAnEnd) {
   Budget budget;
   budget.restore({1, 1, 1, 10, 1});
-  EXPECT_NO_THROW(budget.addObject());
-  EXPECT_THROW(budget.addObject(), BudgetExceeded);
+  EXPECT_NO_THROW(budget.readLine());
+  EXPECT_THROW(budget.readLine(), BudgetExceeded);
   EXPECT_NO_THROW(budget.addOptions(1));
   EXPECT_THROW(budget.addOptions(1), BudgetExceeded);
   EXPECT_NO_THROW(budget.visit());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What setups take out of a run's budget: a large real one at most a tenth of each amount, and nothing can be done that
-// takes nothing.
+// What setups take out of a run's budget: a large real one at most a tenth of each amount; and what each kind of work
+// takes.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
@@ -62,7 +62,7 @@ void expectAtMostATenth(const std::string& what, std::size_t all, std::size_t le
 }
 
 void expectAtMostATenth(const Budget& budget) {
-  expectAtMostATenth("objects", Budget::kAll.objects, budget.left().objects);
+  expectAtMostATenth("lines", Budget::kAll.lines, budget.left().lines);
   expectAtMostATenth("options", Budget::kAll.options, budget.left().options);
   expectAtMostATenth("statements", Budget::kAll.statements, budget.left().statements);
   expectAtMostATenth("bytes", Budget::kAll.bytes, budget.left().bytes);
@@ -83,7 +83,7 @@ Budget::Amounts spentBy(const std::string& document, const std::function<void(AT
   ppd->budget().restore(Budget::kAll);
   operation(*ppd);
   const Budget::Amounts& left = ppd->budget().left();
-  return {Budget::kAll.objects - left.objects, Budget::kAll.options - left.options,
+  return {Budget::kAll.lines - left.lines, Budget::kAll.options - left.options,
           Budget::kAll.statements - left.statements, Budget::kAll.bytes - left.bytes,
           Budget::kAll.visits - left.visits};
 }
@@ -99,11 +99,32 @@ TEST_P(SpentBudgetTest, ALargeSetupTakesAtMostATenth) {
   expectAtMostATenth(again->budget());
 }
 
-TEST(SpentBudget, EveryObjectThatIsReadIsSpent) {
-  const auto ppd = documentFromText("*A: 1\n\n*% comment\n" + mediaTypes("*MediaType P/P: \"\"\n"));
-  // Three objects, a group with its opening and closing lines, an option with its four lines.
-  EXPECT_EQ(Budget::kAll.objects - ppd->budget().left().objects, 3U + 3U + 5U);
+TEST(SpentBudget, EveryLineThatIsReadIsSpent) {
+  const auto ppd = documentFromText("*A: \"1\n2\n\"\n*End\n\n" + mediaTypes("*MediaType P/P: \"\"\n"));
+  EXPECT_EQ(Budget::kAll.lines - ppd->budget().left().lines, 5U + 6U);
   EXPECT_EQ(Budget::kAll.options - ppd->budget().left().options, 1U);
+}
+
+TEST(SpentBudget, ALongValueIsSpentEachTimeThatItIsAskedFor) {
+  const std::string document = "*A: \"" + std::string(200, 'x') + "\n" + std::string(200, 'x') + "\"\n*End\n";
+  const auto spent = spentBy(document, [](ATPPD& ppd) {
+    const auto attribute = ppd.attributeForName("A");
+    for (int time = 0; time < 3; ++time) attribute->value();
+  });
+  EXPECT_EQ(spent.visits, 2U + 3 * (403U / Budget::kBytesOfAVisit));
+}
+
+TEST(SpentBudget, ALongSpecIsSpentThatIsLookedFor) {
+  const std::string spec(1280, 'x');
+  EXPECT_EQ(spentBy("", [&](ATPPD& ppd) { ppd.attributeForName("A", spec); }).visits, 1U + 1280U / Budget::kBytesOfAVisit);
+}
+
+TEST(SpentBudget, TheLanguagesAreSpentEachTimeThatTheyAreAskedFor) {
+  const auto ppd = documentFromText("*cupsLanguages: \"de fr es\"\n");
+  ppd->supportedLocalizations();
+  const std::size_t left = ppd->budget().left().visits;
+  ppd->supportedLocalizations();
+  EXPECT_EQ(left - ppd->budget().left().visits, 3U * 3U);
 }
 
 TEST(SpentBudget, ALanguageCountsAsAnOption) {
@@ -113,7 +134,6 @@ TEST(SpentBudget, ALanguageCountsAsAnOption) {
 TEST(SpentBudget, AnAddedStatementIsSpentWithItsBytes) {
   const auto spent =
       spentBy("*A: 1\n", [](ATPPD& ppd) { ppd.addPPDAttribute(ATPPDAttribute::attributeWithString("*B: 2345\n")); });
-  EXPECT_EQ(spent.objects, 1U);
   EXPECT_EQ(spent.statements, 1U);
   EXPECT_EQ(spent.bytes, 9U);
 }
@@ -136,7 +156,6 @@ TEST(SpentBudget, AnAddedChoiceIsSpentWithAllItsLines) {
   const auto spent = spentBy(mediaTypes(""), [](ATPPD& ppd) {
     ppd.optionForName("MediaType")->addChoice(ATPPDChoice::initWithName("C", "t", "x", "MediaType", {{"de", "u"}}));
   });
-  EXPECT_EQ(spent.objects, 1U);
   EXPECT_EQ(spent.statements, 1U);
   EXPECT_EQ(spent.bytes, std::string("*MediaType C/t: \"x\"\n*de.MediaType C/u: \"\"\n").size());
 }
