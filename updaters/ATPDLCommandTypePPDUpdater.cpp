@@ -75,7 +75,6 @@ void addCommandSet(const CommandSet& set, ATPPD& ppd) {
 }
 
 std::string identificationString(DeviceModelLibrary& library, const std::string& printerURI) {
-  const LibraryQuestion question;
   const auto info = library.serviceInfoForDevice(printerURI).info;
   return library.deviceFamilyName(info.get()).textFor("device family name").value_or("");
 }
@@ -106,6 +105,7 @@ bool ATPDLCommandTypePPDUpdater::updatePPD(ATPPD* ppd, const IATDataReader* usin
 
 std::string ATPDLCommandTypePPDUpdater::getDeviceFamilyName(const std::string& printerURI) const {
   static constexpr const char* kSignature = "-[ATPDLCommandTypePPDUpdater getDeviceFamilyName:]";
+  const LibraryQuestion question;
   DeviceModelLibrary& library = DeviceModelLibrary::defaultLibrary();
   if (!library.isAvailable()) {
     ATLog(kSignature, "QZVorantisModel framework is not loaded");
