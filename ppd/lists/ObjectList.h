@@ -72,6 +72,7 @@ class ObjectList {
   ObjectList(const ObjectList& other)
       : budget_(nullptr), nodes_(other.nodes_), size_(other.size_), repeats_(other.repeats_) {}
   ObjectList& operator=(const ObjectList& other) {
+    if (this == &other) return *this;
     nodes_ = other.nodes_;
     size_ = other.size_;
     repeats_ = other.repeats_;
