@@ -37,7 +37,9 @@ std::optional<std::string> filledIn(const Slot& slot, const Warning& warning) {
   const Warning::Fact::Value* value = warning.fact(slot.name);
   if (value == nullptr) return std::nullopt;
   if (const auto* text = std::get_if<std::string>(value)) return shown(*text, slot.limit);
-  const auto number = static_cast<std::size_t>(std::get<std::uint64_t>(*value));
+  const auto* const given = std::get_if<std::uint64_t>(value);
+  if (given == nullptr) return std::nullopt;
+  const auto number = static_cast<std::size_t>(*given);
   return slot.noun.empty() ? std::to_string(number) : Wording::counted(number, slot.noun);
 }
 

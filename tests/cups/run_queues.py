@@ -8,6 +8,7 @@ comes out there says which medium it was. Then come mistakes, the file of queues
 """
 import argparse
 import json
+import os
 import pathlib
 import random
 import re
@@ -80,7 +81,9 @@ class Server:
         self.driver.ppd("z6.ppd", base.replace(b"*FormatVersion:", b'*cupsFilter: "text/plain 0 tellmedium"\n*FormatVersion:', 1))
         self.printer = Printer()
         self.scheduler = Scheduler(folder / "cupsd", CLEAN, as_root=True, server_bin=self.driver.server_bin)
-        self.environment = {**CLEAN, **self.driver.environment(), "VORANTIS_AUTOSETUP_STATE": str(folder / "state")}
+        programs = options.queues.resolve().parent.parent  # in the build folder, each in its own
+        self.environment = {**CLEAN, **self.driver.environment(), "PATH": f"{programs}/explain:{os.environ['PATH']}",
+                            "VORANTIS_AUTOSETUP_STATE": str(folder / "state")}
 
     def command(self, *arguments):
         return [self.options.queues, "-h", self.scheduler.address, *arguments]
