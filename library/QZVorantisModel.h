@@ -20,8 +20,8 @@
  * given null. All texts must be UTF-8, and values nested at most 64 levels deep, or the caller's run fails.
  *
  * No exception may leave a function, and no function may end the process or write to standard output, which is the
- * finished PPD, or to standard error. The caller uses one thread. While it asks, it leads standard output nowhere, and an
- * exit() makes its run fail.
+ * finished PPD, or to standard error. The caller uses one thread. While it asks, it leads standard output nowhere, and
+ * an exit() makes its run fail.
  */
 
 #include <stddef.h>

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "base/ATLog.h"
-#include "ppd/lists/Budget.h"
 #include "base/Format.h"
+#include "ppd/lists/Budget.h"
 #include "updaters/ATMediaTypePCL3PPDUpdater.h"
 
 /// Runs the operation and gives the reason of the exception, of whatever type, that ended it; absent when none did. A

@@ -65,9 +65,9 @@ class HTMLDisplay : public Display {
   void warnings(const WarningKind& kind, std::span<const Warning> warnings, bool isConsequence) override {
     if (!gravest_) gravest_ = kind.gravity;
     const bool isOpen = kind.gravity == *gravest_ || warnings.size() <= kOpenFold;
-    page_.beginFold(
-        fmt::format("<strong>{}</strong> {} {}", HTMLPage::escaped(kind.title), HTMLPage::code(kind.name), warnings.size()),
-        isOpen, isConsequence ? "consequence" : "");
+    page_.beginFold(fmt::format("<strong>{}</strong> {} {}", HTMLPage::escaped(kind.title), HTMLPage::code(kind.name),
+                                warnings.size()),
+                    isOpen, isConsequence ? "consequence" : "");
     page_.beginList();
     const std::size_t shown = full_ ? warnings.size() : std::min(warnings.size(), kShownInAFold);
     for (const Warning& each : warnings.first(shown)) page_.item(HTMLPage::escaped(Sentences::marked(each)));

@@ -179,7 +179,8 @@ std::unique_ptr<DeviceModelLibrary::Item> FrameworkDeviceModelLibrary::itemForKe
 
 DeviceValue FrameworkDeviceModelLibrary::representedObject(const Item* item) {
   if (item == nullptr) return {};
-  return guarded([&] { return PropertyList::deviceValueOf([RetainedItem::object(item) representedObject], valueBudget()); });
+  return guarded(
+      [&] { return PropertyList::deviceValueOf([RetainedItem::object(item) representedObject], valueBudget()); });
 }
 
 DeviceValue FrameworkDeviceModelLibrary::deviceFamilyName(const ServiceInfo* info) {

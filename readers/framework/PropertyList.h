@@ -15,8 +15,8 @@ namespace PropertyList {
 
 /// Values of our own, with nothing shared between places; nil is absent. A map's entries come in the order in which
 /// its enumerator visits them. An object of another kind, also as a key, becomes a value of another kind, and so does a
-/// text that is not Unicode. Throws ATException for a list that goes too deep, or takes more than there is in the budget,
-/// such as one that holds itself.
+/// text that is not Unicode. Throws ATException for a list that goes too deep, or takes more than there is in the
+/// budget, such as one that holds itself.
 DeviceValue deviceValueOf(id object, ValueBudget& budget);
 
 /// An autoreleased property list; nil for an absent value. Members of a list or map that are absent are left out.

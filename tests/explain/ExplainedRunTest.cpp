@@ -320,8 +320,8 @@ TEST(ExplainedRun, WarnsOfAChoiceThatIsListedAndNotWritten) {
 TEST(ExplainedRun, WarnsOfAMediaOptionThatIsMissingOrOutsideEveryGroup) {
   const std::string option =
       "*OpenUI *MediaType/Media: PickOne\n*DefaultMediaType: P\n*MediaType P/P: \"\"\n*CloseUI: *MediaType\n";
-  const ExplainedRun run =
-      explain("*PPD-Adobe: \"4.3\"\n*QZPPDUpdaters: \"ATMediaTypePSPPDUpdater\"\n" + option, device(custom("Canvas", "4711")));
+  const ExplainedRun run = explain("*PPD-Adobe: \"4.3\"\n*QZPPDUpdaters: \"ATMediaTypePSPPDUpdater\"\n" + option,
+                                   device(custom("Canvas", "4711")));
   EXPECT_THAT(warningsOf(run), ElementsAre("option-outside-group", "no-media-option"));
 }
 

@@ -116,7 +116,8 @@ TEST(SpentBudget, ALongValueIsSpentEachTimeThatItIsAskedFor) {
 
 TEST(SpentBudget, ALongSpecIsSpentThatIsLookedFor) {
   const std::string spec(1280, 'x');
-  EXPECT_EQ(spentBy("", [&](ATPPD& ppd) { ppd.attributeForName("A", spec); }).visits, 1U + 1280U / Budget::kBytesOfAVisit);
+  EXPECT_EQ(spentBy("", [&](ATPPD& ppd) { ppd.attributeForName("A", spec); }).visits,
+            1U + 1280U / Budget::kBytesOfAVisit);
 }
 
 TEST(SpentBudget, TheLanguagesAreSpentEachTimeThatTheyAreAskedFor) {
