@@ -39,9 +39,13 @@ struct Error : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Eighty times what 2,000 media with 3 profiles have.
+inline constexpr std::size_t kMostValues = 4'000'000;
+
 /// Reads JSON text (RFC 8259): UTF-8, objects in the order of the text, of repeated keys the last value at the first
-/// one's place. Throws Error for anything else, and for more than 64 levels of nesting or 4,000,000 values.
-Value parseJSON(std::string_view text);
+/// one's place. Throws Error for anything else, and for more than 64 levels of nesting or `mostValues`
+/// values.
+Value parseJSON(std::string_view text, std::size_t mostValues = kMostValues);
 
 /// The text without what stands in the objects and lists that are nested deeper than so many levels: these are empty
 /// then. It need not be JSON; what is wrong with the rest stays wrong.

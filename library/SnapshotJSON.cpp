@@ -10,7 +10,6 @@ namespace snapshot {
 namespace {
 
 constexpr std::size_t kDeepestNesting = 64;
-constexpr std::size_t kMostValues = 4'000'000;  // thirty times what 2,000 media have, and a third of a gigabyte
 
 [[noreturn]] void fail(std::string_view text, std::size_t position, const std::string& reason) {
   const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(position, text.size()));
@@ -22,6 +21,8 @@ constexpr std::size_t kMostValues = 4'000'000;  // thirty times what 2,000 media
 // each new key, which takes forever on a store with thousands of media.
 class Builder : public nlohmann::json_sax<nlohmann::json> {
  public:
+  explicit Builder(std::size_t mostValues) : mostValues_(mostValues) {}
+
   bool null() override {
     if (!count()) return false;
     entry().isNull = true;
@@ -66,7 +67,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
 
   /// Whether reading ended because an object or array would have been nested too deeply, or of too many values.
   bool isTooDeep() const { return isTooDeep_; }
-  bool isTooMuch() const { return values_ > kMostValues; }
+  bool isTooMuch() const { return values_ > mostValues_; }
 
   /// The value that was read. Throws Error when there is none.
   Value result(std::string_view text) {
@@ -93,7 +94,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
   }
 
   // Whether there may be one value more.
-  bool count() { return ++values_ <= kMostValues; }
+  bool count() { return ++values_ <= mostValues_; }
 
   template <class Content>
   bool put(const Content& content) {
@@ -148,6 +149,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
   std::vector<Open> open_;
   std::vector<Entry*> sorted_;
   bool isTooDeep_ = false;
+  std::size_t mostValues_;
   std::size_t values_ = 0;
   std::string error_;
   std::size_t errorPosition_ = 0;  // counted from 1
@@ -202,13 +204,13 @@ std::string withoutDeeperThan(std::size_t deepest, std::string_view text) {
   return nesting > deepest ? shallow : shallow.append(text.substr(std::min(taken, text.size())));
 }
 
-Value parseJSON(std::string_view text) {
+Value parseJSON(std::string_view text, std::size_t mostValues) {
   // The parser would take it for the end of the text.
   if (const std::size_t zero = text.find('\0'); zero != std::string_view::npos) fail(text, zero, "a zero byte");
-  Builder builder;
+  Builder builder(mostValues);
   nlohmann::json::sax_parse(text.begin(), text.end(), &builder);
   if (builder.isTooDeep()) fail(text, placeOfDeepestNesting(text), "nested deeper than 64 levels");
-  if (builder.isTooMuch()) throw Error("more than 4,000,000 values");
+  if (builder.isTooMuch()) throw Error("more than " + std::to_string(mostValues) + " values");
   return builder.result(text);
 }
 
