@@ -10,6 +10,7 @@
 #include "readers/ATDeviceDataReader.h"
 #include "readers/ATPPDDataReader.h"
 #include "readers/DeviceModelLibrary.h"
+#include "readers/LibraryQuestion.h"
 #include "updaters/PPDKeywords.h"
 
 namespace {
@@ -99,6 +100,7 @@ bool ATAutoSetupTool::parse() {
 bool ATAutoSetupTool::update() {
   const auto updaters = ATPPDUpdatersFactory::defaultFactory().updatersForPPD(PPD_, observer_->ofUpdates());
   if (updaters.empty()) return true;
+  const LibraryQuestion question;  // whichever updater asks the library, and whenever it releases what it got
   DeviceModelLibrary::defaultLibrary().beginRun();
   const auto reader = dataReader();
   const bool updated = std::all_of(updaters.begin(), updaters.end(),

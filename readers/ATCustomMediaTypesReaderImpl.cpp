@@ -9,7 +9,6 @@
 #include "base/ATLog.h"
 #include "readers/DeviceModelLibrary.h"
 #include "readers/IATDataReader.h"
-#include "readers/LibraryQuestion.h"
 #include "readers/MediaKeys.h"
 
 namespace {
@@ -69,7 +68,6 @@ DeviceValue mediaList(const DeviceValue& media) {
 DeviceValue ATCustomMediaTypesReaderImpl::dataFromDevice(const std::string& deviceURI,
                                                          const std::optional<std::string>& modelName) {
   auto result = std::make_shared<DeviceMap>();
-  const LibraryQuestion question;
   DeviceModelLibrary& library = DeviceModelLibrary::defaultLibrary();
   if (!library.isAvailable()) {
     ATLog(kSignature, "QZVorantisModel framework is not loaded");

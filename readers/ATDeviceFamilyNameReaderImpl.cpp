@@ -5,11 +5,9 @@
 
 #include "base/ATLog.h"
 #include "readers/DeviceModelLibrary.h"
-#include "readers/LibraryQuestion.h"
 
 DeviceValue ATDeviceFamilyNameReaderImpl::familyNameFromDevice(const std::string& deviceURI) {
   static constexpr const char* kSignature = "-[ATDeviceFamilyNameReaderImpl familyNameFromDevice:]";
-  const LibraryQuestion question;
   DeviceModelLibrary& library = DeviceModelLibrary::defaultLibrary();
   if (!library.isAvailable()) {
     ATLog(kSignature, "QZVorantisModel framework is not loaded");

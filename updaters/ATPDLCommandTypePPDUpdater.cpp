@@ -9,7 +9,6 @@
 #include "base/ATLog.h"
 #include "base/Text.h"
 #include "readers/DeviceModelLibrary.h"
-#include "readers/LibraryQuestion.h"
 
 namespace {
 
@@ -105,7 +104,6 @@ bool ATPDLCommandTypePPDUpdater::updatePPD(ATPPD* ppd, const IATDataReader* usin
 
 std::string ATPDLCommandTypePPDUpdater::getDeviceFamilyName(const std::string& printerURI) const {
   static constexpr const char* kSignature = "-[ATPDLCommandTypePPDUpdater getDeviceFamilyName:]";
-  const LibraryQuestion question;
   DeviceModelLibrary& library = DeviceModelLibrary::defaultLibrary();
   if (!library.isAvailable()) {
     ATLog(kSignature, "QZVorantisModel framework is not loaded");
