@@ -45,11 +45,11 @@ void ATPPD::addObject(const StatementString& string, PPDLineType type) {
     auto attribute = ATPPDAttribute::attributeWithString(string);
     attribute->setBudget(&budget());
     attributes_.append(attribute);
-    append(std::move(attribute));
+    editablePPDObjects().append(std::move(attribute));
   } else if (type == PPDLineTypeOpenUI) {
-    append(ATPPDOption::optionWithString(string, sharedBudget()));
+    editablePPDObjects().append(ATPPDOption::optionWithString(string, sharedBudget()));
   } else {
-    append(ATPPDObject::objectWithString(string, type));
+    editablePPDObjects().append(ATPPDObject::objectWithString(string, type));
   }
 }
 
@@ -59,7 +59,7 @@ void ATPPD::addLineToLastChild(const StatementString& string, PPDLineType type) 
 
 void ATPPD::addGroup(const StatementString& string) {
   groups_.push_back(ATPPDGroup::groupWithString(string, sharedBudget()));
-  append(groups_.back());
+  editablePPDObjects().append(groups_.back());
   groupOpened_ = true;
 }
 
@@ -108,6 +108,7 @@ ATPPD::Attributes ATPPD::attributesAt(const StatementIndex::Positions& positions
 }
 
 std::shared_ptr<ATPPDGroup> ATPPD::groupForName(std::string_view name) const {
+  budget().visit();
   return foundGroups_.find(name, groups_.size(), [&]() -> std::shared_ptr<ATPPDGroup> {
     for (const auto& group : groups_) {
       budget().visit();
@@ -118,7 +119,8 @@ std::shared_ptr<ATPPDGroup> ATPPD::groupForName(std::string_view name) const {
 }
 
 std::shared_ptr<ATPPDOption> ATPPD::optionForName(std::string_view name) const {
-  return foundOptions_.find(name, budget().left().options, [&]() -> std::shared_ptr<ATPPDOption> {
+  budget().visit();
+  return foundOptions_.find(name, budget().optionsAdded(), [&]() -> std::shared_ptr<ATPPDOption> {
     for (const auto& group : groups_) {
       budget().visit();
       if (auto option = group->optionForName(name)) return option;
@@ -132,9 +134,9 @@ void ATPPD::addPPDAttribute(const AttributePtr& attribute) {
   ATLog("-[ATPPD addPPDAttribute:]", "Adding {} attribute with value {}", attribute->name(), attribute->value());
   budget().changeStatement(attribute->sizeOfLines());
   if (attributes_.empty()) {
-    append(attribute);
+    editablePPDObjects().append(attribute);
   } else if (const auto last = PPDObjects().positionOf(attributes_.back().get())) {
-    insertAfter(*last, attribute);
+    editablePPDObjects().insertAfter(*last, attribute);
   }
   attributes_.append(attribute);
   attribute->setBudget(&budget());  // when it is in the list, which the destructor goes through
@@ -145,7 +147,7 @@ void ATPPD::removePPDAttribute(AttributePtr attribute) {  // NOLINT(performance-
   ATLog("-[ATPPD removePPDAttribute:]", "Removing attribute {}...", attribute ? attribute->name() : std::nullopt);
   if (attribute == nullptr) return;
   if (const auto position = attributes_.positionOf(attribute.get())) attributes_.removeAt(*position);
-  attribute->setBudget(nullptr);
+  if (!attributes_.holdsRepeats() || !attributes_.positionOf(attribute.get())) attribute->setBudget(nullptr);
   removeObjectFromPPDObjects(attribute.get());
 }
 

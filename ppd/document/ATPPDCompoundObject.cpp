@@ -19,19 +19,7 @@ void ATPPDCompoundObject::setPPDObjects(const PPDObjectList& objects) {
 
 void ATPPDCompoundObject::appendObjectToPPDObjects(std::shared_ptr<IATPPDObject> object) {
   if (object == nullptr) throw ATException::wrongType("no object to append");
-  append(std::move(object));
-}
-
-void ATPPDCompoundObject::append(std::shared_ptr<IATPPDObject> object) {
   PPDObjects_.append(std::move(object));
-}
-
-void ATPPDCompoundObject::insertBefore(PPDObjectList::Position position, std::shared_ptr<IATPPDObject> object) {
-  PPDObjects_.insertBefore(position, std::move(object));
-}
-
-void ATPPDCompoundObject::insertAfter(PPDObjectList::Position position, std::shared_ptr<IATPPDObject> object) {
-  PPDObjects_.insertAfter(position, std::move(object));
 }
 
 void ATPPDCompoundObject::insertObjectToPPDObjects(std::shared_ptr<IATPPDObject> object, std::size_t atIndex) {
@@ -39,7 +27,7 @@ void ATPPDCompoundObject::insertObjectToPPDObjects(std::shared_ptr<IATPPDObject>
   if (atIndex > PPDObjects_.size()) {
     throw ATException::outOfRange("-[ATPPDCompoundObject insertObjectToPPDObjects:atIndex:]");
   }
-  insertBefore(PPDObjects_.positionOfIndex(atIndex), std::move(object));
+  PPDObjects_.insertBefore(PPDObjects_.positionOfIndex(atIndex), std::move(object));
 }
 
 void ATPPDCompoundObject::removeObjectFromPPDObjects(const IATPPDObject* object) {

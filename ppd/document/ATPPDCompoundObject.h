@@ -36,10 +36,8 @@ class ATPPDCompoundObject : public IATPPDObject {
   void removeObjectFromPPDObjects(const IATPPDObject* object);
 
  protected:
-  /// The class's own edits of the children; places are positions in `PPDObjects`.
-  void append(std::shared_ptr<IATPPDObject> object);
-  void insertBefore(PPDObjectList::Position position, std::shared_ptr<IATPPDObject> object);
-  void insertAfter(PPDObjectList::Position position, std::shared_ptr<IATPPDObject> object);
+  /// The children, for the class's own edits.
+  PPDObjectList& editablePPDObjects() { return PPDObjects_; }
 
   const std::shared_ptr<Budget>& sharedBudget() const { return budget_; }
 

@@ -34,10 +34,12 @@ void ATPPDGroup::addString(const StatementString& string, PPDLineType type) {
     case PPDLineTypeEnd:
     case PPDLineTypeOpenGroup:
     case PPDLineTypeCloseGroup:
-      return append(ATPPDObject::objectWithString(string, type));
+      editablePPDObjects().append(ATPPDObject::objectWithString(string, type));
+      return;
     case PPDLineTypeOpenUI:
       options_.push_back(ATPPDOption::optionWithString(string, sharedBudget()));
-      return append(options_.back());
+      editablePPDObjects().append(options_.back());
+      return;
     case PPDLineTypeComment:
     case PPDLineTypeCloseUI:
     case PPDLineTypeOrderDependency:

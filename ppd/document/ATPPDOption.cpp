@@ -48,11 +48,13 @@ void ATPPDOption::addString(const StatementString& string, PPDLineType type) {
     case PPDLineTypeCloseUI:
     case PPDLineTypeOrderDependency:
     case PPDLineTypeNewLine:
-      return append(ATPPDObject::objectWithString(string, type));
+      editablePPDObjects().append(ATPPDObject::objectWithString(string, type));
+      return;
     case PPDLineTypeChoice: {
       auto choice = ATPPDChoice::choiceWithString(string);
       choices_.append(choice);
-      return append(std::move(choice));
+      editablePPDObjects().append(std::move(choice));
+      return;
     }
     case PPDLineTypeChoiceContinuation:
     case PPDLineTypeChoiceEnd:
@@ -88,7 +90,7 @@ void ATPPDOption::addChoice(const std::shared_ptr<ATPPDChoice>& choice) {
   if (choice == nullptr || choices_.positionOf(choice.get())) return;
   if (sharedBudget() != nullptr) sharedBudget()->changeStatement(choice->sizeOfLines());
   choices_.append(choice);
-  if (endsWithCloseUI()) insertBefore(PPDObjects().lastPosition(), choice);
+  if (endsWithCloseUI()) editablePPDObjects().insertBefore(PPDObjects().lastPosition(), choice);
 }
 
 bool ATPPDOption::endsWithCloseUI() const {

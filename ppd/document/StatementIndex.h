@@ -17,8 +17,7 @@
 /// that fits, for its spec. What NameIndex says of names holds for specs as well: thousands of statements
 /// of the name without a spec make each of its look-ups by spec as slow as a walk.
 ///
-/// The first look-up is a walk: a run without updaters asks for nothing but their names, and an index of all statements
-/// would be a third of its memory.
+/// The first look-up is a walk: a run without updaters asks for nothing but their names, for which no index is made.
 class StatementIndex {
  public:
   using List = ObjectList<ATPPDAttribute>;

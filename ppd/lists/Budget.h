@@ -35,7 +35,10 @@ class Budget {
 
   /// Each takes out of the budget what it says. They throw BudgetExceeded when there is not that much any more.
   void readLine() { spend(left_.lines, 1); }
-  void addOptions(std::size_t count) { spend(left_.options, count); }
+  void addOptions(std::size_t count) {
+    spend(left_.options, count);
+    optionsAdded_ += count;
+  }
   void changeStatement(std::size_t bytes) {
     spend(left_.statements, 1);
     spend(left_.bytes, bytes);
@@ -47,6 +50,9 @@ class Budget {
   /// Text that is looked through costs like the objects that are come to in that time.
   void visitText(std::size_t bytes) { visit(bytes / kBytesOfAVisit); }
   void visit(std::size_t count = 1) { spend(left_.visits, count); }
+
+  /// How many options and languages there are: a number that only grows, and changes with the options of a document.
+  std::size_t optionsAdded() const { return optionsAdded_; }
 
   /// What is left of each.
   const Amounts& left() const { return left_; }
@@ -60,4 +66,5 @@ class Budget {
   }
 
   Amounts left_ = kAll;
+  std::size_t optionsAdded_ = 0;
 };

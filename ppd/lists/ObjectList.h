@@ -94,6 +94,8 @@ class ObjectList {
   }
   /// The object at a position at which a look-up has just found it: not visited again.
   const std::shared_ptr<Object>& found(Position position) const { return nodes_[position].object; }
+  /// Whether an object may stand in the list more than once.
+  bool holdsRepeats() const { return repeats_; }
   /// All positions that were given out lie below this one.
   Position positionsEnd() const { return static_cast<Position>(nodes_.size()); }
 

@@ -176,13 +176,26 @@ TEST(SpentBudget, ALookUpOfLocalizationsIsSpentForEachLanguage) {
 
 TEST(SpentBudget, GroupsAndOptionsAreSpentThatAreWalkedThrough) {
   const std::string document = optionWithChoices("A", "x", {}) + optionWithChoices("B", "x", {});
-  EXPECT_EQ(spentBy(document, [](ATPPD& ppd) { ppd.groupForName("BGroup"); }).visits, 2U);
-  EXPECT_EQ(spentBy(document, [](ATPPD& ppd) { ppd.optionForName("none"); }).visits, 4U);
+  EXPECT_EQ(spentBy(document, [](ATPPD& ppd) { ppd.groupForName("BGroup"); }).visits, 1U + 2U);
+  EXPECT_EQ(spentBy(document, [](ATPPD& ppd) { ppd.optionForName("none"); }).visits, 1U + 4U);
 }
 
 TEST(SpentBudget, ALoopOverChoicesIsSpent) {
   const auto spent = spentBy(optionWithChoices("A", "x", {"x", "y", "z"}), [](ATPPD& ppd) {
     for (const auto& choice : ppd.groupForName("AGroup")->options()[0]->choices()) choice->name();
   });
-  EXPECT_EQ(spent.visits, 1U + 3U);
+  EXPECT_EQ(spent.visits, 2U + 3U);
+}
+
+TEST(SpentBudget, AnAttributeThatStandsTwiceIsSpentUntilItIsRemovedTwice) {
+  const auto ppd = documentFromText("*A: 1\n");
+  const auto attribute = ppd->attributeForName("A");
+  ppd->addPPDAttribute(attribute);
+  ppd->removePPDAttribute(attribute);
+  const std::size_t left = ppd->budget().left().statements;
+  attribute->setValue("2");
+  EXPECT_EQ(ppd->budget().left().statements, left - 1);
+  ppd->removePPDAttribute(attribute);
+  attribute->setValue("3");
+  EXPECT_EQ(ppd->budget().left().statements, left - 1);
 }
