@@ -55,3 +55,10 @@ std::vector<std::string> FolderListing::filesIn(const std::string& folder, const
   }
   return files;
 }
+
+std::string FolderListing::stampOf(const std::string& path) {
+  struct stat status {};
+  stat(path.c_str(), &status);
+  return fmt::format("{} {} {} {}.{}\n", path, status.st_ino, status.st_size, status.st_mtim.tv_sec,
+                     status.st_mtim.tv_nsec);
+}

@@ -14,4 +14,7 @@ namespace FolderListing {
 std::vector<std::string> filesIn(const std::string& folder, const std::vector<std::string_view>& endings,
                                  std::vector<std::string>& warnings);
 
+/// What is another as soon as a file was written, replaced or removed: for comparison only.
+std::string stampOf(const std::string& path);
+
 }  // namespace FolderListing

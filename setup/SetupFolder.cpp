@@ -208,6 +208,13 @@ std::string SetupFolder::whyNotSeen() const {
   return warnings_.empty() ? "" : fmt::format(" that can be seen: {}", fmt::join(warnings_, "; "));
 }
 
+std::string SetupFolder::stamp() const {
+  std::string stamp;
+  for (const std::string& name : snapshotNames_) stamp += FolderListing::stampOf(pathOfSnapshot(name));
+  for (const std::string& name : PPDNames_) stamp += FolderListing::stampOf(pathOfPPD(name));
+  return stamp;
+}
+
 SetupFolder::Files SetupFolder::filesOf(std::string_view name) const {
   const Parts parts = partsOf(name);
   return {pathOfSnapshot(parts.snapshotName), pathOfPPD(parts.PPDName)};

@@ -36,6 +36,9 @@ class SetupFolder {
   /// reason when there is none.
   Setup named(std::string_view name);
 
+  /// What is another as soon as one of the files was written, replaced or removed: for comparison only.
+  std::string stamp() const;
+
   /// What kept a file or a pair of one model out of the list, each in one line. A base PPD for which there is no device
   /// is none of it.
   const std::vector<std::string>& warnings() const { return warnings_; }

@@ -24,6 +24,18 @@ TEST(FolderListing, GivesFilesByTheirEndingsSorted) {
   EXPECT_THAT(warnings, IsEmpty());
 }
 
+TEST(FolderListing, TheStampTellsWhenAFileIsAnother) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("a.ppd");
+  const std::string absent = FolderListing::stampOf(path);
+  folder.file("a.ppd", "1");
+  const std::string first = FolderListing::stampOf(path);
+  EXPECT_NE(first, absent);
+  EXPECT_EQ(FolderListing::stampOf(path), first);
+  folder.file("a.ppd", "12");
+  EXPECT_NE(FolderListing::stampOf(path), first);
+}
+
 TEST(FolderListing, TellsOfWhatIsNoFile) {
   const TemporaryFolder folder;
   mkfifo(folder.path("pipe.ppd").c_str(), 0600);

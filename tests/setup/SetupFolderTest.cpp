@@ -627,6 +627,18 @@ TEST_F(SetupFolderTest, LooksAtTheFilesWhenItIsAsked) {
   EXPECT_THROW(folder.named("vorantis-autosetup:p/z.ppd"), std::runtime_error);
 }
 
+TEST_F(SetupFolderTest, TheStampTellsOfSnapshotsAndPPDs) {
+  addSnapshot("p", {device("")});
+  addPPD("z.ppd", ppd("Z9"));
+  const std::string first = setups().stamp();
+  EXPECT_EQ(setups().stamp(), first);
+  addSnapshot("p", {device(""), device("")});
+  const std::string second = setups().stamp();
+  EXPECT_NE(second, first);
+  addPPD("y.ppd", ppd("Z9"));
+  EXPECT_NE(setups().stamp(), second);
+}
+
 TEST_F(SetupFolderTest, WritesNothing) {
   addSnapshot("p", {device("")});
   addPPD("z.ppd", ppd("Z9"));
