@@ -14,10 +14,7 @@ constexpr int kDone = 0;
 constexpr int kLeft = 1;
 constexpr int kFailed = 2;
 constexpr int kUnknown = 3;
-
-bool isAmong(const std::vector<std::string>& names, const std::string& name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
+constexpr int kMostRounds = 10;
 
 }  // namespace
 
@@ -40,10 +37,11 @@ int Administration::forEach(const std::vector<std::string>& names, const std::fu
 QueueJudgement Administration::judge(const std::string& name, const std::string& wanted) {
   const auto ppd = parts_.scheduler.PPDOf(name);
   if (!ppd && !parts_.scheduler.queue(name)) throw std::runtime_error(name + ": there is no such queue");
-  return QueueJudgement::of(name, ppd, parts_.setups, wanted);
+  return QueueJudgement::of(name, ppd, *setups_, wanted);
 }
 
 int Administration::status(const std::vector<std::string>& names, bool others, StatusWriter::Format format) {
+  setups_.emplace(parts_.folder);
   StatusWriter writer(format);
   parts_.print(writer.begin());
   const int failed = forEach(names.empty() ? parts_.scheduler.queueNames() : names, [&](const std::string& name) {
@@ -56,6 +54,18 @@ int Administration::status(const std::vector<std::string>& names, bool others, S
 }
 
 int Administration::refresh(const std::vector<std::string>& names, Refresh* refresh, Refresh& preview) {
+  int status = kDone;
+  for (int round = 0; round < kMostRounds; ++round) {
+    setups_.emplace(parts_.folder);
+    const std::string stamp = setups_->stamp();
+    status = refreshEach(names, refresh, preview);
+    if (refresh == nullptr || SetupFolder(parts_.folder).stamp() == stamp) break;
+    parts_.say(parts_.folder + " changed in the meantime; looks again");
+  }
+  return status;
+}
+
+int Administration::refreshEach(const std::vector<std::string>& names, Refresh* refresh, Refresh& preview) {
   return forEach(names.empty() ? parts_.scheduler.queueNames() : names, [&](const std::string& name) {
     if (refresh != nullptr) refresh->recover(name);
     const QueueJudgement judged = judge(name);
@@ -87,6 +97,7 @@ int Administration::refreshOne(const QueueJudgement& judged, bool isNamed, Refre
 
 int Administration::apply(const std::vector<QueueWish>& wishes, bool prune, const StateFolder& state, Refresh* refresh,
                           Refresh& preview) {
+  setups_.emplace(parts_.folder);
   std::vector<std::string> names;
   for (const QueueWish& wish : wishes) names.push_back(wish.name);
   const int status = forEach(names, [&](const std::string& name) {
@@ -103,17 +114,18 @@ int Administration::applyOne(const QueueWish& wish, const StateFolder& state, Re
   if (!queue) return makeNew(wish, state, isDry);
   const std::string source = wish.model.substr(SetupStatement::kScheme.size());
   const int status = refreshOne(judge(wish.name, source), true, refresh, preview);
-  if (queue->uri == wish.uri && queue->info == wish.info && queue->location == wish.location) return status;
+  const std::string uri = queue->uri == wish.uri ? "" : wish.uri;
+  if (uri.empty() && queue->info == wish.info && queue->location == wish.location) return status;
   parts_.say(fmt::format("{}: {} (uri {}, info \"{}\", location \"{}\")", wish.name,
                          isDry ? "would be changed" : "is changed", wish.uri, wish.info, wish.location));
   if (isDry) return std::max(status, kLeft);
-  parts_.scheduler.make({wish.name, wish.uri, wish.info, wish.location, ""});
+  parts_.scheduler.make({wish.name, uri, wish.info, wish.location, ""});
   return status;
 }
 
 int Administration::makeNew(const QueueWish& wish, const StateFolder& state, bool isDry) {
   const std::string source = wish.model.substr(SetupStatement::kScheme.size());
-  const QueueJudgement judged = QueueJudgement::of(wish.name, std::nullopt, parts_.setups, source);
+  const QueueJudgement judged = QueueJudgement::of(wish.name, std::nullopt, *setups_, source);
   if (judged.state != State::stale) {
     parts_.say(fmt::format("{}: {}", wish.name, judged.text()));
     return kFailed;
@@ -121,24 +133,26 @@ int Administration::makeNew(const QueueWish& wish, const StateFolder& state, boo
   parts_.say(fmt::format("{}: {} from {}", wish.name, isDry ? "would be made" : "is made", source));
   if (isDry) return kLeft;
   auto applied = state.applied();
-  if (!isAmong(applied, wish.name)) {
-    applied.push_back(wish.name);  // before it is made, so that it is never one that nobody removes
-    state.writeApplied(applied);
-  }
+  applied[wish.name] = "";  // before it is made, so that it is never one that nobody removes
+  state.writeApplied(applied);
   parts_.scheduler.make(wish);
+  if (const auto made = parts_.scheduler.queue(wish.name)) applied[wish.name] = made->UUID;
+  state.writeApplied(applied);
   return kDone;
 }
 
 int Administration::prune(const std::vector<QueueWish>& wishes, const StateFolder& state, bool isDry) {
-  std::vector<std::string> left;
+  const AppliedQueues applied = state.applied();
+  AppliedQueues left = applied;
+  AppliedQueues unwanted = applied;
+  for (const QueueWish& wish : wishes) unwanted.erase(wish.name);
   std::vector<std::string> gone;
-  for (const std::string& name : state.applied()) {
-    const bool isWanted =
-        std::any_of(wishes.begin(), wishes.end(), [&](const auto& wish) { return wish.name == name; });
-    (isWanted ? left : gone).push_back(name);
-  }
+  for (const auto& [name, UUID] : unwanted) gone.push_back(name);
   const int status = forEach(gone, [&](const std::string& name) {
-    if (!parts_.scheduler.queue(name)) return kDone;
+    left.erase(name);
+    const auto queue = parts_.scheduler.queue(name);
+    const std::string& UUID = applied.at(name);
+    if (!queue || (!UUID.empty() && queue->UUID != UUID)) return kDone;  // somebody removed it, and made another
     parts_.say(name + (isDry ? ": would be removed" : ": is removed"));
     if (isDry) return kLeft;
     parts_.scheduler.remove(name);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,7 @@ class Administration {
  public:
   struct Parts {
     Scheduler& scheduler;
-    SetupFolder& setups;
+    std::string folder;                                                          ///< of setups
     std::function<void(const std::string&)> say;                                 ///< a sentence that names the queue
     std::function<void(const std::string&)> print;                               ///< to standard output
     std::function<void(std::size_t, std::size_t, const std::string&)> progress;  ///< number, of how many, queue
@@ -25,7 +26,8 @@ class Administration {
 
   /// All queues without names; of these `others` shows those of other drivers too.
   int status(const std::vector<std::string>& names, bool others, StatusWriter::Format format);
-  /// All queues without names; of these, those that were edited by hand are left alone. Null for `refresh`: a dry run.
+  /// All queues without names; of these, those that were edited by hand are left alone. What changes in the folder
+  /// meanwhile is looked at before the end. Null for `refresh`: a dry run.
   int refresh(const std::vector<std::string>& names, Refresh* refresh, Refresh& preview);
   /// Makes the queues so; with `prune` removes those that an earlier call made and that are not among them.
   int apply(const std::vector<QueueWish>& wishes, bool prune, const StateFolder& state, Refresh* refresh,
@@ -34,6 +36,7 @@ class Administration {
  private:
   /// Calls the work for each name, and gives the worst status.
   int forEach(const std::vector<std::string>& names, const std::function<int(const std::string&)>& work);
+  int refreshEach(const std::vector<std::string>& names, Refresh* refresh, Refresh& preview);
   int refreshOne(const QueueJudgement& judged, bool isNamed, Refresh* refresh, Refresh& preview);
   int applyOne(const QueueWish& wish, const StateFolder& state, Refresh* refresh, Refresh& preview);
   int makeNew(const QueueWish& wish, const StateFolder& state, bool isDry);
@@ -41,4 +44,5 @@ class Administration {
   QueueJudgement judge(const std::string& name, const std::string& wanted = "");
 
   Parts parts_;
+  std::optional<SetupFolder> setups_;  // as it is when a sub-command begins
 };

@@ -80,7 +80,7 @@ std::vector<QueueWish> ApplyFile::read(const std::string& path) {
                        json.value("formatVersion", JSON()) == 1 && json.value("queues", JSON()).is_array();
   if (!isKnown) reject(path, R"(is not of the format "vorantis-queues", version 1, with a list "queues")");
   std::vector<QueueWish> wishes;
-  std::set<std::string> names;
+  std::set<std::string, QueueNameLess> names;
   for (const JSON& queue : json["queues"]) {
     wishes.push_back(wishFrom(queue, fmt::format("{}: queue {}", path, wishes.size() + 1)));
     if (!names.insert(wishes.back().name).second) reject(path, "names the queue " + wishes.back().name + " twice");

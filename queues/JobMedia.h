@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <map>
 #include <string>
 
 #include "explain/compare/PPDMedia.h"
@@ -21,9 +22,12 @@ struct Moved {
   const PPDMedia::Medium* gone = nullptr;  ///< the medium that is gone; of `before`
 };
 
-/// A single choice of MediaType, or a name of IPP. One that named no medium before, and would name one after, counts as
-/// gone (`gone` is that one, of `after`).
+/// A single choice of MediaType, or a name of IPP, in any letter case. One that named no medium before, and would name
+/// one after, counts as gone (`gone` is that one, of `after`).
 Moved moved(const std::string& value, const PPDMedia& before, const PPDMedia& after);
+
+/// The queue's defaults beside its PPD that change, as Scheduler::setPPD takes them.
+std::map<std::string, std::string> movedDefaults(const Queue& queue, const PPDMedia& before, const PPDMedia& after);
 
 struct MovedJob {
   JobChoice choice;

@@ -26,24 +26,6 @@ bool isOurs(const Queue& queue) {
   return queue.isStopped && queue.message == kMark;
 }
 
-PPDMedia onlyWhatTellsApart(PPDMedia media) {
-  for (auto& medium : media.media) {
-    medium.properties.clear();
-    medium.profiles.clear();
-  }
-  return media;
-}
-
-// The defaults beside the PPD that change, as Scheduler::setPPD takes them.
-std::map<std::string, std::string> movedDefaults(const Queue& queue, const PPDMedia& before, const PPDMedia& after) {
-  std::map<std::string, std::string> changed;
-  for (const auto& [name, value] : queue.defaults) {
-    const JobMedia::Moved moved = JobMedia::moved(value, before, after);
-    if (moved.gone != nullptr || moved.value != value) changed[name] = moved.gone == nullptr ? moved.value : "";
-  }
-  return changed;
-}
-
 }  // namespace
 
 // The new PPD with the queue's defaults, that of the medium moved with it.
@@ -57,16 +39,17 @@ std::string Refresh::carried(const QueueJudgement& judged, const PPDMedia& befor
 
 RefreshRecord Refresh::recordFor(const QueueJudgement& judged, const Queue& queue) {
   RefreshRecord record;
-  record.queue = judged.queue;
+  record.queue = queue.name;
+  record.UUID = queue.UUID;
   record.id = fmt::format("{}-{}", std::time(nullptr), getpid());
   record.before = PPDMedia::ofText(judged.old);
   const PPDMedia after = PPDMedia::ofText(judged.fresh);
   record.ppd = carried(judged, record.before, after);
-  record.defaults = movedDefaults(queue, record.before, after);
+  record.defaults = JobMedia::movedDefaults(queue, record.before, after);
+  record.defaultsBefore = queue.defaults;
   for (const auto& [name, value] : record.defaults) {
     if (value.empty()) say(queue.name, fmt::format("the medium of the default {} is gone; now there is none", name));
   }
-  record.before = onlyWhatTellsApart(std::move(record.before));
   record.wasPrinting = !queue.isStopped;
   return record;
 }
@@ -74,23 +57,19 @@ RefreshRecord Refresh::recordFor(const QueueJudgement& judged, const Queue& queu
 Refresh::Outcome Refresh::run(const QueueJudgement& judged) {
   const auto queue = scheduler_.queue(judged.queue);
   if (!queue) throw std::runtime_error(judged.queue + ": there is no such queue any more");
-  if (state_.record(judged.queue)) {  // of a refresh whose results the scheduler may not have written yet
+  if (state_.record(queue->name)) {  // of a refresh whose results the scheduler may not have written yet
     settings_.sleep(settings_.settling);
-    recover(judged.queue);
+    recover(queue->name);
   }
   RefreshRecord record = recordFor(judged, *queue);
   state_.write(record);
-  if (!finishPrinting(record)) {
-    goOn(record);
-    state_.remove(record.queue);
-    return Outcome::busy;
-  }
-  standStill(record, *queue);
+  bool isIdle = false;
   try {
-    if (scheduler_.PPDOf(record.queue) != judged.old) {
-      throw std::runtime_error(record.queue + ": somebody else changed the queue at the same time; call this again");
+    isIdle = finishPrinting(record);
+    if (isIdle) {
+      standStill(record, *queue);
+      change(record, judged.old);
     }
-    change(record);
   } catch (const Scheduler::Gone&) {
     throw;
   } catch (const std::runtime_error&) {
@@ -98,7 +77,7 @@ Refresh::Outcome Refresh::run(const QueueJudgement& judged) {
     throw;
   }
   finish(record);
-  return Outcome::done;
+  return isIdle ? Outcome::done : Outcome::busy;
 }
 
 // Holds the jobs behind the one that is being printed, so that none begins behind it: the scheduler's own pause would
@@ -122,8 +101,8 @@ bool Refresh::finishPrinting(RefreshRecord& record) {
 
 void Refresh::standStill(RefreshRecord& record, const Queue& queue) {
   if (!queue.isStopped) scheduler_.pause(record.queue, kMark);
-  record.jobs.emplace();
-  for (const Job& job : scheduler_.jobsOf(record.queue)) record.jobs->push_back(job.id);
+  for (const Job& job : scheduler_.jobsOf(record.queue)) record.jobs.push_back(job.id);
+  record.standsStill = true;
   state_.write(record);
   // A scheduler that is killed comes back with what it has written, and it writes with a delay. A queue whose jobs
   // mean other media by then must come back stopped.
@@ -138,7 +117,12 @@ bool Refresh::changesJobs(const RefreshRecord& record) {
   });
 }
 
-void Refresh::change(const RefreshRecord& record) {
+void Refresh::change(const RefreshRecord& record, const std::string& old) {
+  const auto queue = scheduler_.queue(record.queue);
+  if (!queue || !queue->isStopped || scheduler_.PPDOf(record.queue).value_or("") != old) {
+    throw std::runtime_error(record.queue +
+                             ": somebody else changed the queue, or switched it on, at the same time; call this again");
+  }
   scheduler_.setPPD(record.queue, record.ppd, record.defaults);
   if (scheduler_.PPDOf(record.queue) != record.ppd) {
     throw std::runtime_error(record.queue +
@@ -147,57 +131,66 @@ void Refresh::change(const RefreshRecord& record) {
   }
 }
 
-void Refresh::recover(const std::string& queue) {
-  if (auto record = state_.record(queue)) {
-    if (!scheduler_.queue(queue)) return state_.remove(queue);
-    if (record->finished == 0) say(queue, "a refresh was broken off; it is brought to its end");
+void Refresh::recover(const std::string& name) {
+  const auto queue = scheduler_.queue(name);
+  if (!queue) return state_.remove(name);
+  auto record = state_.record(queue->name);
+  if (record && record->UUID == queue->UUID) {
+    if (record->finished == 0) say(queue->name, "a refresh was broken off; it is brought to its end");
     return finish(*record);
   }
-  const auto found = scheduler_.queue(queue);
-  if (found && isOurs(*found)) scheduler_.resume(queue);
+  if (record) state_.remove(queue->name);  // of a queue that was removed, and whose name this one has got
+  if (isOurs(*queue)) scheduler_.resume(queue->name);
 }
 
 // From here on everything is worked out from the PPD that the queue has now, be it the old or the new one, so that it
 // may be done again at any time.
 void Refresh::finish(RefreshRecord& record) {
-  auto ppd = scheduler_.PPDOf(record.queue);
-  if (!ppd || ppd->empty()) {  // the scheduler was killed between the two names of the file
-    scheduler_.setPPD(record.queue, record.ppd, record.defaults);
-    ppd = record.ppd;
-  }
-  bool wasMoved = false;
-  if (record.jobs) {
-    const PPDMedia now = PPDMedia::ofText(*ppd);
-    if (ppd == record.ppd) moveDefaults(record, now);
-    wasMoved = moveJobs(record, now);
+  std::vector<int> moved;
+  if (record.standsStill) {
+    const PPDMedia now = PPDMedia::ofText(restoredPPD(record));
+    moveDefaults(record, now);
+    moved = moveJobs(record, now);
   }
   goOn(record);
   const std::time_t time = std::time(nullptr);
-  const bool isWritten = record.finished != 0 && time - record.finished > settings_.settling.count();
-  const bool isNeeded = wasMoved || (record.finished != 0 && !isWritten);
-  if (!isNeeded) return state_.remove(record.queue);
-  if (record.finished == 0 || wasMoved) record.finished = time;
+  const bool isFirst = record.finished == 0;
+  const bool isWritten = time - record.finished > settings_.settling.count();
+  if (moved.empty() && (isFirst || isWritten)) return state_.remove(record.queue);
+  if (isFirst) record.jobs = moved;  // what somebody chooses for others from now on is no concern of this refresh
+  if (!moved.empty()) record.finished = time;
   state_.write(record);  // until the scheduler has written the jobs, a kill would bring them back as they were
+}
+
+// The PPD of the queue, which has none when the scheduler was killed between the two names of the file.
+std::string Refresh::restoredPPD(const RefreshRecord& record) {
+  const std::string ppd = scheduler_.PPDOf(record.queue).value_or("");
+  const bool isLost = ppd.empty() && !record.before.media.empty();
+  if (isLost) scheduler_.setPPD(record.queue, record.ppd, record.defaults);
+  return isLost ? record.ppd : ppd;
 }
 
 // Those that a killed scheduler has forgotten; what somebody changed in the meantime stays.
 void Refresh::moveDefaults(const RefreshRecord& record, const PPDMedia& now) {
   const auto queue = scheduler_.queue(record.queue);
   if (!queue || record.defaults.empty()) return;
-  auto missing = movedDefaults(*queue, record.before, now);
-  for (const auto& [name, value] : queue->defaults) {
-    const auto wanted = record.defaults.find(name);
-    if (wanted == record.defaults.end() || wanted->second == value) missing.erase(name);
-  }
+  auto missing = JobMedia::movedDefaults(*queue, record.before, now);
+  std::erase_if(missing, [&](const auto& each) {
+    const auto was = record.defaultsBefore.find(each.first);
+    return was == record.defaultsBefore.end() || was->second != queue->defaults.at(each.first);
+  });
   if (!missing.empty()) scheduler_.setPPD(record.queue, "", missing);
 }
 
-// Whether one was changed. A job says itself to which PPD its choice belongs, and is not moved twice.
-bool Refresh::moveJobs(const RefreshRecord& record, const PPDMedia& now) {
-  bool wasMoved = false;
+// Gives those that it moved. A job says itself to which PPD its choice belongs, and is not moved twice.
+std::vector<int> Refresh::moveJobs(const RefreshRecord& record, const PPDMedia& now) {
+  std::vector<int> all;
+  const bool isFirst = record.finished == 0;
   for (const Job& job : scheduler_.jobsOf(record.queue)) {
-    const bool isKnown = contains(*record.jobs, job.id);
-    if (job.setup == record.id || (!isKnown && record.finished != 0)) continue;
+    const bool isMoved = job.setup == record.id;
+    if (isMoved && isFirst) all.push_back(job.id);
+    const bool isKnown = contains(record.jobs, job.id);
+    if (isMoved || (!isKnown && !isFirst)) continue;
     JobMedia::MovedJob moved = JobMedia::moved(job, record.before, now);
     if (moved.choice == job.choice && moved.medium == job.medium) continue;
     if (!isKnown) {  // nobody knows whether it came before the change or behind it
@@ -206,9 +199,9 @@ bool Refresh::moveJobs(const RefreshRecord& record, const PPDMedia& now) {
       moved.goneLabel = "";
     }
     moveJob(record, job, moved);
-    wasMoved = true;
+    all.push_back(job.id);
   }
-  return wasMoved;
+  return all;
 }
 
 void Refresh::moveJob(const RefreshRecord& record, const Job& job, const JobMedia::MovedJob& moved) {

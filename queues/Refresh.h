@@ -29,7 +29,7 @@ class Refresh {
       : scheduler_(scheduler), state_(state), settings_(std::move(settings)) {}
 
   /// Ends what an earlier call began and did not bring to its end.
-  void recover(const std::string& queue);
+  void recover(const std::string& name);
   /// Gives the queue the PPD `judged.fresh`. Throws std::runtime_error when that cannot be done; the queue is then as
   /// it was, unless the scheduler is gone.
   Outcome run(const QueueJudgement& judged);
@@ -41,9 +41,10 @@ class Refresh {
   bool finishPrinting(RefreshRecord& record);
   void standStill(RefreshRecord& record, const Queue& queue);
   bool changesJobs(const RefreshRecord& record);
-  void change(const RefreshRecord& record);
+  void change(const RefreshRecord& record, const std::string& old);
   void finish(RefreshRecord& record);
-  bool moveJobs(const RefreshRecord& record, const PPDMedia& now);
+  std::string restoredPPD(const RefreshRecord& record);
+  std::vector<int> moveJobs(const RefreshRecord& record, const PPDMedia& now);
   void moveJob(const RefreshRecord& record, const Job& job, const JobMedia::MovedJob& moved);
   void moveDefaults(const RefreshRecord& record, const PPDMedia& now);
   void goOn(const RefreshRecord& record);

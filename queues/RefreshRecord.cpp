@@ -27,28 +27,6 @@ constexpr mode_t kFileMode = 0600;
   throw std::runtime_error(fmt::format("{} cannot be written: {}", path, std::strerror(errno)));
 }
 
-JSON jsonOf(const PPDMedia& media) {
-  JSON list = JSON::array();
-  for (const auto& each : media.media) list.push_back({each.choice, each.name, each.ID, each.key, each.isCustom});
-  return {{"default", media.defaultChoice}, {"media", list}};
-}
-
-PPDMedia mediaFrom(const JSON& json) {
-  PPDMedia media{{}, json.at("default")};
-  for (const JSON& each : json.at("media")) {
-    media.media.push_back({each.at(0), each.at(1), each.at(2), each.at(3), "", {}, each.at(4)});
-  }
-  return media;
-}
-
-RefreshRecord recordFrom(const JSON& json) {
-  RefreshRecord record{json.at("queue"),       json.at("id"),   json.at("ppd"), mediaFrom(json.at("before")),
-                       json.at("wasPrinting"), json.at("held"), std::nullopt,   json.at("defaults"),
-                       json.at("finished")};
-  if (!json.at("jobs").is_null()) record.jobs = json.at("jobs").get<std::vector<int>>();
-  return record;
-}
-
 // Null when the file is not there or was cut.
 JSON jsonIn(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -66,6 +44,11 @@ void syncFolder(const std::string& path) {
 }
 
 }  // namespace
+
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(PPDMedia::Medium, choice, name, ID, key, isCustom)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(PPDMedia, media, defaultChoice)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(RefreshRecord, queue, UUID, id, ppd, before, wasPrinting, held, standsStill, jobs,
+                                   defaults, defaultsBefore, finished)
 
 StateFolder::StateFolder(std::string path, bool isOnlyRead) : path_(std::move(path)) {
   if (!isOnlyRead && mkdir(path_.c_str(), kFolderMode) != 0 && errno != EEXIST) failToWrite(path_);
@@ -97,24 +80,14 @@ std::optional<RefreshRecord> StateFolder::record(const std::string& queue) const
   const JSON json = jsonIn(pathOf(queue));
   if (json.is_null()) return std::nullopt;
   try {
-    return recordFrom(json);
+    return json.get<RefreshRecord>();
   } catch (const JSON::exception&) {
     throw std::runtime_error(fmt::format("{}: {} is no record of this program; remove it", queue, pathOf(queue)));
   }
 }
 
 void StateFolder::write(const RefreshRecord& record) const {
-  const JSON jobs = record.jobs ? JSON(*record.jobs) : JSON();
-  const JSON json = {{"queue", record.queue},
-                     {"id", record.id},
-                     {"ppd", record.ppd},
-                     {"before", jsonOf(record.before)},
-                     {"wasPrinting", record.wasPrinting},
-                     {"held", record.held},
-                     {"jobs", jobs},
-                     {"defaults", record.defaults},
-                     {"finished", record.finished}};
-  writeFile(pathOf(record.queue), json.dump());
+  writeFile(pathOf(record.queue), JSON(record).dump());
 }
 
 void StateFolder::remove(const std::string& queue) const {
@@ -122,11 +95,11 @@ void StateFolder::remove(const std::string& queue) const {
   syncFolder(path_);
 }
 
-std::vector<std::string> StateFolder::applied() const {
+AppliedQueues StateFolder::applied() const {
   const JSON json = jsonIn(path_ + kApplied);
-  return json.is_array() ? json.get<std::vector<std::string>>() : std::vector<std::string>();
+  return json.is_object() ? json.get<AppliedQueues>() : AppliedQueues();
 }
 
-void StateFolder::writeApplied(const std::vector<std::string>& queues) const {
+void StateFolder::writeApplied(const AppliedQueues& queues) const {
   writeFile(path_ + kApplied, JSON(queues).dump());
 }

@@ -8,20 +8,26 @@
 #include <vector>
 
 #include "explain/compare/PPDMedia.h"
+#include "scheduler/Scheduler.h"
 
 /// What a refresh is about to do to a queue, on disk before the first change, so that the next call can bring the queue
 /// to a right state whenever this program or the scheduler ended in between (docs/queues.md says why this is enough).
 struct RefreshRecord {
   std::string queue;
-  std::string id;                               ///< of this refresh; jobs that it moved bear it
-  std::string ppd;                              ///< that the queue is to get
-  PPDMedia before;                              ///< the media of the PPD that it has; only what tells them apart
-  bool wasPrinting = false;                     ///< it is to be resumed at the end
-  std::vector<int> held;                        ///< jobs that are held only for the time of the refresh
-  std::optional<std::vector<int>> jobs;         ///< those that waited when the queue stood still; absent before that
-  std::map<std::string, std::string> defaults;  ///< as in Scheduler::setPPD
-  std::time_t finished = 0;                     ///< when all was done, as far as this program could see; 0 until then
+  std::string UUID;          ///< the queue's, since another one may get its name
+  std::string id;            ///< of this refresh; jobs that it moved bear it
+  std::string ppd;           ///< that the queue is to get
+  PPDMedia before;           ///< the media of the PPD that it has; only what tells them apart is kept
+  bool wasPrinting = false;  ///< it is to be resumed at the end
+  std::vector<int> held;     ///< jobs that are held only for the time of the refresh
+  bool standsStill = false;  ///< the queue does, and `jobs` is known
+  std::vector<int> jobs;     ///< those that waited then; when all is done, those that were moved
+  std::map<std::string, std::string> defaults, defaultsBefore;  ///< as in Scheduler::setPPD, and what they were
+  std::time_t finished = 0;  ///< when all was done, as far as this program could see; 0 until then
 };
+
+/// The queues that `apply` made, each with its UUID, which is empty when it is not known.
+using AppliedQueues = std::map<std::string, std::string, QueueNameLess>;
 
 /// The folder of this program's own state: records, and who made which queue. Throws std::runtime_error with the reason
 /// when something in it cannot be read or written.
@@ -36,9 +42,8 @@ class StateFolder {
   void write(const RefreshRecord& record) const;
   void remove(const std::string& queue) const;
 
-  /// The queues that `apply` made.
-  std::vector<std::string> applied() const;
-  void writeApplied(const std::vector<std::string>& queues) const;
+  AppliedQueues applied() const;
+  void writeApplied(const AppliedQueues& queues) const;
 
   /// Lets one process at a time go on, until it ends; `wait` is called once before another one is waited for.
   template <class Wait>

@@ -38,6 +38,10 @@ std::string folderFrom(const char* variable, const char* standard) {
   return path == nullptr || *path == '\0' ? standard : path;
 }
 
+std::string folderOfSetups() {
+  return folderFrom("VORANTIS_AUTOSETUP_FOLDER", AT_SETUP_FOLDER);
+}
+
 void print(const std::string& text) {
   if (!Terminal::print(text)) throw std::runtime_error("standard output cannot be written");
 }
@@ -133,7 +137,7 @@ class Program {
 
   Administration administration() {
     return Administration(
-        {scheduler_, setups_, [this](const std::string& text) { line_.say(text); }, print, showProgress});
+        {scheduler_, folderOfSetups(), [this](const std::string& text) { line_.say(text); }, print, showProgress});
   }
 
   Refresh refreshing(const StateFolder& state) {
@@ -189,7 +193,7 @@ class Program {
     const auto ppd = scheduler_.PPDOf(queue);
     const auto statement = SetupStatement::of(ppd.value_or(""));
     if (!statement) throw std::runtime_error(queue + ": no queue of the driver program vorantis-autosetup");
-    const Setup setup = setups_.named(std::string(SetupStatement::kScheme) + statement->source);
+    const Setup setup = SetupFolder(folderOfSetups()).named(std::string(SetupStatement::kScheme) + statement->source);
     std::vector<std::string> arguments = {explainingProgram()};
     arguments.insert(arguments.end(), options_.ofReport.begin(), options_.ofReport.end());
     arguments.insert(arguments.end(), {setup.deviceURI, setup.PPDPath});
@@ -204,7 +208,6 @@ class Program {
   CommandLine line_;
   Options options_;
   IPPScheduler scheduler_;
-  SetupFolder setups_{folderFrom("VORANTIS_AUTOSETUP_FOLDER", AT_SETUP_FOLDER)};
   int (Program::*work_)() = nullptr;
   bool failed_ = false;
 };

@@ -9,12 +9,13 @@
 
 namespace {
 
-constexpr std::array<const char*, 10> kOfQueue = {
+constexpr std::array<const char*, 11> kOfQueue = {
     "printer-name",  "device-uri",        "printer-info",       "printer-location", "printer-state-message",
-    "printer-state", "MediaType-default", "media-type-default", "media-default",    "printer-is-accepting-jobs"};
+    "printer-state", "MediaType-default", "media-type-default", "media-default",    "printer-is-accepting-jobs",
+    "printer-uuid"};
 constexpr std::array<const char*, 3> kDefaults = {"MediaType", "media-type", "media"};
-constexpr std::array<const char*, 9> kOfJob = {"job-id", "job-state",      "MediaType",       "media-type", "media-col",
-                                               "media",  "vorantis-setup", "vorantis-medium", "job-name"};
+constexpr const char* kWanted = "requested-attributes";
+constexpr const char* kFirstPage = "AP_FIRSTPAGE_MediaType";
 constexpr const char* kSetup = "vorantis-setup";
 constexpr const char* kMedium = "vorantis-medium";
 
@@ -25,12 +26,6 @@ ipp_attribute_t* attributeIn(ipp_t* message, const char* name) {
 std::string textOf(ipp_attribute_t* attribute) {
   const char* text = attribute == nullptr ? nullptr : ippGetString(attribute, 0, nullptr);
   return text == nullptr ? "" : text;
-}
-
-template <std::size_t size>
-void wantOnly(ipp_t* request, const std::array<const char*, size>& names) {
-  ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", static_cast<int>(size), nullptr,
-                names.data());
 }
 
 }  // namespace
@@ -44,11 +39,11 @@ void IPPAttributes::add(ipp_t* message, ipp_tag_t group, ipp_tag_t type, const c
 }
 
 void IPPAttributes::wantQueue(ipp_t* request) {
-  wantOnly(request, kOfQueue);
+  ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, kWanted, kOfQueue.size(), nullptr, kOfQueue.data());
 }
 
 void IPPAttributes::wantJob(ipp_t* request) {
-  wantOnly(request, kOfJob);
+  add(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, kWanted, "all");
 }
 
 Queue IPPAttributes::queueFrom(ipp_t* message) {
@@ -56,6 +51,7 @@ Queue IPPAttributes::queueFrom(ipp_t* message) {
               textIn(message, "device-uri"),
               textIn(message, "printer-info"),
               textIn(message, "printer-location"),
+              textIn(message, "printer-uuid"),
               textIn(message, "printer-state-message"),
               false,
               true,
@@ -84,6 +80,7 @@ Job IPPAttributes::jobFrom(ipp_t* message) {
   for (int index = 0; index < ippGetCount(media); ++index) {
     if (const char* value = ippGetString(media, index, nullptr)) job.choice.media.emplace_back(value);
   }
+  job.choice.ofFirstPage = textIn(message, kFirstPage);
   job.setup = textIn(message, kSetup);
   job.medium = textIn(message, kMedium);
   return job;
@@ -127,6 +124,7 @@ void IPPAttributes::addChange(ipp_t* request, const JobChange& change, ipp_t* be
   };
   addUnlessEmpty(IPP_TAG_NAME, "MediaType", change.choice.MediaType);
   addUnlessEmpty(IPP_TAG_KEYWORD, "media-type", change.choice.mediaType);
+  addUnlessEmpty(IPP_TAG_NAME, kFirstPage, change.choice.ofFirstPage);
   addUnlessEmpty(IPP_TAG_NAME, kSetup, change.setup);
   addUnlessEmpty(IPP_TAG_NAME, kMedium, change.medium);
   addUnlessEmpty(IPP_TAG_TEXT, "job-message-from-operator", change.message);

@@ -14,7 +14,7 @@ namespace IPPAttributes {
 std::string textIn(ipp_t* message, const char* name);
 void add(ipp_t* message, ipp_tag_t group, ipp_tag_t type, const char* name, const std::string& value);
 
-/// Ask for just what the two below take.
+/// Ask for what the two below take. Of jobs that is all: options have the letter case in which somebody wrote them.
 void wantQueue(ipp_t* request);
 void wantJob(ipp_t* request);
 Queue queueFrom(ipp_t* message);

@@ -143,7 +143,7 @@ void IPPScheduler::make(const QueueWish& wish) {
   const bool isNew = !queue(wish.name);
   Message message = request(IPP_OP_CUPS_ADD_MODIFY_PRINTER, wish.name);
   if (!wish.model.empty()) add(message.get(), IPP_TAG_OPERATION, IPP_TAG_NAME, "ppd-name", wish.model);
-  add(message.get(), IPP_TAG_PRINTER, IPP_TAG_URI, "device-uri", wish.uri);
+  if (!wish.uri.empty()) add(message.get(), IPP_TAG_PRINTER, IPP_TAG_URI, "device-uri", wish.uri);
   add(message.get(), IPP_TAG_PRINTER, IPP_TAG_TEXT, "printer-info", wish.info);
   add(message.get(), IPP_TAG_PRINTER, IPP_TAG_TEXT, "printer-location", wish.location);
   if (isNew) {

@@ -1,15 +1,25 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <strings.h>
+
 #include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+/// An order of names of queues, in which the scheduler does not tell letter cases apart.
+struct QueueNameLess {
+  bool operator()(const std::string& one, const std::string& other) const {
+    return strcasecmp(one.c_str(), other.c_str()) < 0;
+  }
+};
+
 /// A print queue as the scheduler has it.
 struct Queue {
   std::string name, uri, info, location;
+  std::string UUID;     ///< tells it from an earlier one of the same name
   std::string message;  ///< printer-state-message
   bool isStopped = false;
   bool isAccepting = true;
@@ -23,6 +33,7 @@ struct JobChoice {
   std::string mediaType;           ///< media-type: a name of the kind that IPP has
   std::string typeInCollection;    ///< the same, in media-col
   std::vector<std::string> media;  ///< media: sizes, sources, and names of that kind
+  std::string ofFirstPage = {};    ///< AP_FIRSTPAGE_MediaType: a choice for the first page only
 
   bool operator==(const JobChoice& other) const = default;
 };
@@ -46,7 +57,9 @@ struct JobChange {
 
 /// A queue that is to be made or changed.
 struct QueueWish {
-  std::string name, uri, info, location;
+  std::string name;
+  std::string uri;  ///< empty: the queue keeps its own, and goes on with the job that is being printed
+  std::string info, location;
   std::string model;  ///< the name of a driver program's PPD; empty: the queue keeps its own
 };
 

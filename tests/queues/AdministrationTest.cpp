@@ -11,6 +11,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Pair;
 
 class AdministrationTest : public SetupFixture {
  protected:
@@ -19,14 +20,18 @@ class AdministrationTest : public SetupFixture {
     scheduler_.printers[name].ppd = ppd;
   }
   Administration administration() {
-    return Administration({scheduler_, setups_, [this](const std::string& text) { said_.push_back(text); },
+    return Administration({scheduler_, folder_.path(), [this](const std::string& text) { say(text); },
                            [this](const std::string& text) { printed_ += text; },
                            [](std::size_t, std::size_t, const std::string&) {}});
+  }
+  void say(const std::string& text) {
+    said_.push_back(text);
+    if (whenSaid_) whenSaid_();
   }
   Refresh refresh() {
     Refresh::Settings settings;
     settings.sleep = [](std::chrono::milliseconds) {};
-    settings.say = [this](const std::string& text) { said_.push_back(text); };
+    settings.say = [this](const std::string& text) { say(text); };
     return {scheduler_, state_, settings};
   }
   int runRefresh(const std::vector<std::string>& names, bool isDry = false) {
@@ -40,9 +45,9 @@ class AdministrationTest : public SetupFixture {
 
   QueueWish wish_{"q", "socket://h:1", "I", "L", "vorantis-autosetup:p/z9.ppd"};
   StateFolder state_{folder_.path("state"), false};
-  SetupFolder setups_{folder_.path()};
   FakeScheduler scheduler_;
   std::vector<std::string> said_;
+  std::function<void()> whenSaid_;
   std::string printed_;
 };
 
@@ -66,6 +71,30 @@ TEST_F(AdministrationTest, RefreshMakesStaleQueuesCurrent) {
   EXPECT_EQ(runRefresh({}), 0);
   EXPECT_THAT(scheduler_.only().ppd, HasSubstr("/Linen:"));
   EXPECT_THAT(said_, Contains("q: is refreshed"));
+}
+
+TEST_F(AdministrationTest, WhatChangesDuringARefreshIsLookedAtBeforeItsEnd) {
+  addQueue("a", made());
+  addQueue("b", made());
+  writeSnapshot("Linen");
+  whenSaid_ = [this] {
+    whenSaid_ = nullptr;
+    writeSnapshot("Longer linen");
+  };
+  EXPECT_EQ(runRefresh({}), 0);
+  EXPECT_THAT(scheduler_.printers["a"].ppd, HasSubstr("/Longer linen:"));
+  EXPECT_THAT(said_, Contains(HasSubstr("changed in the meantime")));
+}
+
+TEST_F(AdministrationTest, AFolderThatNeverRestsEndsARefreshToo) {
+  addQueue("q", made());
+  writeSnapshot("Linen");
+  int round = 0;
+  whenSaid_ = [this, &round] { writeSnapshot("Linen" + std::string(static_cast<std::size_t>(++round), 'x')); };
+  runRefresh({});
+  EXPECT_EQ(std::count_if(said_.begin(), said_.end(),
+                          [](const std::string& text) { return text.find("meantime") != std::string::npos; }),
+            10);
 }
 
 TEST_F(AdministrationTest, EditedQueuesAreRefreshedByTheirNamesOnly) {
@@ -92,7 +121,7 @@ TEST_F(AdministrationTest, ApplyMakesChangesAndKeepsQueues) {
   EXPECT_THAT(scheduler_.calls, IsEmpty());
   EXPECT_EQ(apply({wish_}), 0);
   EXPECT_THAT(scheduler_.calls, ElementsAre("make q vorantis-autosetup:p/z9.ppd"));
-  EXPECT_THAT(state_.applied(), ElementsAre("q"));
+  EXPECT_THAT(state_.applied(), ElementsAre(Pair("q", "uuid-1")));
   addQueue("q", made());
   scheduler_.calls.clear();
   said_.clear();
@@ -116,7 +145,9 @@ TEST_F(AdministrationTest, ApplySetsUpAQueueOfAnotherDriver) {
 TEST_F(AdministrationTest, PruneRemovesWhatApplyMadeAndNothingElse) {
   addQueue("mine", made());
   addQueue("other", made());
-  state_.writeApplied({"mine", "gone"});
+  addQueue("remade", made());
+  scheduler_.printers["remade"].queue.UUID = "another";
+  state_.writeApplied({{"mine", ""}, {"gone", ""}, {"remade", "uuid-1"}});
   EXPECT_EQ(apply({}, true, true), 1);
   EXPECT_THAT(scheduler_.calls, IsEmpty());
   EXPECT_EQ(apply({}), 0);

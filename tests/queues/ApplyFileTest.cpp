@@ -65,6 +65,7 @@ TEST_F(ApplyFileTest, SaysWhereAMistakeIs) {
                 HasSubstr("has a device that is no"));
   }
   EXPECT_THAT(mistakeIn(queue(kGood) + "," + queue(kGood)), HasSubstr("names the queue q twice"));
+  EXPECT_THAT(mistakeIn(queue(kGood) + R"(, {"name": "Q", )" + kGood + "}"), HasSubstr("names the queue Q twice"));
 }
 
 TEST_F(ApplyFileTest, SaysWhatIsNoSuchFile) {

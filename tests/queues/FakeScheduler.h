@@ -64,7 +64,8 @@ class FakeScheduler : public Scheduler {
     change("make " + wish.name + " " + wish.model, [&] {
       Queue& queue = printers[wish.name].queue;
       queue.name = wish.name;
-      queue.uri = wish.uri;
+      if (queue.UUID.empty()) queue.UUID = "uuid-" + std::to_string(printers.size());
+      if (!wish.uri.empty()) queue.uri = wish.uri;
       queue.info = wish.info;
       queue.location = wish.location;
     });

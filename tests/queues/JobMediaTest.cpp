@@ -33,6 +33,7 @@ TEST(JobMedia, AValueMovesWithItsMedium) {
   EXPECT_EQ(JobMedia::moved("Custom3", before, after).value, "Custom1");
   EXPECT_EQ(JobMedia::moved("custom-3", before, after).value, "custom-1");
   EXPECT_EQ(JobMedia::moved("CUSTOM-3", before, after).value, "custom-1");
+  EXPECT_EQ(JobMedia::moved("CUSTOM3", before, after).value, "Custom1");
   EXPECT_EQ(JobMedia::moved("Custom2", before, after).value, "Custom2");
   EXPECT_EQ(JobMedia::moved("Plain", before, after).value, "Plain");
   EXPECT_EQ(JobMedia::moved("Unknown", before, after).value, "Unknown");
@@ -63,6 +64,32 @@ TEST(JobMedia, OneFormWhoseMediumIsGoneIsEnough) {
     EXPECT_EQ(moved.goneLabel, "Medium A (ID A)");
     EXPECT_EQ(moved.medium, JobMedia::digestOf(mediaOf({"A"}).withChoice("Custom1")->key));
   }
+}
+
+TEST(JobMedia, TheFirstPagesChoiceMoves) {
+  JobChoice choice = withOption("Custom2");
+  choice.ofFirstPage = "Custom3";
+  const auto moved = JobMedia::moved(jobWith(choice), mediaOf({"A", "B", "C"}), mediaOf({"C", "B"}));
+  EXPECT_EQ(moved.choice.MediaType, "Custom2");
+  EXPECT_EQ(moved.choice.ofFirstPage, "Custom1");
+}
+
+TEST(JobMedia, AJobWhoseFirstPagesMediumIsGoneIsNotKnownAgain) {
+  Job job = jobWith(withOption("Custom2"));
+  job.choice.ofFirstPage = "Custom1";
+  const auto gone = JobMedia::moved(job, mediaOf({"A", "B"}), mediaOf({"B"}));
+  EXPECT_EQ(gone.choice.ofFirstPage, JobMedia::kGone);
+  EXPECT_EQ(gone.goneLabel, "Medium A (ID A)");
+  job.choice = gone.choice;
+  job.medium = gone.medium;
+  EXPECT_EQ(JobMedia::moved(job, mediaOf({"B"}), mediaOf({"A", "B"})).choice, job.choice);
+}
+
+TEST(JobMedia, DefaultsOfAQueueMove) {
+  Queue queue;
+  queue.defaults = {{"MediaType", "Custom3"}, {"media-type", "custom-1"}, {"media", "A4"}};
+  EXPECT_THAT(JobMedia::movedDefaults(queue, mediaOf({"A", "B", "C"}), mediaOf({"C"})),
+              ElementsAre(testing::Pair("MediaType", "Custom1"), testing::Pair("media-type", "")));
 }
 
 TEST(JobMedia, AJobWithoutAChoiceIsForTheDefault) {

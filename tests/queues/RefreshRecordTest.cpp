@@ -11,19 +11,23 @@
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
 
 namespace {
 
 RefreshRecord record() {
   RefreshRecord record;
   record.queue = "q";
+  record.UUID = "u";
   record.id = "1-2";
   record.ppd = queuePPD({"A"});
   record.before = PPDMedia::ofText(queuePPD({"A", "B"}, "Custom2"));
   record.wasPrinting = true;
   record.held = {3, 4};
+  record.standsStill = true;
   record.jobs = {3, 4, 5};
   record.defaults = {{"MediaType", "Custom1"}};
+  record.defaultsBefore = {{"MediaType", "Custom2"}};
   record.finished = 12345;
   return record;
 }
@@ -38,6 +42,7 @@ TEST(StateFolder, GivesARecordBack) {
   const auto found = state.record("q");
   ASSERT_TRUE(found);
   EXPECT_EQ(found->queue, "q");
+  EXPECT_EQ(found->UUID, "u");
   EXPECT_EQ(found->id, "1-2");
   EXPECT_EQ(found->ppd, record().ppd);
   EXPECT_EQ(found->before.defaultChoice, "Custom2");
@@ -46,21 +51,14 @@ TEST(StateFolder, GivesARecordBack) {
   EXPECT_EQ(found->before.media[2].isCustom, true);
   EXPECT_TRUE(found->wasPrinting);
   EXPECT_THAT(found->held, ElementsAre(3, 4));
-  EXPECT_THAT(*found->jobs, ElementsAre(3, 4, 5));
+  EXPECT_THAT(found->jobs, ElementsAre(3, 4, 5));
+  EXPECT_TRUE(found->standsStill);
   EXPECT_EQ(found->defaults, record().defaults);
+  EXPECT_EQ(found->defaultsBefore, record().defaultsBefore);
   EXPECT_EQ(found->finished, 12345);
   state.remove("q");
   state.remove("q");
   EXPECT_FALSE(state.record("q"));
-}
-
-TEST(StateFolder, JobsThatAreNotKnownYetStayUnknown) {
-  const TemporaryFolder folder;
-  const StateFolder state(folder.path("state"), false);
-  RefreshRecord without = record();
-  without.jobs.reset();
-  state.write(without);
-  EXPECT_FALSE(state.record("q")->jobs);
 }
 
 TEST(StateFolder, ACutRecordIsNone) {
@@ -77,8 +75,9 @@ TEST(StateFolder, KnowsWhatWasApplied) {
   const TemporaryFolder folder;
   const StateFolder state(folder.path("state"), false);
   EXPECT_THAT(state.applied(), IsEmpty());
-  state.writeApplied({"a", "b"});
-  EXPECT_THAT(state.applied(), ElementsAre("a", "b"));
+  state.writeApplied({{"a", "1"}, {"b", ""}});
+  EXPECT_THAT(state.applied(), ElementsAre(Pair("a", "1"), Pair("b", "")));
+  EXPECT_EQ(state.applied().count("A"), 1U);
 }
 
 TEST(StateFolder, AFolderThatCannotBeMadeIsSaid) {

@@ -186,6 +186,31 @@ TEST_F(RefreshTest, WhatSomebodyElseChangedMeanwhileIsNotLost) {
   EXPECT_FALSE(scheduler_.only().queue.isStopped);
 }
 
+TEST_F(RefreshTest, AQueueThatSomebodySwitchesOnMeanwhileIsLeftAsItWas) {
+  queueWith({"A", "B"});
+  addJob("Custom2");
+  whenItSleeps_ = [this] { scheduler_.only().queue.isStopped = false; };
+  EXPECT_THROW(run({"B"}), std::runtime_error);
+  EXPECT_EQ(scheduler_.only().ppd, queuePPD({"A", "B"}));
+  EXPECT_EQ(scheduler_.job(1).choice.MediaType, "Custom2");
+}
+
+TEST_F(RefreshTest, TheRecordOfAnEarlierQueueOfTheSameNameIsDropped) {
+  queueWith({"B", "A"});
+  addJob("Custom1");
+  RefreshRecord record;
+  record.queue = "q";
+  record.UUID = "of the earlier one";
+  record.before = PPDMedia::ofText(queuePPD({"A", "B"}));
+  record.standsStill = true;
+  record.jobs = {1};
+  state_.write(record);
+  refresh().recover("q");
+  EXPECT_EQ(scheduler_.job(1).choice.MediaType, "Custom1");
+  EXPECT_THAT(scheduler_.calls, IsEmpty());
+  EXPECT_FALSE(state_.record("q"));
+}
+
 TEST_F(RefreshTest, AJobThatCameInBetweenIsHeldWhenItsChoiceIsAnotherMediumNow) {
   queueWith({"A", "B"});
   addJob("Custom1");

@@ -35,13 +35,13 @@ TEST(IPPAttributes, ReadAQueue) {
   for (const auto& [name, value] :
        {std::pair("printer-name", "q"), std::pair("device-uri", "socket://h"), std::pair("printer-info", "I"),
         std::pair("printer-location", "L"), std::pair("printer-state-message", "M"),
-        std::pair("MediaType-default", "Custom1")}) {
+        std::pair("MediaType-default", "Custom1"), std::pair("printer-uuid", "U")}) {
     IPPAttributes::add(printer, IPP_TAG_PRINTER, IPP_TAG_NAME, name, value);
   }
   ippAddInteger(printer, IPP_TAG_PRINTER, IPP_TAG_ENUM, "printer-state", IPP_PSTATE_STOPPED);
   ippAddBoolean(printer, IPP_TAG_PRINTER, "printer-is-accepting-jobs", 0);
   const Queue queue = IPPAttributes::queueFrom(printer);
-  EXPECT_EQ(queue.name + queue.uri + queue.info + queue.location + queue.message, "qsocket://hILM");
+  EXPECT_EQ(queue.name + queue.uri + queue.info + queue.location + queue.message + queue.UUID, "qsocket://hILMU");
   EXPECT_TRUE(queue.isStopped);
   EXPECT_FALSE(queue.isAccepting);
   EXPECT_THAT(queue.defaults, UnorderedElementsAre(Pair("MediaType", "Custom1")));
@@ -54,6 +54,7 @@ TEST(IPPAttributes, ReadAJobInAllItsForms) {
   ippAddInteger(attributes, IPP_TAG_JOB, IPP_TAG_ENUM, "job-state", IPP_JSTATE_HELD);
   IPPAttributes::add(attributes, IPP_TAG_JOB, IPP_TAG_NAME, "MediaType", "Custom1");
   IPPAttributes::add(attributes, IPP_TAG_JOB, IPP_TAG_KEYWORD, "media-type", "custom-2");
+  IPPAttributes::add(attributes, IPP_TAG_JOB, IPP_TAG_NAME, "AP_FIRSTPAGE_MediaType", "Custom9");
   const std::array<const char*, 2> media = {"A4", "custom-4"};
   ippAddStrings(attributes, IPP_TAG_JOB, IPP_TAG_KEYWORD, "media", 2, nullptr, media.data());
   addCollection(attributes, "custom-3");
@@ -61,7 +62,7 @@ TEST(IPPAttributes, ReadAJobInAllItsForms) {
   EXPECT_EQ(job.id, 12);
   EXPECT_TRUE(job.isHeld);
   EXPECT_FALSE(job.isProcessing);
-  EXPECT_EQ(job.choice, (JobChoice{"Custom1", "custom-2", "custom-3", {"A4", "custom-4"}}));
+  EXPECT_EQ(job.choice, (JobChoice{"Custom1", "custom-2", "custom-3", {"A4", "custom-4"}, "Custom9"}));
 }
 
 TEST(IPPAttributes, AnEmptyMessageIsAnEmptyJobAndQueue) {
@@ -74,7 +75,7 @@ TEST(IPPAttributes, AChangeIsReadAsItWasMade) {
   const Message before = newMessage();
   addCollection(before.get(), "custom-3");
   const Message message = newMessage();
-  const JobChange change = {{"Custom2", "custom-2", "custom-5", {"A4", "custom-2"}}, "s", "m", "text"};
+  const JobChange change = {{"Custom2", "custom-2", "custom-5", {"A4", "custom-2"}, "Custom8"}, "s", "m", "text"};
   IPPAttributes::addChange(message.get(), change, before.get());
   const Job job = IPPAttributes::jobFrom(message.get());
   EXPECT_EQ(job.choice, change.choice);
