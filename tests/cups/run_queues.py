@@ -472,7 +472,7 @@ def check_cost(checks, server, count):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
-    parser.add_argument("--queues", required=True, help="vorantis-queues")
+    parser.add_argument("--queues", type=pathlib.Path, required=True, help="vorantis-queues")
     parser.add_argument("--program", type=pathlib.Path, required=True, help="the driver program")
     parser.add_argument("--tool", required=True)
     parser.add_argument("--library-dir", type=pathlib.Path, required=True)
