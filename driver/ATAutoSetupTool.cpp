@@ -18,7 +18,7 @@ namespace {
 constexpr const char* kRunSignature = "-[ATAutoSetupTool run]";
 
 // Writes line after line; after the first write that fails, nothing more is written. Lines that lie behind one another
-// in memory, as unchanged ones do, are written together: one by one they would cost 4 % of a run's instructions more.
+// in memory, as unchanged ones do, are written together: one by one they would cost 5 % of a run's instructions more.
 class LineWriter {
  public:
   explicit LineWriter(ATOutput& output) : output_(output) {}

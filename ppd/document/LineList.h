@@ -8,7 +8,7 @@
 #include "ppd/lines/StatementString.h"
 
 /// The lines of one object. Nearly every object has one line, which is held in place: a list, a second allocation for
-/// each line of a PPD, would cost a run 5 % more instructions. An object of more lines has a list.
+/// each line of a PPD, would cost a run 6 % more instructions. An object of more lines has a list.
 class LineList {
  public:
   LineList() = default;

@@ -18,7 +18,7 @@ bool existsFileAtPath(const std::string& path) {
 }
 
 // Whether the token behind the asterisk can be OpenGroup, OpenUI, OrderDependency, CloseGroup or CloseUI. Its first
-// letter settles that for most lines; without this, a run on a large PPD would cost 8 % more instructions.
+// letter settles that for most lines; without this, a run on a large PPD would cost 10 % more instructions.
 bool mayOpenOrClose(std::string_view string) {
   const bool beginsWithKeyword = string.size() > 1 && string[0] == '*' && Text::isPrintableASCII(string[1]);
   const char letter = beginsWithKeyword ? Text::foldASCII(string[1]) : 'o';  // behind blanks the scan decides

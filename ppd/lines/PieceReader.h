@@ -14,7 +14,7 @@
 /// bytes, ended behind LF, CR or CR LF, line end kept; gzip is unpacked. A longer line comes in several pieces, and
 /// whatever ends the bytes first (a read error, too) is the end of the file. The bytes may be anything.
 ///
-/// CUPS reads blocks, which are cut here: its line reader takes each byte by itself, which costs a quarter of a run
+/// CUPS reads blocks, which are cut here: its line reader takes each byte by itself, which costs half a run
 /// more. Tests compare the two.
 class PieceReader {
  public:
