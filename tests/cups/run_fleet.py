@@ -3,9 +3,10 @@
 """Runs the playbook of examples/fleet for two print servers: two private CUPS schedulers on loopback ports, each with
 folders and a driver program of its own.
 
-The first run makes the queues; the second changes nothing. A changed snapshot changes the queue that is made from it, and
-nothing else. A run in which a setup failed is made up for by the next one, and what an administrator has done to a queue
-stays. The task that installs packages is left out: that would change the machine.
+The first run makes the queues; the second changes nothing. A trial run tells what would change. A changed snapshot changes
+the queue that is made from it, and nothing else. A run in which a setup failed is made up for by the next one, what an
+administrator set as a default stays, and what was done to a queue behind the playbook's back is seen. A server with many
+queues costs as many tasks as one with a few. The task that installs packages is left out: that would change the machine.
 """
 import argparse
 import json
@@ -34,12 +35,18 @@ class Host:
         self.folder = folder
         self.driver = DriverFolder(folder, options)
         shutil.rmtree(self.driver.settings)  # the playbook makes it
+        self.program = folder / "vorantis-queues"
+        exports = f"export LD_LIBRARY_PATH='{self.driver.libraries}'"
+        self.program.write_text(f"#!/bin/sh\n{exports}\nexec '{options.queues.resolve()}' \"$@\"\n")
+        self.program.chmod(0o755)
         self.scheduler = Scheduler(folder / "cupsd", CLEAN, server_bin=self.driver.server_bin)
 
     def variables(self):
         return {"ansible_connection": "local", "ansible_python_interpreter": sys.executable,
                 "ansible_become": False, "vorantis_folder": str(self.driver.settings),
-                "vorantis_state": str(self.folder / "state"), "vorantis_cups_server": self.scheduler.address}
+                "vorantis_state": str(self.folder / "state"), "vorantis_cups_server": self.scheduler.address,
+                "vorantis_program": str(self.program), "vorantis_owner": pathlib.Path(self.folder).owner(),
+                "vorantis_profiles_folder": str(self.folder / "profiles")}
 
     def ppds(self):
         """The queues' PPDs, each with what tells that the file was written again."""
@@ -54,10 +61,11 @@ class Run:
         self.output, self.status = result.stdout + result.stderr, result.returncode
         self.counts = {host: dict((name, int(count)) for name, count in re.findall(r"(\w+)=(\d+)", counts))
                        for host, counts in re.findall(r"^(print\S+) +: (ok=.*)$", self.output, re.MULTILINE)}
-        self.changes, task = set(), ""
+        self.changes, task, self.tasks = set(), "", 0
         for line in self.output.splitlines():
             if line.startswith("TASK ["):
-                task = line[6:].split("]")[0]
+                task = line[6:].split("]")[0].removeprefix("vorantis.autosetup.queues : ")
+                self.tasks += 1
             if changed := re.match(r"changed: \[(\S+)\](?: => \(item=(.*)\))?", line):
                 self.changes.add((changed[1], task, changed[2]))
 
@@ -74,10 +82,11 @@ class Fleet:
         self.environment = {**os.environ, "HOME": str(folder), "ANSIBLE_LOCAL_TEMP": str(folder / "ansible"),
                             "ANSIBLE_REMOTE_TEMP": str(folder / "ansible"), "ANSIBLE_NOCOLOR": "1", "LC_ALL": "C.UTF-8"}
 
-    def run(self, *arguments):
+    def run(self, *arguments, native=False):
         command = [PLAYBOOK, "-i", "inventory.yml", "-i", "inventory-test.json", *arguments, "site.yml"]
-        return Run(subprocess.run(command, cwd=self.site, env=self.environment, stdin=subprocess.DEVNULL, text=True,
-                                  capture_output=True, timeout=600, check=False))
+        return Run(subprocess.run(command, cwd=self.site, stdin=subprocess.DEVNULL, text=True,
+                                  capture_output=True, timeout=600, check=False,
+                                  env={**self.environment, "ANSIBLE_JINJA2_NATIVE": str(native)}))
 
     def ppds(self):
         return {queue: ppd for host in self.hosts.values() for queue, ppd in host.ppds().items()}
@@ -102,6 +111,7 @@ class Trial:
     def __init__(self, checks, fleet):
         self.checks, self.fleet = checks, fleet
         self.first, self.second = fleet.hosts.values()
+        self.tasks = 0  # of the first run
 
     def expect_run(self, what, run, changed, status=0):
         """Checks what a run said, and shows all of it when it is something else."""
@@ -116,13 +126,17 @@ class Trial:
 
     def first_runs(self):
         run = self.fleet.run("--check")
-        outside = {item for _, task, item in run.changes if task == "Make the folders"
+        outside = {item for _, task, item in run.changes if item and item.startswith("/")
                    and not pathlib.Path(item).is_relative_to(self.fleet.site.parent)}
         if outside:
             sys.exit(f"the playbook would change this machine: {outside}\n{run.output}")
-        self.checks.expect("a trial run says so and makes no queue", run.status == 0 and not self.fleet.ppds() and
+        said = all(f"{queue}: would be made" in run.output for queues in QUEUES.values() for queue in queues)
+        self.checks.expect("a trial run says so and makes no queue", run.status == 0 and said and not self.fleet.ppds() and
                            all(count > 0 for count in run.changed().values()))
+        if run.status != 0:
+            print(run.output)
         run = self.fleet.run()
+        self.tasks = run.tasks
         self.checks.expect_same("first run: exit status", run.status, 0)
         if run.status != 0:
             print(run.output)
@@ -134,6 +148,8 @@ class Trial:
                 self.checks.expect(f"{queue}: it lists the media", "Custom1" in host.scheduler.choices(queue, "MediaType"))
         before = self.fleet.ppds()
         self.expect_run("second run", self.fleet.run(), (0, 0))
+        self.expect_run("trial run behind it", self.fleet.run("--check"), (0, 0))
+        self.expect_run("run with native types", self.fleet.run(native=True), (0, 0))
         self.expect_written("second run", before, ())
 
     def changed_snapshot(self):
@@ -142,11 +158,16 @@ class Trial:
         self.first.scheduler.command("cupsdisable", "plotter1")
         self.fleet.rename_medium("plotter1", "Linen")
         before = self.fleet.ppds()
+        run = self.fleet.run("--check", "--diff")
+        self.expect_run("trial run for a changed snapshot", run, (2, 0))
+        self.checks.expect("it tells what would change", 'is renamed to Linen' in run.output and
+                           "plotter1: would be refreshed" in run.output and '+' in run.output)
+        self.expect_written("trial run for a changed snapshot", before, ())
         run = self.fleet.run()
-        self.expect_run("changed snapshot", run, (3, 0))
-        self.checks.expect_same("changed snapshot: what changed", {(task, item) for _, task, item in run.changes},
-                                {("Copy the snapshots", "plotter1.json"), ("Set a queue up again", None),
-                                 ("Note what the queue was made from", None)})
+        self.expect_run("changed snapshot", run, (2, 0))
+        self.checks.expect_same("changed snapshot: what changed",
+                                {(task, item and pathlib.Path(item).name) for _, task, item in run.changes},
+                                {("Copy the snapshots", "plotter1.json"), ("Make the queues as the file says", None)})
         self.expect_written("changed snapshot", before, ["plotter1"])
         ppd = self.first.scheduler.ppd_of("plotter1")
         self.checks.expect("changed snapshot: the queue has the new name", b"Custom1/Linen" in ppd)
@@ -165,30 +186,60 @@ class Trial:
         self.checks.expect("changed texts: the default stays",
                            b"*DefaultMediaType: Custom2" in self.first.scheduler.ppd_of("plotter1"))
 
-    def again(self):
-        before = self.fleet.ppds()
-        self.expect_run("setup of all again", self.fleet.run("-e", "vorantis_again=true"), (2, 1))
-        self.expect_written("setup of all again", before, [queue for queues in QUEUES.values() for queue in queues])
-
     def failed_setup(self):
-        """While the driver program finds no library, a new medium cannot reach the queue."""
+        """A snapshot that cannot be used, and one that is not there, stop their own queue and no other."""
+        broken, absent = (self.fleet.site / f"files/devices/{name}.json" for name in ("plotter2", "plotter3"))
+        good, gone = broken.read_text(), absent.read_text()
+        broken.write_text(good[:100])
+        absent.unlink()
+        self.fleet.rename_medium("plotter1", "Mesh")
+        before = self.fleet.ppds()
+        run = self.fleet.run()
+        # A task that failed is none that changed something, for Ansible.
+        self.expect_run("failed setup", run, (1, 0), status=2)
+        self.checks.expect("failed setup: it is named, with the reason", "plotter2: a setup would fail" in run.output)
+        self.checks.expect("absent file: it is named", "Not here: " in run.output and "plotter3.json" in run.output)
+        self.expect_written("failed setup: the other queue", before, ["plotter1"])
+        broken.write_text(good)
+        absent.write_text(gone)
         self.fleet.rename_medium("plotter2", "Mesh")
         before = self.fleet.ppds()
-        self.first.driver.write_wrapper(libraries="")
-        run = self.fleet.run()
-        self.expect_run("failed setup", run, (1, 0), status=2)
-        self.checks.expect("failed setup: it is named", "Not set up: plotter2." in run.output)
-        self.expect_written("failed setup", before, ())
-        self.first.driver.write_wrapper()
         self.expect_run("run after it", self.fleet.run(), (2, 0))
         self.expect_written("run after it", before, ["plotter2"])
         self.checks.expect("run after it: the queue has the new name", b"/Mesh" in self.first.scheduler.ppd_of("plotter2"))
 
-    def removed_queue(self):
+    def drift(self):
+        """What somebody did to the queues themselves."""
         before = self.fleet.ppds()
         self.second.scheduler.command("lpadmin", "-x", "plotter3")
-        self.expect_run("removed queue", self.fleet.run(), (0, 1))
-        self.expect_written("removed queue", before, ["plotter3"])
+        self.first.scheduler.command("lpadmin", "-p", "plotter2", "-v", "socket://192.0.2.99:9100")
+        self.expect_run("drift", self.fleet.run(), (1, 1))
+        self.expect_written("drift", before, ["plotter3"])
+        self.checks.expect("drift: the URI is as the list says", "socket://192.0.2.12:9100" in
+                           self.first.scheduler.command("lpstat", "-v", "plotter2"))
+
+    def profiles(self):
+        folder = self.fleet.site / "files/profiles"
+        folder.mkdir()
+        (folder / "canvas.icc").write_bytes(b"profile")
+        (folder / "canvas.icc").chmod(0o666)
+        self.expect_run("profiles", self.fleet.run("-e", f"vorantis_profiles={folder}"), (1, 1))
+        copies = [host.folder / "profiles/canvas.icc" for host in self.fleet.hosts.values()]
+        self.checks.expect("profiles: nobody else may write them", all(copy.stat().st_mode & 0o777 == 0o644 for copy in copies))
+
+    def many_queues(self, count):
+        """The second server gets many, all from one snapshot."""
+        queues = [{"name": f"many{number}", "uri": "socket://192.0.2.14:9100", "snapshot": "plotter3", "ppd": "z6.ppd"}
+                  for number in range(count)]
+        inventory = json.loads((self.fleet.site / "inventory-test.json").read_text())
+        inventory["all"]["hosts"]["print2.example.org"]["vorantis_queues"] = queues
+        inventory["all"]["hosts"]["print2.example.org"]["vorantis_prune"] = True
+        (self.fleet.site / "inventory-test.json").write_text(json.dumps(inventory))
+        run = self.fleet.run()
+        self.expect_run(f"{count} queues on a server", run, (0, 2))
+        self.checks.expect_same(f"{count} queues cost as many tasks as one", run.tasks, self.tasks)
+        self.checks.expect_same("the queues of the server, without the one that is no longer in the list",
+                                set(self.second.ppds()), {queue["name"] for queue in queues})
 
 
 def main():
@@ -197,6 +248,8 @@ def main():
     parser.add_argument("--program", type=pathlib.Path, required=True, help="the driver program")
     parser.add_argument("--library-dir", type=pathlib.Path, required=True)
     parser.add_argument("--examples", type=pathlib.Path, required=True)
+    parser.add_argument("--queues", type=pathlib.Path, required=True, help="vorantis-queues")
+    parser.add_argument("--count", type=int, default=50, help="queues of the server that has many")
     options = parser.parse_args()
     for program, package in ((CUPSD, "cups-daemon"), ("lpadmin", "cups-client"), (PLAYBOOK, "ansible-core")):
         if shutil.which(program) is None:
@@ -213,8 +266,9 @@ def main():
             trial.changed_snapshot()
             trial.changed_texts()
             trial.failed_setup()
-            trial.removed_queue()
-            trial.again()
+            trial.drift()
+            trial.profiles()
+            trial.many_queues(options.count)
             for name, host in hosts.items():
                 checks.expect(f"{name}: the scheduler loads every PPD", "cannot be loaded" not in host.scheduler.log())
     return checks.status()
