@@ -87,6 +87,7 @@ bool isOnMedium(const Report& report, const Options& options) {
 // The one that was probably meant, or the first ones.
 std::string mediaThatThereAre(const std::vector<Report::Medium>& media, const std::string& wanted) {
   std::vector<std::string> names;
+  names.reserve(media.size());
   for (const Report::Medium& medium : media) names.push_back(medium.name.value_or(""));
   if (const auto near = NearMisses::nearest(wanted, names)) return "nearly: " + Wording::of(media[near->index]);
   std::string text;

@@ -86,6 +86,7 @@ std::optional<std::vector<std::string>> ATMediaTypePCL3Qualifier3PPDUpdater::qua
   const std::string medium = qualifier.description();
   const auto choiceNames = choiceNamesForOption(ppd.optionForName(*optionName));
   ppd.budget().needBytes(choiceNames.size() * medium.size());  // the device's ID may be of any length
+  specs.reserve(choiceNames.size());
   for (const std::string& choiceName : choiceNames) {
     specs.push_back(fmt::format(".{}.{}", medium, choiceName));
   }
